@@ -1,0 +1,1 @@
+# Filled in with the first module; see swig/CMakeLists.txt.
