@@ -1,0 +1,54 @@
+#pragma once
+
+#include <zorOSG/ImageCaptureBase.h>
+
+#include <string>
+
+namespace zorOSG {
+
+/**
+ * Writes captured frames as numbered image files: directory path, prefix, five-digit number, ".", postfix.
+ * Each file appears whole or not at all.
+ */
+class ImageCapture : public ImageCaptureBase {
+public:
+  /** \param sim - simulation to synchronise with; may be null. */
+  ImageCapture(zorSDK::Simulation* sim = nullptr);
+
+  /** \return the file suffix without the dot. */
+  std::string getPostfix() const;
+
+  /** \param postfix - file suffix without the dot, such as "bmp" or "png"; it selects the format. */
+  void setPostfix(std::string const& postfix);
+
+  /** \return the text before the number in every file name. */
+  std::string getPrefix() const;
+
+  /** \param prefix - text before the number in every file name. */
+  void setPrefix(std::string const& prefix);
+
+  /** \return the output directory. */
+  std::string getDirectoryPath() const;
+
+  /** \param path - output directory; it is made when capturing starts. */
+  void setDirectoryPath(std::string const& path);
+
+  /**
+   * Starts capturing.
+   * \throws std::runtime_error if the output directory can't be made or written to, or no image writer knows
+   * the postfix.
+   */
+  void startCapture(int start = 0) override;
+
+  void writeImage(osg::Image* image, zor::Index index) override;
+
+protected:
+  ~ImageCapture() override;
+
+private:
+  std::string m_postfix = "bmp";
+  std::string m_prefix = "image_";
+  std::string m_directory = ".";
+};
+
+} // namespace zorOSG
