@@ -7,6 +7,7 @@
 #include <osg/Camera>
 #include <osg/Image>
 
+#include <functional>
 #include <memory>
 
 namespace zorSDK {
@@ -32,7 +33,7 @@ public:
    * \param fps - desired capture rate (images per second), more than 0 and at most 10000.
    * \throws std::invalid_argument outside that range.
    */
-  virtual void setFps(zor::Real fps);
+  void setFps(zor::Real fps);
 
   /** \return the capture rate in images per second. */
   zor::Real getFps() const;
@@ -108,6 +109,14 @@ protected:
   void shutdownWriter() noexcept;
 
 private:
+  friend class RenderTarget;
+
+  /** Stores a frame that is already in main memory, if it is due. Never throws. */
+  void applyImage(osg::Image const* frame) noexcept;
+
+  /** Takes a frame that `fill` puts into an image, if it is due; logs errors and then stops the capture. */
+  void captureFrame(std::function<void(osg::Image&)> const& fill) noexcept;
+
   class Impl;
   std::unique_ptr<Impl> m_impl;
 };

@@ -139,11 +139,15 @@ protected:
   /** Binds the buffers to the camera; called at construction and after every change of size. */
   virtual void attachBuffers();
 
-private:
-  void applyProjection();
+  /** \return the pixels of the frame just drawn; called on the draw thread when a capture is attached. */
+  virtual osg::Image* readFrame(osg::RenderInfo& renderInfo);
 
-  osg::ref_ptr<osg::Camera> m_camera;
-  osg::ref_ptr<osg::Camera::DrawCallback> m_follow;
+private:
+  class FollowingCamera;
+  class CaptureCallback;
+
+  osg::ref_ptr<FollowingCamera> m_camera;
+  osg::ref_ptr<osg::Image> m_readback;
   zor::ref_ptr<ImageCaptureBase> m_imageCapture;
   zor::Vec2u m_size;
 };

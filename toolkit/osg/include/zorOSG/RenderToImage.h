@@ -43,6 +43,7 @@ public:
 protected:
   ~RenderToImage() override;
   void attachBuffers() override;
+  osg::Image* readFrame(osg::RenderInfo& renderInfo) override;
 
 private:
   osg::ref_ptr<osg::Image> m_image;

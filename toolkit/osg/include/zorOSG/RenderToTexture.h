@@ -24,9 +24,11 @@ public:
 protected:
   ~RenderToTexture() override;
   void attachBuffers() override;
+  osg::Image* readFrame(osg::RenderInfo& renderInfo) override;
 
 private:
   zor::ref_ptr<Texture2D> m_texture;
+  osg::ref_ptr<osg::Image> m_readback;
   BufferComponent m_component;
   unsigned int m_multiSamples;
   TextureFormat m_format;

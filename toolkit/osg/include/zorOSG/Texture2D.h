@@ -1,25 +1,26 @@
 #pragma once
 
-#include <zor/Referenced.h>
-
 #include <osg/Texture2D>
 #include <osg/ref_ptr>
 
+#include <zor/Referenced.h>
+
 namespace zorOSG {
 
-/** Holds a scene-graph texture in an object counted by the toolkit, so that both families can share it. */
+/** Holds a scene-graph texture behind a toolkit reference. */
 class Texture2D : public zor::Referenced {
 public:
   /**
-   * \param texture - the texture to hold; one reference is taken. Null makes an empty holder.
+   * Wraps a texture and keeps it alive.
+   * \param texture - the texture; may be null
    */
-  Texture2D(osg::Texture2D* texture);
+  explicit Texture2D(osg::Texture2D* texture) : m_texture(texture) {}
 
-  /** \return the held texture, borrowed; null if the holder is empty. */
-  osg::Texture2D* getTexture();
+  /** \return the texture; it stays owned by this object */
+  osg::Texture2D* getTexture() { return m_texture.get(); }
 
 protected:
-  ~Texture2D() override;
+  ~Texture2D() override = default;
 
 private:
   osg::ref_ptr<osg::Texture2D> m_texture;

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <cstddef>
+#include <tuple>
+#include <vector>
+
+#include <osg/Group>
+#include <osg/MatrixTransform>
+
+#include <zor/ObserverFrame.h>
+#include <zor/RigidBody.h>
+#include <zorCollide/Geometry.h>
+#include <zorOSG/GeometryNode.h>
+#include <zorOSG/RigidBodyRenderCache.h>
+#include <zorSDK/Assembly.h>
+#include <zorSDK/Simulation.h>
+
+namespace zorOSG {
+
+/**
+ * Creates the visual of a geometry's shapes and inserts it under a group. Render data stored in a shape is
+ * drawn in place of the shape. Each call makes one more visual: calling twice draws the geometry twice.
+ * \param geometry - the geometry; null gives null
+ * \param root - the group that gets and owns the node; null gives null
+ * \param detailRatio - tessellation: 1 looks round at normal distances, less is coarser, more is finer;
+ * limited to [0.05, 8]; a negative number or NaN throws std::invalid_argument
+ * \param createAxes - true to add xyz axes at the centre
+ * \param evenIfSensor - false to create nothing, and return null, for a sensor geometry
+ * \return the node, owned by root
+ */
+zorOSG::GeometryNode* createVisual(zorCollide::Geometry const* geometry, osg::Group* root,
+                                   float detailRatio = 1.0f, bool createAxes = false,
+                                   bool evenIfSensor = true);
+
+/**
+ * Creates an axis visual that follows an observer frame.
+ * \param frame - the observer frame; null gives null
+ * \param root - the group that gets and owns the node; null gives null
+ * \param scale - length of the axes (m); must be positive, else std::invalid_argument
+ * \return the node, owned by root
+ */
+osg::MatrixTransform* createVisual(zor::ObserverFrame* frame, osg::Group* root, float scale = 1.0f);
+
+/**
+ * Creates the visuals of all geometries that a body has now.
+ * \param body - the body; null gives null
+ * \param root - the group that gets and owns the visuals; null gives null
+ * \param detailRatio - tessellation, as for a geometry
+ * \param createAxes - true to add xyz axes at each centre
+ * \return a new group under root with one geometry node a geometry
+ */
+osg::Group* createVisual(zor::RigidBody* body, osg::Group* root, float detailRatio = 1.0f,
+                         bool createAxes = false);
+
+/**
+ * Creates the visuals of all geometries of an assembly, its bodies and its sub-assemblies.
+ * \param assembly - the assembly; null gives null
+ * \param root - the group that gets and owns the visuals; null gives null
+ * \param detailRatio - tessellation, as for a geometry
+ * \param createAxes - true to add xyz axes at each centre
+ * \return a new group under root
+ */
+osg::Group* createVisual(zorSDK::Assembly* assembly, osg::Group* root, float detailRatio = 1.0f,
+                         bool createAxes = false);
+
+/**
+ * Creates the visuals of all contents of a simulation: every geometry in its space, with or without a body.
+ * \param simulation - the simulation; null gives null
+ * \param root - the group that gets and owns the visuals; null gives null
+ * \param detailRatio - tessellation, as for a geometry
+ * \param createAxes - true to add xyz axes at each centre
+ * \return a new group under root
+ */
+osg::Group* createVisual(zorSDK::Simulation* simulation, osg::Group* root, float detailRatio = 1.0f,
+                         bool createAxes = false);
+
+/**
+ * Creates the visuals of an assembly, sharing visual templates between bodies with equal geometries.
+ * \param assembly - the assembly; null gives null
+ * \param root - the group that gets and owns the visuals; null gives null
+ * \param renderCache - the templates to share and to extend; null uses templates of this call only
+ * \param detailRatio - tessellation, as for a geometry
+ * \param createAxes - true to add xyz axes at each centre
+ * \return a new group under root
+ */
+osg::Group* createVisualTemplateCaching(zorSDK::Assembly* assembly, osg::Group* root,
+                                        zorOSG::RigidBodyRenderCache* renderCache = nullptr,
+                                        float detailRatio = 1.0f, bool createAxes = false);
+
+/**
+ * Creates the visuals of all geometries of a body under a new group.
+ * \param rb - the body; null gives a null group and an empty list
+ * \param root - the group that gets and owns the visuals; null gives a null group and an empty list
+ * \param detailRatio - tessellation, as for a geometry
+ * \param createAxes - true to add xyz axes at each centre
+ * \return the group, and for each of its children in order the index of its geometry in the body's geometry
+ * list
+ */
+std::tuple<osg::Group*, std::vector<size_t>> createVisualWithGeometryConnection(zor::RigidBody* rb,
+                                                                                osg::Group* root,
+                                                                                float detailRatio = 1.0f,
+                                                                                bool createAxes = false);
+
+} // namespace zorOSG

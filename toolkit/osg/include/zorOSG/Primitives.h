@@ -1,0 +1,144 @@
+#pragma once
+
+#include <string>
+
+#include <osg/Geode>
+#include <osg/Geometry>
+#include <osg/Group>
+#include <osg/MatrixTransform>
+#include <osgText/Text>
+
+#include <zor/AffineMatrix4x4.h>
+#include <zor/Types.h>
+#include <zor/Vec3.h>
+#include <zor/Vec4.h>
+#include <zorCollide/Geometry.h>
+#include <zorOSG/Text.h>
+#include <zorRender/Color.h>
+
+namespace zorOSG {
+
+/**
+ * Adds a text that follows a geometry.
+ * \param geometry - the geometry, which must have a visual below root
+ * \param root - the group to search below
+ * \param text - the text (UTF-8)
+ * \param relPosition - position relative to the geometry (m)
+ * \param color - red, green, blue and alpha, each 0 to 1
+ * \param size - height of the letters (m); must be positive, else std::invalid_argument
+ * \param alignment - a Text::AxisAlignment value; another throws std::invalid_argument
+ * \return false if the geometry has no visual below root
+ */
+bool addText(zorCollide::Geometry const* geometry, osg::Group* root, std::string const& text,
+             zor::Vec3 const& relPosition = zor::Vec3(0.0, 0.0, 0.0),
+             zor::Vec4f const& color = zor::Vec4f(1.0f, 1.0f, 0.0f, 1.0f), zor::Real size = 0.2,
+             int alignment = zorOSG::Text::SCREEN);
+
+/**
+ * Creates a text node that faces the screen. It belongs to no group yet: add it to one.
+ * \param text - the text (UTF-8)
+ * \param relPosition - position (m)
+ * \param color - red, green, blue and alpha, each 0 to 1
+ * \param size - height of the letters (m); must be positive, else std::invalid_argument
+ * \return a new node
+ */
+osg::Geode* createText(std::string const& text, zor::Vec3 const& relPosition = zor::Vec3(0.0, 0.0, 0.0),
+                       zor::Vec4f const& color = zor::Vec4f(1.0f, 1.0f, 0.0f, 1.0f), zor::Real size = 0.2);
+
+/**
+ * Finds a text that was added to a geometry.
+ * \param geometry - the geometry
+ * \param root - the group to search below
+ * \param index - which of the geometry's texts, in order of adding
+ * \return the text, or null when absent
+ */
+osgText::Text* findText(zorCollide::Geometry const* geometry, osg::Group* root, size_t index = 0);
+
+/**
+ * Removes a text that was added to a geometry.
+ * \param geometry - the geometry
+ * \param root - the group to search below
+ * \param index - which of the geometry's texts, in order of adding
+ * \return false when absent
+ */
+bool removeText(zorCollide::Geometry const* geometry, osg::Group* root, size_t index = 0);
+
+/**
+ * Creates a grid of lines.
+ * \param resU - cells along the first axis, 1 to 10000, else std::invalid_argument
+ * \param resV - cells along the second axis, 1 to 10000, else std::invalid_argument
+ * \param origin - a corner of the grid (m)
+ * \param axisU - from the corner to the end of the first side (m)
+ * \param axisV - from the corner to the end of the second side (m)
+ * \param filled - true for filled cells in place of lines
+ * \return a new drawable
+ */
+osg::Geometry* createGrid(unsigned int resU, unsigned int resV, osg::Vec3 const& origin,
+                          osg::Vec3 const& axisU, osg::Vec3 const& axisV, bool filled = false);
+
+/**
+ * Creates a grid of lines under a group.
+ * \param resU - cells along the first axis, 1 to 10000, else std::invalid_argument
+ * \param resV - cells along the second axis, 1 to 10000, else std::invalid_argument
+ * \param origin - a corner of the grid (m)
+ * \param axisU - from the corner to the end of the first side (m)
+ * \param axisV - from the corner to the end of the second side (m)
+ * \param root - the group that gets and owns the node; null throws std::invalid_argument
+ * \return the new node, owned by root
+ */
+osg::Geode* createGrid(unsigned int resU, unsigned int resV, zor::Vec3 const& origin, zor::Vec3 const& axisU,
+                       zor::Vec3 const& axisV, osg::Group* root);
+
+/**
+ * Creates the edges of a cuboid as line segments.
+ * \param position - centre (m)
+ * \param boxHalfVec3 - half of each side (m)
+ * \param color - colour of the lines
+ * \param lineWidth - width (pixels); must be positive, else std::invalid_argument
+ * \return a new node
+ */
+osg::Geode* createCubeLines(zor::Vec3 const& position, zor::Vec3 const& boxHalfVec3,
+                            zorRender::Color const& color = zorRender::Color(138.0f / 255.0f, 43.0f / 255.0f,
+                                                                             226.0f / 255.0f, 1.0f),
+                            zor::Real lineWidth = 2.0);
+
+/**
+ * Creates a line between two points.
+ * \param p1 - first point (m)
+ * \param p2 - second point (m)
+ * \param color - red, green, blue and alpha, each 0 to 1
+ * \param width - width (pixels); must be positive, else std::invalid_argument
+ * \return a new node
+ */
+osg::Geode* createLine(zor::Vec3 const& p1, zor::Vec3 const& p2, zor::Vec4 const& color, float width);
+
+/**
+ * Creates a line through several points.
+ * \param points - at least two points (m), else std::invalid_argument
+ * \param color - red, green, blue and alpha, each 0 to 1
+ * \param width - width (pixels); must be positive, else std::invalid_argument
+ * \return a new node
+ */
+osg::Geode* createPolyline(zor::Vec3Vector const& points, zor::Vec4 const& color, float width);
+
+/**
+ * Creates a sphere.
+ * \param center - its centre (m)
+ * \param color - red, green, blue and alpha, each 0 to 1
+ * \param radius - its radius (m); must be positive, else std::invalid_argument
+ * \return a new node
+ */
+osg::Geode* createSphere(zor::Vec3 const& center, zor::Vec4 const& color, float radius);
+
+/**
+ * Creates a cylinder along the y axis.
+ * \param transform - its placement
+ * \param color - red, green, blue and alpha, each 0 to 1
+ * \param radius - its radius (m); must be positive, else std::invalid_argument
+ * \param height - its height (m); must be positive, else std::invalid_argument
+ * \return a new node
+ */
+osg::MatrixTransform* createCylinder(zor::AffineMatrix4x4 const& transform, zor::Vec4 const& color,
+                                     float radius, float height);
+
+} // namespace zorOSG
