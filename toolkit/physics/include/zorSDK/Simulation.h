@@ -1,0 +1,175 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <zor/Constraint.h>
+#include <zor/Constraint1DOF.h>
+#include <zor/ContactMaterial.h>
+#include <zor/Material.h>
+#include <zor/Object.h>
+#include <zor/ObserverFrame.h>
+#include <zor/RigidBody.h>
+#include <zor/Types.h>
+#include <zor/Vec3.h>
+#include <zor/Vector.h>
+#include <zor/ref_ptr.h>
+#include <zorCollide/Geometry.h>
+#include <zorCollide/Space.h>
+#include <zorSDK/Assembly.h>
+#include <zorSDK/EventListener.h>
+#include <zorSDK/SimulationStatistics.h>
+
+namespace zorSDK {
+
+class SimulationImpl;
+
+/** A world of bodies, geometries and constraints that advances in fixed time steps.
+ *
+ * Every step: PRE_COLLIDE listeners, collision detection, contact listeners, PRE_STEP listeners, motion,
+ * POST_STEP listeners, LAST_STEP listeners. The integration is semi-implicit: a free body's velocity advances
+ * first, its position with the new velocity.
+ *
+ * Methods add hold a reference to the object. They return false, with a warning, for an object that is
+ * already in this or another simulation; remove returns false for one that is not in this simulation. Null
+ * throws std::invalid_argument. Objects may be added and removed inside listeners.
+ */
+class Simulation : public zor::Object {
+public:
+  /** Creates an empty simulation at time zero, gravity (0, 0, -9.81) m/s^2 and a time step of 1/60 s. */
+  Simulation();
+
+  /** Adds a body with its geometries. */
+  bool add(zor::RigidBody* body);
+  /** Adds a geometry without a body; it stands still but collides. */
+  bool add(zorCollide::Geometry* geometry);
+  /** Adds a constraint. Its bodies may be added before or after it; it acts once they are in.
+   * \return False also when a body is in another simulation. */
+  bool add(zor::Constraint* constraint);
+  /** Adds a material, which makes it found by name; geometries use theirs in any case. */
+  bool add(zor::Material* material);
+  /** Adds a contact material: it takes effect where its two materials meet. */
+  bool add(zor::ContactMaterial* contactMaterial);
+  /** Adds an observer frame. */
+  bool add(zor::ObserverFrame* frame);
+  /** Adds an assembly with everything in it. */
+  bool add(zorSDK::Assembly* assembly);
+  /** Adds a listener and calls its addNotification. */
+  bool add(zorSDK::EventListener* listener);
+
+  bool remove(zor::RigidBody* body);
+  bool remove(zorCollide::Geometry* geometry);
+  bool remove(zor::Constraint* constraint);
+  bool remove(zor::Material* material);
+  bool remove(zor::ContactMaterial* contactMaterial);
+  bool remove(zor::ObserverFrame* frame);
+  bool remove(zorSDK::Assembly* assembly);
+  /** Calls the listener's removeNotification and removes it. */
+  bool remove(zorSDK::EventListener* listener);
+
+  /** Advances by one time step.
+   * \throws std::runtime_error When called inside a step. What a listener throws comes through; the step then
+   *         ends where it was and the simulation can go on.
+   */
+  void stepForward();
+  /** Advances in whole time steps while the next one does not lie beyond a time.
+   * \param time In s; a time in the past does nothing.
+   * \return Number of steps done.
+   * \throws std::invalid_argument When the time is not finite.
+   */
+  zor::UInt stepTo(zor::Real time);
+
+  /** Sets the time step.
+   * \param dt In s, larger than zero and finite.
+   * \throws std::invalid_argument When it is not.
+   */
+  void setTimeStep(zor::Real dt);
+  /** \return Time step in s. */
+  zor::Real getTimeStep() const;
+  /** Sets the simulated time, for example to start again at zero.
+   * \param time In s, finite. */
+  void setTimeStamp(zor::TimeStamp time);
+  /** \return Simulated time in s. */
+  zor::TimeStamp getTimeStamp() const;
+
+  /** Divides the computation of motion of every step into equal parts: more accurate and stiffer joints at
+   * proportional cost. Listeners are called once a step whatever the number.
+   * \param count 1 to 100.
+   */
+  void setNumSubSteps(zor::UInt count);
+  /** \return Parts of a step; 1 by default. */
+  zor::UInt getNumSubSteps() const;
+  /** Sets how often the solver goes over all contacts and constraints in a step. Heavy bodies on light ones
+   * and long chains want more.
+   * \param count 1 to 10000.
+   */
+  void setNumSolverIterations(zor::UInt count);
+  /** \return Solver iterations. */
+  zor::UInt getNumSolverIterations() const;
+
+  /** Sets the same gravity everywhere.
+   * \param gravity In m/s^2. */
+  void setUniformGravity(zor::Vec3 const& gravity);
+  /** \return Gravity in m/s^2. */
+  zor::Vec3 getUniformGravity() const;
+
+  /** Lets bodies at rest fall asleep, which saves time.
+   * \param enable Off by default. */
+  void setEnableAutoSleep(bool enable);
+  /** \return Whether bodies at rest fall asleep. */
+  bool getEnableAutoSleep() const;
+
+  /** \return The collision space, owned by the simulation. */
+  zorCollide::Space* getSpace() const;
+
+  /** \return All bodies, those of assemblies included, in order of addition. */
+  zor::RigidBodyRefVector const& getRigidBodies() const;
+  /** \return All geometries, those of bodies included. */
+  zorCollide::GeometryRefVector const& getGeometries() const;
+  /** \return All constraints, those of assemblies included. */
+  zor::ConstraintRefVector const& getConstraints() const;
+  /** \return Materials that were added. */
+  zor::Vector<zor::ref_ptr<zor::Material>> const& getMaterials() const;
+  /** \return Contact materials that were added. */
+  zor::Vector<zor::ref_ptr<zor::ContactMaterial>> const& getContactMaterials() const;
+  /** \return All observer frames, those of assemblies included. */
+  zor::ObserverFrameRefVector const& getObserverFrames() const;
+  /** \return Assemblies that were added, those nested in others not included. */
+  zorSDK::AssemblyRefVector const& getAssemblies() const;
+  /** \return All listeners in order of addition, those of assemblies included. */
+  zorSDK::EventListenerRefVector const& getListeners() const;
+
+  /** \return The first body of the given name, or null. */
+  zor::RigidBody* getRigidBody(std::string const& name) const;
+  /** \return The first geometry of the given name, or null. */
+  zorCollide::Geometry* getGeometry(std::string const& name) const;
+  /** \return The first constraint of the given name, or null. */
+  zor::Constraint* getConstraint(std::string const& name) const;
+  /** \return The first constraint with one degree of freedom of the given name, or null. */
+  zor::Constraint1DOF* getConstraint1DOF(std::string const& name) const;
+  /** \return The first added material of the given name, or null. */
+  zor::Material* getMaterial(std::string const& name) const;
+  /** \return The added contact material of two materials, in any order, or null. */
+  zor::ContactMaterial* getContactMaterial(zor::Material const* material1,
+                                           zor::Material const* material2) const;
+  /** \return The first observer frame of the given name, or null. */
+  zor::ObserverFrame* getObserverFrame(std::string const& name) const;
+  /** \return The first assembly of the given name, at any depth, or null. */
+  zorSDK::Assembly* getAssembly(std::string const& name) const;
+  /** \return The first listener of the given name, or null. */
+  zorSDK::EventListener* getEventListener(std::string const& name) const;
+
+  /** \return Counts and times of the last step. */
+  zorSDK::SimulationStatistics getStatistics() const;
+
+  /** Removes everything and sets the time back to zero; settings stay. Listeners are notified. */
+  void cleanup();
+
+protected:
+  ~Simulation() override;
+
+private:
+  std::unique_ptr<SimulationImpl> m_impl;
+};
+
+} // namespace zorSDK
