@@ -1,0 +1,55 @@
+#pragma once
+
+#include <zor/Object.h>
+#include <zor/Types.h>
+
+namespace zor {
+
+/**
+ * What a geometry is made of. Where two materials meet and no zor::ContactMaterial names the pair, friction
+ * is the geometric mean of the two and restitution the greater.
+ */
+class Material : public zor::Object {
+public:
+  /**
+   * \param name - name
+   * \param density - density (kg/m3), positive and finite, else std::invalid_argument
+   * \param friction - friction coefficient, not negative
+   */
+  explicit Material(zor::String const& name = "", zor::Real density = 1000.0, zor::Real friction = 0.5);
+
+  /** \param density - density (kg/m3), positive; the mass of bodies made of it follows */
+  void setDensity(zor::Real density);
+  /** \return density (kg/m3) */
+  zor::Real getDensity() const { return m_density; }
+
+  /** \param friction - friction coefficient, not negative, else std::invalid_argument */
+  void setFriction(zor::Real friction);
+  /** \return friction coefficient */
+  zor::Real getFriction() const { return m_friction; }
+
+  /** \param restitution - 0 no bounce to 1 full bounce; outside throws std::invalid_argument */
+  void setRestitution(zor::Real restitution);
+  /** \return 0 no bounce to 1 full bounce */
+  zor::Real getRestitution() const { return m_restitution; }
+
+  /** \param youngsModulus - stiffness (Pa), positive; bodies stay rigid, deformable models use it */
+  void setYoungsModulus(zor::Real youngsModulus);
+  /** \return stiffness (Pa) */
+  zor::Real getYoungsModulus() const { return m_youngsModulus; }
+
+  /** \return a number that grows with every change, so that users can tell whether to read again */
+  zor::UInt getRevision() const { return m_revision; }
+
+protected:
+  ~Material() override = default;
+
+private:
+  zor::Real m_density;
+  zor::Real m_friction;
+  zor::Real m_restitution = 0.0;
+  zor::Real m_youngsModulus = 4.0e8;
+  zor::UInt m_revision = 0;
+};
+
+} // namespace zor
