@@ -16,9 +16,14 @@ namespace zorSDK {
 class Simulation;
 }
 
+#ifndef SWIG
+namespace zorBullet {
+class ConstraintImpl;
+} // namespace zorBullet
+#endif
+
 namespace zor {
 
-class ConstraintImpl;
 class RigidBody;
 
 /** A joint between two rigid bodies, or between one and the world.
@@ -107,14 +112,15 @@ public:
   /** \return The simulation that the constraint is in, or null. */
   zorSDK::Simulation* getSimulation() const;
 
-  /** \return The part behind the interface that holds the engine's constraint; for the toolkit only. */
-  ConstraintImpl& getImpl() const;
+#ifndef SWIG
+  zorBullet::ConstraintImpl& getImpl() const { return *m_impl; }
+#endif
 
 protected:
-  explicit Constraint(std::unique_ptr<ConstraintImpl> impl);
+  explicit Constraint(std::unique_ptr<zorBullet::ConstraintImpl> impl);
   ~Constraint() override;
 
-  std::unique_ptr<ConstraintImpl> m_impl;
+  std::unique_ptr<zorBullet::ConstraintImpl> m_impl;
 };
 
 using ConstraintRefVector = Vector<ref_ptr<Constraint>>;

@@ -33,7 +33,7 @@ public:
   zor::Real getCurrentForce() const;
 
 protected:
-  explicit Constraint1DOF(std::unique_ptr<ConstraintImpl> impl);
+  explicit Constraint1DOF(std::unique_ptr<zorBullet::ConstraintImpl> impl);
   ~Constraint1DOF() override;
 };
 

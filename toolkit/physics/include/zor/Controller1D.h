@@ -4,10 +4,13 @@
 #include <zor/Referenced.h>
 #include <zor/Types.h>
 
-namespace zor {
-
-class Constraint;
+#ifndef SWIG
+namespace zorBullet {
 class ConstraintImpl;
+} // namespace zorBullet
+#endif
+
+namespace zor {
 
 /** What acts along one free degree of freedom of a constraint: a motor, a range or a lock.
  *
@@ -30,13 +33,14 @@ public:
   zor::RangeReal getForceRange() const;
 
   /** Sets how much the controller yields.
-   * \param compliance In m/N or rad/(N m), zero or more; zero is rigid.
+   * \param compliance In m/N or rad/(N m) - for a motor in (m/s)/N or (rad/s)/(N m) -, zero or more; zero is
+   *        rigid.
    */
   void setCompliance(zor::Real compliance);
   /** \return Compliance in m/N or rad/(N m). */
   zor::Real getCompliance() const;
 
-  /** Sets the time over which a deviation is worked off.
+  /** Sets the time over which a deviation is worked off; a motor has none.
    * \param damping In seconds, zero or more.
    */
   void setDamping(zor::Real damping);
@@ -54,12 +58,11 @@ protected:
   void touch();
 
 private:
-  friend class Constraint;
-  friend class ConstraintImpl;
-  Constraint* m_constraint = nullptr;
+  friend class zorBullet::ConstraintImpl;
+  zorBullet::ConstraintImpl* m_constraint = nullptr; // null when the constraint is gone
   RangeReal m_forceRange;
-  Real m_compliance;
-  Real m_damping;
+  Real m_compliance = 0;
+  Real m_damping = 1.0 / 30.0;
   Real m_currentForce = 0;
   bool m_enabled = false;
 };

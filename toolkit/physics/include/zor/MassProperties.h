@@ -6,9 +6,13 @@
 #include <zor/Types.h>
 #include <zor/Vec3.h>
 
-namespace zor {
+#ifndef SWIG
+namespace zorBullet {
+class BodyImpl;
+} // namespace zorBullet
+#endif
 
-class RigidBody;
+namespace zor {
 
 /** Mass, inertia and centre of mass of a rigid body.
  *
@@ -84,16 +88,18 @@ public:
   void setAutoGenerate(bool enable);
 
 private:
-  friend class RigidBody;
-  explicit MassProperties(RigidBody& body);
+  friend class zorBullet::BodyImpl;
+  explicit MassProperties(zorBullet::BodyImpl& body) : m_body(body) {}
+  ~MassProperties() = default;
   MassProperties(MassProperties const&) = delete;
   MassProperties& operator=(MassProperties const&) = delete;
+  void setAutomatic(zor::UInt32 bits, bool automatic);
 
-  RigidBody& m_body;
-  zor::Real m_mass;
+  zorBullet::BodyImpl& m_body;
+  zor::Real m_mass = 1;
   zor::Matrix3x3 m_inertia;
   zor::Vec3 m_centre;
-  zor::UInt32 m_autoMask;
+  zor::UInt32 m_autoMask = AUTO_GENERATE_ALL;
 };
 
 } // namespace zor

@@ -19,9 +19,13 @@ namespace zorSDK {
 class Simulation;
 }
 
-namespace zor {
-
+#ifndef SWIG
+namespace zorBullet {
 class BodyImpl;
+} // namespace zorBullet
+#endif
+
+namespace zor {
 
 /** A rigid body: any number of geometries that move as one.
  *
@@ -190,17 +194,15 @@ public:
   /** \return The simulation that the body is in, or null. */
   zorSDK::Simulation* getSimulation() const;
 
-  /** \return The part behind the interface that holds the engine's body; for the toolkit only. */
-  BodyImpl& getImpl() const;
+#ifndef SWIG
+  zorBullet::BodyImpl& getImpl() const { return *m_impl; }
+#endif
 
 protected:
   ~RigidBody() override;
 
 private:
-  friend class BodyImpl;
-  friend class MassProperties;
-  std::unique_ptr<BodyImpl> m_impl;
-  MassProperties m_massProperties;
+  std::unique_ptr<zorBullet::BodyImpl> m_impl;
 };
 
 using RigidBodyRefVector = Vector<ref_ptr<RigidBody>>;

@@ -1,0 +1,124 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <vector>
+
+#include <zor/Constraint.h>
+#include <zor/Lock1D.h>
+#include <zor/Motor1D.h>
+#include <zor/Range1D.h>
+#include <zor/RigidBody.h>
+
+#include "bullet/RowConstraint.h"
+
+namespace zorBullet {
+
+class SpaceImpl;
+
+/** What a kind of constraint takes away and leaves free, along the axes of the second attachment. */
+struct ConstraintKind {
+  char const* name;
+  int linear;  // how many of the position directions x, y, z are held
+  int angular; // how many of the rotations x, y, z are held: 0, 2 or 3
+  enum Freedom { ROTATION, TRANSLATION, DISTANCE };
+  std::vector<Freedom> freedoms; // those that have controllers
+};
+
+/** The engine's side of a constraint, and all that the kinds have in common. */
+class ConstraintImpl final : public RowSource {
+public:
+  /** \throws std::invalid_argument When body1 is null or both bodies are the same. */
+  ConstraintImpl(ConstraintKind kind, zor::RigidBody* body1, zor::RigidBody* body2);
+  ~ConstraintImpl();
+  ConstraintImpl(ConstraintImpl const&) = delete;
+  ConstraintImpl& operator=(ConstraintImpl const&) = delete;
+
+  /** Frames as given to a constructor; null frames as the constructors of the kinds say. */
+  void attach(zor::Frame* frame1, zor::Frame* frame2);
+  /** Both attachments at one place in the world. */
+  void attachAt(zor::AffineMatrix4x4 const& world);
+  void attachLocal(int index, zor::AffineMatrix4x4 const& local);
+
+  zor::RigidBody* body(int index) const { return m_bodies[static_cast<size_t>(index)].get(); }
+  zor::Frame* attachment(int index) const { return m_attachments[static_cast<size_t>(index)].get(); }
+
+  struct Freedom {
+    ConstraintKind::Freedom kind;
+    zor::ref_ptr<zor::Motor1D> motor;
+    zor::ref_ptr<zor::Range1D> range;
+    zor::ref_ptr<zor::Lock1D> lock;
+    double turns = 0; // full turns taken, for a rotation
+    double lastAngle = 0;
+    double motorImpulse = 0, lowerImpulse = 0, upperImpulse = 0, lockImpulse = 0;
+  };
+  Freedom const& freedom(int index) const { return m_freedoms[static_cast<size_t>(index)]; }
+  double position(int index) const;
+  double speed(int index) const;
+
+  int numHeld() const { return m_kind.linear + m_kind.angular; }
+  double heldForce(int index) const { return m_heldForce[static_cast<size_t>(index)]; }
+  bool reaction(int index, btVector3& force, btVector3& torque) const;
+  char const* kindName() const { return m_kind.name; }
+
+  void setEnable(bool enable);
+  bool enabled() const { return m_enabled; }
+  void setCollisions(bool enable);
+  bool collisions() const { return m_collisions; }
+  void wake();
+
+  double compliance = 0;
+  double damping = 1.0 / 30.0;
+  zor::RangeReal forceRange;
+
+  // --- for the simulation
+
+  void enter(zorSDK::Simulation* simulation, SpaceImpl& space);
+  void leave();
+  zorSDK::Simulation* simulation() const { return m_simulation; }
+  /** Puts the constraint into the world or takes it out, as its bodies and settings want it. */
+  void update();
+  void beforeStep();
+  void beforeSubStep(double dt);
+  /** \param dt - of the whole step */
+  void afterSubStep(double dt);
+
+  int fillRows(std::array<ConstraintRow, MAX_ROWS>& rows, double dt) override;
+  void addReaction(btVector3 const& linearA, btVector3 const& angularA, btVector3 const& linearB,
+                   btVector3 const& angularB) override;
+
+private:
+  struct Pose; // of attachments and centres of mass
+  Pose pose() const;
+  btTransform attachmentWorld(int index) const;
+  double wrappedPosition(Freedom const& freedom, Pose const& pose) const;
+  double unwrapped(Freedom const& freedom, double wrapped) const;
+  ConstraintRow freedomRow(Freedom const& freedom, Pose const& pose) const;
+  ConstraintRow heldRow(int index, Pose const& pose, double& error) const;
+  void addControllerRows(Freedom& freedom, Pose const& pose, std::array<ConstraintRow, MAX_ROWS>& rows,
+                         int& count, double dt);
+  bool wanted() const;
+  void clearImpulses();
+  btRigidBody& engineBody(int index) const;
+
+  ConstraintKind m_kind;
+  std::array<zor::ref_ptr<zor::RigidBody>, 2> m_bodies;
+  std::array<zor::ref_ptr<zor::Frame>, 2> m_attachments;
+  std::vector<Freedom> m_freedoms;
+  bool m_enabled = true;
+  bool m_collisions = false;
+
+  std::array<double, 6> m_heldImpulse{};
+  std::array<double, 6> m_heldForce{};
+  std::array<btVector3, 2> m_force;
+  std::array<btVector3, 2> m_torque;
+  std::array<btVector3, 2> m_linearImpulse;
+  std::array<btVector3, 2> m_angularImpulse;
+  bool m_acted = false;
+
+  zorSDK::Simulation* m_simulation = nullptr;
+  SpaceImpl* m_space = nullptr;
+  std::unique_ptr<RowConstraint> m_engine; // while in the world
+};
+
+} // namespace zorBullet
