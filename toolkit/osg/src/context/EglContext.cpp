@@ -1,5 +1,8 @@
 #include "EglContext.h"
 
+#include "CurrentContextKeeper.h"
+
+#include <osg/GL>
 #include <osg/Notify>
 #include <osg/State>
 
@@ -36,9 +39,7 @@ EglContext::EglContext(osg::GraphicsContext::Traits* traits) {
   EglContext* const shared = sharedContext();
   m_display = EglDisplay::open();
   try {
-    m_config = chooseConfig();
-    createContext();
-    m_surface = createSurface(traits->width, traits->height);
+    openWithMostSamples();
   } catch (...) {
     destroy();
     throw;
@@ -106,31 +107,55 @@ EGLConfig EglContext::chooseConfig(EGLint samples) const {
   return configs.front();
 }
 
-EGLConfig EglContext::chooseConfig() {
+bool EglContext::open(EGLint samples) {
+  m_config = chooseConfig(samples);
+  if (!m_config)
+    return false;
+  m_context = createContext();
+  m_surface = createSurface(_traits->width, _traits->height);
+  if (samples == 0 || canBeRead())
+    return true;
+  destroy();
+  return false;
+}
+
+void EglContext::openWithMostSamples() {
   auto const asked = static_cast<EGLint>(_traits->samples);
-  for (EGLint samples = asked;; samples /= 2) {
-    EGLConfig const config = chooseConfig(samples);
-    if (config && samples != asked)
-      OSG_NOTICE << getPath() << ": " << samples << " samples per pixel instead of " << asked << std::endl;
-    if (config) {
-      _traits->samples = static_cast<unsigned int>(samples);
-      _traits->sampleBuffers = samples > 0 ? 1 : 0;
-      return config;
-    }
-    if (samples <= 0)
+  EGLint samples = asked;
+  while (!open(samples)) {
+    if (samples == 0)
       throw std::runtime_error(getPath() +
                                ": EGL has no pixel buffer with the colour, depth and stencil bits "
                                "asked for");
+    samples /= 2;
   }
+  if (samples != asked)
+    OSG_NOTICE << getPath() << ": " << samples << " samples per pixel instead of " << asked << std::endl;
+  _traits->samples = static_cast<unsigned int>(samples);
+  _traits->sampleBuffers = samples > 0 ? 1 : 0;
 }
 
-void EglContext::createContext() {
+/** Some drivers offer multisampled pixel buffers, but neither resolve them nor let them be read. */
+bool EglContext::canBeRead() const {
+  CurrentContextKeeper const keeper;
+  eglBindAPI(EGL_OPENGL_API);
+  if (!eglMakeCurrent(m_display->get(), m_surface, m_surface, m_context))
+    return false;
+  std::array<GLubyte, 4> pixel{};
+  glReadPixels(0, 0, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
+  bool const readable = glGetError() == GL_NO_ERROR;
+  eglMakeCurrent(m_display->get(), EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+  return readable;
+}
+
+EGLContext EglContext::createContext() const {
   EglContext* const shared = sharedContext();
   eglBindAPI(EGL_OPENGL_API);
-  m_context =
+  EGLContext const context =
       eglCreateContext(m_display->get(), m_config, shared ? shared->m_context : EGL_NO_CONTEXT, nullptr);
-  if (m_context == EGL_NO_CONTEXT)
+  if (context == EGL_NO_CONTEXT)
     throw std::runtime_error(getPath() + ": " + eglFailure("eglCreateContext"));
+  return context;
 }
 
 EGLSurface EglContext::createSurface(int width, int height) const {

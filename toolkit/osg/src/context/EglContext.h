@@ -43,9 +43,11 @@ protected:
 private:
   EglContext* sharedContext() const;
   EGLConfig chooseConfig(EGLint samples) const;
-  EGLConfig chooseConfig();
   EGLSurface createSurface(int width, int height) const;
-  void createContext();
+  EGLContext createContext() const;
+  bool open(EGLint samples);
+  void openWithMostSamples();
+  bool canBeRead() const;
   void destroy();
 
   std::shared_ptr<EglDisplay> m_display;

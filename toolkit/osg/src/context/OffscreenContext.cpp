@@ -1,5 +1,6 @@
 #include <zorOSG/OffscreenContext.h>
 
+#include "CurrentContextKeeper.h"
 #include "EglContext.h"
 #include "EglWindowingSystem.h"
 
@@ -12,26 +13,6 @@
 namespace zorOSG {
 
 namespace {
-
-/** Puts back whatever context was current, so that looking at another one disturbs no frame under way. */
-class CurrentContextKeeper {
-public:
-  CurrentContextKeeper()
-      : m_display(eglGetCurrentDisplay()), m_draw(eglGetCurrentSurface(EGL_DRAW)),
-        m_read(eglGetCurrentSurface(EGL_READ)), m_context(eglGetCurrentContext()) {}
-  ~CurrentContextKeeper() {
-    if (m_context != EGL_NO_CONTEXT)
-      eglMakeCurrent(m_display, m_draw, m_read, m_context);
-  }
-  CurrentContextKeeper(CurrentContextKeeper const&) = delete;
-  CurrentContextKeeper& operator=(CurrentContextKeeper const&) = delete;
-
-private:
-  EGLDisplay m_display;
-  EGLSurface m_draw;
-  EGLSurface m_read;
-  EGLContext m_context;
-};
 
 std::string text(GLenum name) {
   GLubyte const* const value = glGetString(name);
