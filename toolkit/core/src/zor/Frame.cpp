@@ -1,0 +1,74 @@
+#include <zor/Frame.h>
+
+#include <stdexcept>
+
+namespace zor {
+
+Frame::Frame() = default;
+
+Frame::Frame(AffineMatrix4x4 const& local) {
+  if (!local.isFinite()) {
+    throw std::invalid_argument("the transform of a frame must be finite");
+  }
+  m_local = local;
+}
+
+Frame::~Frame() = default;
+
+void Frame::setParent(zor::Frame* parent) {
+  for (Frame const* ancestor = parent; ancestor; ancestor = ancestor->getParent()) {
+    if (ancestor == this) {
+      throw std::invalid_argument("a frame can't stand in itself or in a frame that stands in it");
+    }
+  }
+  m_parent = parent;
+  changed();
+}
+
+void Frame::setLocalMatrix(AffineMatrix4x4 const& matrix) {
+  if (!matrix.isFinite()) {
+    throw std::invalid_argument("the transform of a frame must be finite");
+  }
+  m_local = matrix;
+  changed();
+}
+
+AffineMatrix4x4 Frame::getMatrix() const {
+  AffineMatrix4x4 result = m_local;
+  for (Frame const* ancestor = getParent(); ancestor; ancestor = ancestor->getParent()) {
+    result *= ancestor->m_local;
+  }
+  return result;
+}
+
+void Frame::setMatrix(AffineMatrix4x4 const& matrix) {
+  setLocalMatrix(m_parent ? matrix * m_parent->getMatrix().inverse() : matrix);
+}
+
+void Frame::setLocalTranslate(Vec3 const& translate) {
+  AffineMatrix4x4 matrix = m_local;
+  matrix.setTranslate(translate);
+  setLocalMatrix(matrix);
+}
+
+void Frame::setLocalRotate(Quat const& rotate) {
+  AffineMatrix4x4 matrix = m_local;
+  matrix.setRotate(rotate);
+  setLocalMatrix(matrix);
+}
+
+void Frame::setTranslate(Vec3 const& translate) {
+  AffineMatrix4x4 matrix = getMatrix();
+  matrix.setTranslate(translate);
+  setMatrix(matrix);
+}
+
+void Frame::setRotate(Quat const& rotate) {
+  AffineMatrix4x4 matrix = getMatrix();
+  matrix.setRotate(rotate);
+  setMatrix(matrix);
+}
+
+void Frame::changed() {}
+
+} // namespace zor
