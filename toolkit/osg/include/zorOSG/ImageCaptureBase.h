@@ -20,14 +20,32 @@ namespace zorOSG {
  * Drives the capture of rendered frames: decides which frames are due, reads their pixels after the frame is
  * drawn and hands them to a writer thread that calls writeImage() for each, in order.
  *
- * The draw callback goes on a camera (as final draw callback) or the capture on a RenderTarget. Frames are due
- * at the capture rate, measured in simulation time when synchronised with a simulation, in wall-clock time
- * otherwise. When several frame times pass between two drawn frames, the newest frame is written for each, so
- * that the sequence keeps its time scale. The writer keeps at most a few frames; drawing waits for a slow one.
+ * The draw callback goes on a camera (as final draw callback) or the capture on a RenderTarget. Frames are
+ * due at the capture rate, measured in simulation time when synchronised with a simulation, in wall-clock
+ * time otherwise. When several frame times pass between two drawn frames, the newest frame is written for
+ * each, so that the sequence keeps its time scale. The writer keeps at most a few frames; drawing waits for a
+ * slow one.
  */
 class ImageCaptureBase : public zor::Referenced {
 public:
+#ifdef SWIG
   class DrawCallback;
+#else
+  /**
+   * Grabs the frame a camera has drawn. It does not keep the capture alive: the capture owns it and detaches
+   * it when it dies, so that a camera may hold on to it.
+   */
+  class DrawCallback : public osg::Camera::DrawCallback {
+  public:
+    explicit DrawCallback(ImageCaptureBase* capture) : m_capture(capture) {}
+
+    void operator()(osg::RenderInfo& renderInfo) const override;
+
+  private:
+    friend class ImageCaptureBase;
+    ImageCaptureBase* m_capture;
+  };
+#endif
 
   /**
    * \param fps - desired capture rate (images per second), more than 0 and at most 10000.
@@ -105,10 +123,15 @@ protected:
   explicit ImageCaptureBase(zorSDK::Simulation* simulation);
   ~ImageCaptureBase() override;
 
-  /** Stops the writer thread. Derived classes call it first in their destructors, while writeImage is theirs. */
+  /** \return true if a frame could not be read or written since capturing started. */
+  bool hasCaptureFailed() const;
+
+  /** Stops the writer thread. Derived classes call it first in their destructors, while writeImage is theirs.
+   */
   void shutdownWriter() noexcept;
 
 private:
+  friend class CaptureSet;
   friend class RenderTarget;
 
   /** Stores a frame that is already in main memory, if it is due. Never throws. */

@@ -9,6 +9,7 @@
 
 #include <osg/Camera>
 #include <osg/GL>
+#include <osg/Image>
 
 namespace zorOSG {
 
@@ -123,7 +124,8 @@ public:
   /**
    * Projects a point with the target's camera.
    * \param worldPos - the point in world coordinates (m).
-   * \return position in pixels of the target, (0, 0) the lower left corner.
+   * \return position in pixels of the target, (0, 0) the lower left corner; NaN for a point that is not in
+   * front of the camera.
    */
   zor::Vec2 calculateScreenCoords(zor::Vec3& worldPos);
 
@@ -145,6 +147,8 @@ protected:
 private:
   class FollowingCamera;
   class CaptureCallback;
+
+  void attachColorBuffer();
 
   osg::ref_ptr<FollowingCamera> m_camera;
   osg::ref_ptr<osg::Image> m_readback;

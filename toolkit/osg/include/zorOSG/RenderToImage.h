@@ -46,6 +46,8 @@ protected:
   osg::Image* readFrame(osg::RenderInfo& renderInfo) override;
 
 private:
+  void attachImage();
+
   osg::ref_ptr<osg::Image> m_image;
   BufferComponent m_component;
   unsigned int m_multiSamples;

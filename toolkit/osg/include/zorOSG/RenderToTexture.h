@@ -27,6 +27,8 @@ protected:
   osg::Image* readFrame(osg::RenderInfo& renderInfo) override;
 
 private:
+  void attachTexture();
+
   zor::ref_ptr<Texture2D> m_texture;
   osg::ref_ptr<osg::Image> m_readback;
   BufferComponent m_component;

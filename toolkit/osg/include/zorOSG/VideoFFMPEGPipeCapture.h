@@ -7,6 +7,8 @@
 
 namespace zorOSG {
 
+class FfmpegProcess;
+
 /**
  * Makes a video file by feeding captured frames through a named pipe to an `ffmpeg` process.
  *
@@ -30,8 +32,9 @@ public:
   static CodecStringConversionMap OutputCodecStrings;
 
   /**
-   * \param width - width of the finished video in pixels, 2 to 16384.
-   * \param height - height of the finished video in pixels, 2 to 16384.
+   * \param width - width of the finished video in pixels, 2 to 16384; all codecs but H264RGB pad an odd one
+   * by a pixel.
+   * \param height - height of the finished video in pixels, 2 to 16384; padded likewise.
    * \param fps - video rate and capture rate (images per second).
    * \param sim - simulation to synchronise with; may be null.
    * \throws std::invalid_argument for a size or rate outside its range.
@@ -40,8 +43,9 @@ public:
 
   /**
    * Creates the named pipe and starts the encoder process; startCapture() does it if it has not been done.
-   * \throws std::runtime_error if `ffmpeg` is not found, the folder of the video file can't be written to or
-   * the encoder refuses the settings.
+   * \throws std::runtime_error if `ffmpeg` is not found or the folder of the video file can't be written to.
+   * Settings that the encoder refuses show with the first frames, as an error in the log, and in
+   * stopProcess().
    */
   void init();
 
@@ -104,8 +108,7 @@ protected:
   ~VideoFFMPEGPipeCapture() override;
 
 private:
-  class Encoder;
-  std::unique_ptr<Encoder> m_encoder;
+  std::unique_ptr<FfmpegProcess> m_encoder;
   zor::Vec2u m_size;
   zor::String m_filename = "video.mp4";
   zor::Real m_videoFps;

@@ -1,14 +1,15 @@
 #include <zorOSG/ImageCaptureBase.h>
 
-#include "ImageCaptureDrawCallback.h"
 #include "ImageWriter.h"
 
-#include <zor/NotifyStream.h>
+#include <zor/Notify.h>
 #include <zor/observer_ptr.h>
 #include <zorSDK/Simulation.h>
 
 #include <osg/GL>
+#include <osg/RenderInfo>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <stdexcept>
@@ -33,7 +34,7 @@ public:
         writer([owner](osg::Image* image, std::uint64_t index) { owner->writeImage(image, index); }) {}
 
   double now() const {
-    bool const simulated = sync && simulation.valid();
+    bool const simulated = sync && simulation.isValid();
     return simulated ? simulation->getTimeStamp() : wallClock();
   }
 
@@ -50,7 +51,8 @@ public:
     double const slots = std::floor((time - startTime) * fps + 1e-6) + 1.0;
     std::uint64_t due = static_cast<std::uint64_t>(slots) - numTimed;
     if (maxImages >= 0) {
-      std::uint64_t const left = static_cast<std::uint64_t>(maxImages) - std::min<std::uint64_t>(maxImages, numWritten);
+      std::uint64_t const left =
+          static_cast<std::uint64_t>(maxImages) - std::min<std::uint64_t>(maxImages, numWritten);
       due = std::min(due, left);
     }
     return static_cast<unsigned int>(due);
@@ -58,7 +60,8 @@ public:
 
   void submit(osg::ref_ptr<osg::Image> frame, unsigned int due) {
     zor::Vec2u const size = resolution;
-    bool const scale = size[0] != 0 && (frame->s() != static_cast<int>(size[0]) || frame->t() != static_cast<int>(size[1]));
+    bool const scale =
+        size[0] != 0 && (frame->s() != static_cast<int>(size[0]) || frame->t() != static_cast<int>(size[1]));
     if (scale) {
       frame->scaleImage(static_cast<int>(size[0]), static_cast<int>(size[1]), 1);
     }
@@ -88,15 +91,23 @@ public:
   ImageWriter writer;
 };
 
+void ImageCaptureBase::DrawCallback::operator()(osg::RenderInfo& renderInfo) const {
+  if (m_capture) {
+    m_capture->apply(renderInfo);
+  }
+}
+
 ImageCaptureBase::ImageCaptureBase(zorSDK::Simulation* simulation) : m_impl(std::make_unique<Impl>(this)) {
   setSimulation(simulation);
   m_impl->sync = simulation != nullptr;
 }
 
-ImageCaptureBase::~ImageCaptureBase() { m_impl->drawCallback->detach(); }
+ImageCaptureBase::~ImageCaptureBase() {
+  m_impl->drawCallback->m_capture = nullptr;
+}
 
 void ImageCaptureBase::shutdownWriter() noexcept {
-  m_impl->drawCallback->detach();
+  m_impl->drawCallback->m_capture = nullptr;
   m_impl->started = false;
   try {
     m_impl->writer.drain();
@@ -106,15 +117,20 @@ void ImageCaptureBase::shutdownWriter() noexcept {
 
 void ImageCaptureBase::setFps(zor::Real fps) {
   if (!(fps > 0.0 && fps <= 10000.0)) {
-    throw std::invalid_argument("capture rate must be more than 0 and at most 10000, not " + std::to_string(fps));
+    throw std::invalid_argument("capture rate must be more than 0 and at most 10000, not " +
+                                std::to_string(fps));
   }
   m_impl->fps = fps;
   resetTime();
 }
 
-zor::Real ImageCaptureBase::getFps() const { return m_impl->fps; }
+zor::Real ImageCaptureBase::getFps() const {
+  return m_impl->fps;
+}
 
-void ImageCaptureBase::setMaxImages(int maxImages) { m_impl->maxImages = maxImages; }
+void ImageCaptureBase::setMaxImages(int maxImages) {
+  m_impl->maxImages = maxImages;
+}
 
 void ImageCaptureBase::startCapture(int start) {
   if (m_impl->started) {
@@ -132,23 +148,27 @@ void ImageCaptureBase::startCapture(int start) {
 }
 
 bool ImageCaptureBase::stopCapture() {
-  if (!m_impl->started && !m_impl->failed) {
-    m_impl->writer.drain();
-    return false;
-  }
+  bool const wasStarted = m_impl->started;
   m_impl->started = false;
   std::string const error = m_impl->writer.drain();
-  bool const ok = error.empty() && !m_impl->failed;
   if (!error.empty()) {
+    m_impl->failed = true;
     zor::notify(zor::Notify::NOTIFY_ERROR) << "Capture failed: " << error << zor::endMessage;
   }
-  m_impl->failed = false;
-  return ok;
+  return wasStarted && !m_impl->failed;
 }
 
-bool ImageCaptureBase::getCaptureStarted() const { return m_impl->started; }
+bool ImageCaptureBase::hasCaptureFailed() const {
+  return m_impl->failed;
+}
 
-zorSDK::Simulation* ImageCaptureBase::getSimulation() { return m_impl->simulation.get(); }
+bool ImageCaptureBase::getCaptureStarted() const {
+  return m_impl->started;
+}
+
+zorSDK::Simulation* ImageCaptureBase::getSimulation() {
+  return m_impl->simulation.get();
+}
 
 void ImageCaptureBase::setSimulation(zorSDK::Simulation* simulation) {
   m_impl->simulation = simulation;
@@ -164,9 +184,13 @@ void ImageCaptureBase::setImageResolution(zor::UInt width, zor::UInt height) {
   m_impl->resolution = zor::Vec2u(static_cast<zor::UInt32>(width), static_cast<zor::UInt32>(height));
 }
 
-zor::Vec2u ImageCaptureBase::getImageResolution() const { return m_impl->resolution; }
+zor::Vec2u ImageCaptureBase::getImageResolution() const {
+  return m_impl->resolution;
+}
 
-int ImageCaptureBase::getImageNum() const { return static_cast<int>(m_impl->imageNum); }
+int ImageCaptureBase::getImageNum() const {
+  return static_cast<int>(m_impl->imageNum);
+}
 
 zorOSG::ImageCaptureBase::DrawCallback* ImageCaptureBase::getDrawCallback() {
   return m_impl->drawCallback.get();
@@ -177,9 +201,13 @@ void ImageCaptureBase::setEnableSyncWithSimulation(bool enableSync) {
   resetTime();
 }
 
-bool ImageCaptureBase::getEnableSyncWithSimulation() const { return m_impl->sync; }
+bool ImageCaptureBase::getEnableSyncWithSimulation() const {
+  return m_impl->sync;
+}
 
-void ImageCaptureBase::resetTime() { m_impl->timing = false; }
+void ImageCaptureBase::resetTime() {
+  m_impl->timing = false;
+}
 
 void ImageCaptureBase::apply(osg::RenderInfo& renderInfo) {
   osg::Camera const* camera = renderInfo.getCurrentCamera();
@@ -211,7 +239,12 @@ void ImageCaptureBase::captureFrame(std::function<void(osg::Image&)> const& fill
     unsigned int const due = m_impl->countDue();
     if (due > 0) {
       osg::ref_ptr<osg::Image> frame = m_impl->writer.acquire();
-      fill(*frame);
+      try {
+        fill(*frame);
+      } catch (...) {
+        m_impl->writer.release(std::move(frame));
+        throw;
+      }
       m_impl->submit(std::move(frame), due);
     }
     if (m_impl->limitReached()) {

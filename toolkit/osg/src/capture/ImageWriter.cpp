@@ -8,7 +8,6 @@ ImageWriter::ImageWriter(Sink sink) : m_sink(std::move(sink)) {
   for (std::size_t i = 0; i < s_poolSize; ++i) {
     m_free.emplace_back(new osg::Image);
   }
-  m_thread = std::thread([this] { run(); });
 }
 
 ImageWriter::~ImageWriter() {
@@ -17,7 +16,9 @@ ImageWriter::~ImageWriter() {
     m_stop = true;
   }
   m_changed.notify_all();
-  m_thread.join();
+  if (m_thread.joinable()) {
+    m_thread.join();
+  }
 }
 
 osg::ref_ptr<osg::Image> ImageWriter::acquire() {
@@ -32,6 +33,9 @@ void ImageWriter::submit(osg::ref_ptr<osg::Image> frame, std::uint64_t index, un
   {
     std::lock_guard<std::mutex> const lock(m_mutex);
     m_jobs.push_back({std::move(frame), index, count});
+    if (!m_thread.joinable()) {
+      m_thread = std::thread([this] { run(); });
+    }
   }
   m_changed.notify_all();
 }

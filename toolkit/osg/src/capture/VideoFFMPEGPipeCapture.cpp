@@ -1,0 +1,206 @@
+#include <zorOSG/VideoFFMPEGPipeCapture.h>
+
+#include "FfmpegProcess.h"
+
+#include <zor/Notify.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+namespace zorOSG {
+
+namespace {
+
+constexpr zor::UInt s_minSize = 2;
+constexpr zor::UInt s_maxSize = 16384;
+
+VideoFFMPEGPipeCapture::CodecStringConversionMap makeCodecStrings() {
+  VideoFFMPEGPipeCapture::CodecStringConversionMap map;
+  map.insert(VideoFFMPEGPipeCapture::OutputCodec_H264, "libx264");
+  map.insert(VideoFFMPEGPipeCapture::OutputCodec_H264RGB, "libx264rgb");
+  map.insert(VideoFFMPEGPipeCapture::OutputCodec_XVID, "libxvid");
+  return map;
+}
+
+zor::Real checkedRate(zor::Real fps) {
+  if (!(fps > 0.0 && fps <= 10000.0)) {
+    throw std::invalid_argument("video rate must be more than 0 and at most 10000, not " +
+                                std::to_string(fps));
+  }
+  return fps;
+}
+
+/** \return the image as tightly packed 8-bit RGB of that size: itself where it is so already. */
+osg::ref_ptr<osg::Image> asFrame(osg::Image* image, zor::Vec2u size) {
+  int const width = static_cast<int>(size[0]);
+  int const height = static_cast<int>(size[1]);
+  osg::ref_ptr<osg::Image> frame = image;
+  if (image->getPixelFormat() != GL_RGB || image->getDataType() != GL_UNSIGNED_BYTE ||
+      image->getRowSizeInBytes() != image->s() * 3u) {
+    frame = new osg::Image;
+    frame->allocateImage(image->s(), image->t(), 1, GL_RGB, GL_UNSIGNED_BYTE);
+    frame->copySubImage(0, 0, 0, image);
+  }
+  if (frame->s() != width || frame->t() != height) {
+    if (frame == image) {
+      frame = new osg::Image(*image, osg::CopyOp::DEEP_COPY_ALL);
+    }
+    frame->scaleImage(width, height, 1);
+  }
+  return frame;
+}
+
+} // namespace
+
+VideoFFMPEGPipeCapture::CodecStringConversionMap VideoFFMPEGPipeCapture::OutputCodecStrings =
+    makeCodecStrings();
+
+VideoFFMPEGPipeCapture::VideoFFMPEGPipeCapture(zor::UInt width, zor::UInt height, zor::Real fps,
+                                               zorSDK::Simulation* sim)
+    : ImageCaptureBase(sim), m_videoFps(checkedRate(fps)) {
+  if (width < s_minSize || height < s_minSize || width > s_maxSize || height > s_maxSize) {
+    throw std::invalid_argument("a video must be 2 to 16384 pixels each way, not " + std::to_string(width) +
+                                " x " + std::to_string(height));
+  }
+  m_size = zor::Vec2u(static_cast<zor::UInt32>(width), static_cast<zor::UInt32>(height));
+  setImageResolution(width, height);
+  setFps(fps);
+}
+
+VideoFFMPEGPipeCapture::~VideoFFMPEGPipeCapture() {
+  shutdownWriter();
+  if (m_encoder) {
+    try {
+      m_encoder->finish();
+    } catch (std::exception const& e) {
+      zor::notify(zor::Notify::NOTIFY_ERROR) << e.what() << zor::endMessage;
+    }
+  }
+}
+
+void VideoFFMPEGPipeCapture::init() {
+  if (m_encoder) {
+    return;
+  }
+  if (!OutputCodecStrings.contains(m_codec)) {
+    throw std::runtime_error("no encoder is known for video codec " +
+                             std::to_string(static_cast<int>(m_codec)));
+  }
+  FfmpegProcess::Settings settings;
+  settings.width = m_size[0];
+  settings.height = m_size[1];
+  settings.fps = m_videoFps;
+  settings.crf = static_cast<unsigned int>(m_crf);
+  settings.lossless = m_lossless;
+  settings.codec = OutputCodecStrings[m_codec];
+  settings.output = m_filename;
+  m_encoder = std::make_unique<FfmpegProcess>(std::move(settings));
+}
+
+void VideoFFMPEGPipeCapture::setFilename(zor::String filename) {
+  std::filesystem::path const path(filename);
+  if (!path.has_filename() || !path.has_extension()) {
+    throw std::invalid_argument("a video file needs a name with an extension, such as 'video.mp4', not '" +
+                                filename + "'");
+  }
+  m_filename = std::move(filename);
+}
+
+zor::String VideoFFMPEGPipeCapture::getFilename() const {
+  return m_filename;
+}
+
+void VideoFFMPEGPipeCapture::setFilenameExtension(zor::String extension) {
+  if (extension.empty() || extension.find('/') != std::string::npos) {
+    throw std::invalid_argument("'" + extension + "' is no file name extension");
+  }
+  m_filename = std::filesystem::path(m_filename).replace_extension(extension).string();
+}
+
+zor::String VideoFFMPEGPipeCapture::getFilenameExtension() const {
+  std::string const extension = std::filesystem::path(m_filename).extension().string();
+  return extension.empty() ? extension : extension.substr(1);
+}
+
+void VideoFFMPEGPipeCapture::setVideoFPS(zor::Real fps) {
+  m_videoFps = checkedRate(fps);
+}
+
+zor::Real VideoFFMPEGPipeCapture::getVideoFPS() const {
+  return m_videoFps;
+}
+
+void VideoFFMPEGPipeCapture::setVideoCRF(zor::UInt crf) {
+  if (crf > 51) {
+    throw std::invalid_argument("the constant rate factor is 0 to 51, not " + std::to_string(crf));
+  }
+  m_crf = crf;
+}
+
+zor::UInt VideoFFMPEGPipeCapture::getVideoCRF() const {
+  return m_crf;
+}
+
+void VideoFFMPEGPipeCapture::setImageCaptureFPS(zor::Real fps) {
+  setFps(fps);
+}
+
+zor::Real VideoFFMPEGPipeCapture::getImageCaptureFPS() const {
+  return getFps();
+}
+
+void VideoFFMPEGPipeCapture::setEnableLossless(bool lossless) {
+  m_lossless = lossless;
+}
+
+bool VideoFFMPEGPipeCapture::getEnableLossless() const {
+  return m_lossless;
+}
+
+void VideoFFMPEGPipeCapture::setOutputVideoCodec(OutputCodec codec) {
+  m_codec = codec;
+}
+
+VideoFFMPEGPipeCapture::OutputCodec VideoFFMPEGPipeCapture::getOutputCodec() const {
+  return m_codec;
+}
+
+bool VideoFFMPEGPipeCapture::hasActiveVideo() const {
+  return m_encoder != nullptr;
+}
+
+bool VideoFFMPEGPipeCapture::stopProcess() {
+  stopCapture();
+  if (!m_encoder) {
+    return false;
+  }
+  // A capture that stopped by itself at its image limit is no failure; a frame that was lost is.
+  bool ok = !hasCaptureFailed();
+  try {
+    m_encoder->finish();
+  } catch (std::exception const& e) {
+    zor::notify(zor::Notify::NOTIFY_ERROR) << e.what() << zor::endMessage;
+    ok = false;
+  }
+  m_encoder.reset();
+  return ok;
+}
+
+void VideoFFMPEGPipeCapture::startCapture(int start) {
+  init();
+  ImageCaptureBase::startCapture(start);
+}
+
+void VideoFFMPEGPipeCapture::writeImage(osg::Image* image, zor::Index) {
+  if (!image || !image->valid()) {
+    throw std::invalid_argument("writeImage: the image is null or empty");
+  }
+  if (!m_encoder) {
+    throw std::runtime_error("writeImage: no video is active; call init() or startCapture() first");
+  }
+  osg::ref_ptr<osg::Image> const frame = asFrame(image, m_size);
+  m_encoder->writeFrame(frame->data(), std::size_t{3} * m_size[0] * m_size[1]);
+}
+
+} // namespace zorOSG
