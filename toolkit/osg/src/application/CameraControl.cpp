@@ -1,0 +1,138 @@
+#include "CameraControl.h"
+
+#include "Conversion.h"
+
+#include <zorOSG/CameraData.h>
+#include <zorOSG/GeometryNode.h>
+
+#include <osgGA/NodeTrackerManipulator>
+#include <osgGA/OrbitManipulator>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <stdexcept>
+
+namespace zorOSG {
+
+namespace {
+
+void requireUsable(CameraControl::Pose const& pose) {
+  osg::Vec3d const direction = toOsg(pose.center) - toOsg(pose.eye);
+  osg::Vec3d const side = direction ^ toOsg(pose.up);
+  // Written so that NaN fails too.
+  if (!(side.length() > 0) || !std::isfinite(side.length()))
+    throw std::invalid_argument("camera home: eye and center must be apart, and up not along the view");
+}
+
+} // namespace
+
+void CameraControl::attach(osgViewer::Viewer* viewer) {
+  m_viewer = viewer;
+  useOrbit();
+  moveTo(m_home);
+}
+
+void CameraControl::useOrbit() {
+  if (!m_viewer)
+    return;
+  osg::ref_ptr<osgGA::OrbitManipulator> orbit = new osgGA::OrbitManipulator;
+  orbit->setAllowThrow(false); // a camera that goes on turning by itself spoils captures
+  orbit->setAutoComputeHomePosition(false);
+  orbit->setHomePosition(toOsg(m_home.eye), toOsg(m_home.center), toOsg(m_home.up));
+  m_viewer->setCameraManipulator(orbit.get(), false);
+}
+
+void CameraControl::setHome(Pose const& pose) {
+  requireUsable(pose);
+  m_home = pose;
+  m_homeSet = true;
+  moveTo(pose);
+}
+
+void CameraControl::reset() {
+  m_homeSet = false;
+  if (m_viewer && dynamic_cast<osgGA::NodeTrackerManipulator*>(m_viewer->getCameraManipulator()))
+    useOrbit();
+}
+
+void CameraControl::goHome(osg::BoundingSphere const& bound) {
+  if (!m_homeSet && bound.valid() && bound.radius() > 0) {
+    osg::Vec3d direction(0.5, -1.0, 0.5);
+    direction.normalize();
+    m_home.center = fromOsg(bound.center());
+    m_home.eye = fromOsg(osg::Vec3d(bound.center()) + direction * fitDistance(bound.radius()));
+    m_home.up = zor::Vec3(0, 0, 1);
+  }
+  moveTo(m_home);
+}
+
+void CameraControl::fit(osg::BoundingSphere const& bound) {
+  if (!m_viewer || !bound.valid() || bound.radius() <= 0)
+    return;
+  Pose pose = current();
+  osg::Vec3d direction = toOsg(pose.center) - toOsg(pose.eye);
+  direction.normalize();
+  pose.center = fromOsg(bound.center());
+  pose.eye = fromOsg(osg::Vec3d(bound.center()) - direction * fitDistance(bound.radius()));
+  moveTo(pose);
+}
+
+void CameraControl::lookAt(osg::BoundingSphere const& bound) {
+  if (!m_viewer || !bound.valid())
+    return;
+  Pose pose = current();
+  osg::Vec3d const direction = osg::Vec3d(bound.center()) - toOsg(pose.eye);
+  if ((direction ^ toOsg(pose.up)).length() <= 0)
+    return;
+  pose.center = fromOsg(bound.center());
+  moveTo(pose);
+}
+
+void CameraControl::track(GeometryNode& node, Pose const& pose, int trackerMode) {
+  requireUsable(pose);
+  if (trackerMode < osgGA::NodeTrackerManipulator::NODE_CENTER ||
+      trackerMode > osgGA::NodeTrackerManipulator::NODE_CENTER_AND_ROTATION)
+    throw std::invalid_argument("setOrbitCamera: tracker mode must be 0, 1 or 2");
+  m_home = pose;
+  m_homeSet = true;
+  if (!m_viewer)
+    return;
+  osg::ref_ptr<osgGA::NodeTrackerManipulator> tracker = new osgGA::NodeTrackerManipulator;
+  tracker->setTrackerMode(static_cast<osgGA::NodeTrackerManipulator::TrackerMode>(trackerMode));
+  tracker->setRotationMode(osgGA::NodeTrackerManipulator::ELEVATION_AZIM);
+  tracker->setTrackNode(&node);
+  tracker->setAutoComputeHomePosition(false);
+  tracker->setHomePosition(toOsg(pose.eye), toOsg(pose.center), toOsg(pose.up));
+  m_viewer->setCameraManipulator(tracker.get(), false);
+  m_viewer->home();
+}
+
+CameraControl::Pose CameraControl::current() const {
+  if (!m_viewer)
+    return m_home;
+  CameraData const data(m_viewer);
+  return {data.eye, data.center, data.up};
+}
+
+void CameraControl::moveTo(Pose const& pose) {
+  if (!m_viewer)
+    return;
+  auto* const manipulator = m_viewer->getCameraManipulator();
+  manipulator->setHomePosition(toOsg(m_home.eye), toOsg(m_home.center), toOsg(m_home.up));
+  if (auto* const standard = dynamic_cast<osgGA::StandardManipulator*>(manipulator))
+    standard->setTransformation(toOsg(pose.eye), toOsg(pose.center), toOsg(pose.up));
+  // Without this the camera would follow only in the next frame.
+  manipulator->updateCamera(*m_viewer->getCamera());
+}
+
+double CameraControl::fitDistance(double radius) const {
+  double fovy = 45, aspect = 1, zNear = 0, zFar = 0;
+  if (m_viewer)
+    m_viewer->getCamera()->getProjectionMatrixAsPerspective(fovy, aspect, zNear, zFar);
+  double const vertical = fovy * std::numbers::pi / 360;
+  double const horizontal = std::atan(std::tan(vertical) * aspect);
+  return radius / std::sin(std::min(vertical, horizontal));
+}
+
+} // namespace zorOSG

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <zor/Vec3.h>
+
+#include <osg/BoundingSphere>
+#include <osgGA/CameraManipulator>
+#include <osgViewer/Viewer>
+
+namespace zorOSG {
+
+class GeometryNode;
+
+/// Moves the camera of a viewer: home position, orbit manipulator, fitting to the scene.
+class CameraControl {
+public:
+  struct Pose {
+    zor::Vec3 eye{10, -14, 8};
+    zor::Vec3 center{0, 0, 0};
+    zor::Vec3 up{0, 0, 1};
+  };
+
+  /** Gives the viewer, which must outlive this object, the orbit manipulator. */
+  void attach(osgViewer::Viewer* viewer);
+
+  void detach() { m_viewer = nullptr; }
+
+  Pose const& home() const { return m_home; }
+  bool isHomeSet() const { return m_homeSet; }
+
+  /** Throws std::invalid_argument for a pose that gives no direction. */
+  void setHome(Pose const& pose);
+
+  /** Returns to a home position fitted to each scene, and to the orbit manipulator. */
+  void reset();
+
+  /** Moves to the home position, which is fitted to the bound unless it has been set. */
+  void goHome(osg::BoundingSphere const& bound);
+
+  /** Moves along the view direction until the bound fills the view. */
+  void fit(osg::BoundingSphere const& bound);
+
+  /** Turns to the centre of the bound. */
+  void lookAt(osg::BoundingSphere const& bound);
+
+  /** Follows a node. */
+  void track(GeometryNode& node, Pose const& pose, int trackerMode);
+
+  /** \return the pose of the camera */
+  Pose current() const;
+
+private:
+  void moveTo(Pose const& pose);
+  void useOrbit();
+  double fitDistance(double radius) const;
+
+  osgViewer::Viewer* m_viewer = nullptr;
+  Pose m_home;
+  bool m_homeSet = false;
+};
+
+} // namespace zorOSG

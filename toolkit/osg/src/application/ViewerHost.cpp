@@ -1,0 +1,101 @@
+#include "ViewerHost.h"
+
+#include <zorOSG/OffscreenContext.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <stdexcept>
+
+namespace zorOSG {
+
+namespace {
+
+constexpr double FIELD_OF_VIEW = 45;
+
+osg::ref_ptr<osg::GraphicsContext::Traits> makeTraits(ViewerHost::Settings const& settings, int samples) {
+  osg::ref_ptr<osg::GraphicsContext::Traits> traits = new osg::GraphicsContext::Traits;
+  traits->readDISPLAY();
+  traits->setScreenIdentifier(std::getenv("DISPLAY"));
+  traits->x = settings.x;
+  traits->y = settings.y;
+  traits->width = settings.width;
+  traits->height = settings.height;
+  traits->windowName = settings.title;
+  traits->windowDecoration = true;
+  traits->supportsResize = true;
+  traits->doubleBuffer = true;
+  traits->vsync = settings.vsync;
+  traits->samples = static_cast<unsigned int>(samples);
+  traits->sampleBuffers = samples > 0 ? 1 : 0;
+  return traits;
+}
+
+/** Past the log, whose level would hide it: how a run draws is what its user has to know. */
+void report(std::string const& message) { std::cerr << "zorOSG: " << message << std::endl; }
+
+/** \return a window, or null with the reason why there is none. */
+osg::ref_ptr<osg::GraphicsContext> openWindow(ViewerHost::Settings const& settings, std::string& reason) {
+  if (!hasDisplay()) {
+    reason = "DISPLAY is not set";
+    return nullptr;
+  }
+  for (int const samples : {settings.samples, 0}) {
+    osg::ref_ptr<osg::GraphicsContext> context =
+        osg::GraphicsContext::createGraphicsContext(makeTraits(settings, samples).get());
+    if (context && context->valid())
+      return context;
+  }
+  reason = "the display '" + std::string(std::getenv("DISPLAY")) + "' cannot be opened";
+  return nullptr;
+}
+
+osg::ref_ptr<osg::GraphicsContext> openSurface(ViewerHost::Settings const& settings) {
+  std::string reason = "as asked for";
+  osg::ref_ptr<osg::GraphicsContext> context = settings.window ? openWindow(settings, reason) : nullptr;
+  if (context) {
+    report("Drawing in a window on display " + std::string(std::getenv("DISPLAY")));
+    return context;
+  }
+  try {
+    context = createOffscreenContext(settings.width, settings.height, static_cast<unsigned>(settings.samples));
+  } catch (std::exception const& error) {
+    throw std::runtime_error("nothing to draw on: no window (" + reason + ") and no off-screen buffer (" +
+                             error.what() + ")");
+  }
+  report("Drawing off screen (" + reason + "): " + describeGraphics(context.get()));
+  return context;
+}
+
+} // namespace
+
+ViewerHost::ViewerHost(Settings const& settings) : m_viewer(new osgViewer::Viewer), m_context(openSurface(settings)) {
+  m_viewer->setThreadingModel(osgViewer::ViewerBase::SingleThreaded);
+  m_viewer->setLightingMode(osg::View::NO_LIGHT); // the scene decorator brings its own
+  m_viewer->setKeyEventSetsDone(0);
+  auto* const camera = m_viewer->getCamera();
+  osg::GraphicsContext::Traits const* const traits = m_context->getTraits();
+  camera->setGraphicsContext(m_context.get());
+  camera->setViewport(0, 0, traits->width, traits->height);
+  camera->setProjectionMatrixAsPerspective(
+      FIELD_OF_VIEW, static_cast<double>(traits->width) / traits->height, 0.1, 10000.0);
+  GLenum const buffer = traits->doubleBuffer ? GL_BACK : GL_FRONT;
+  camera->setDrawBuffer(buffer);
+  camera->setReadBuffer(buffer);
+}
+
+ViewerHost::~ViewerHost() {
+  m_viewer->setDone(true);
+  m_viewer->stopThreading();
+  m_viewer->setSceneData(nullptr);
+}
+
+osgViewer::GraphicsWindow* ViewerHost::window() const {
+  return dynamic_cast<osgViewer::GraphicsWindow*>(m_context.get());
+}
+
+osg::Vec2i ViewerHost::size() const {
+  osg::GraphicsContext::Traits const* const traits = m_context->getTraits();
+  return {traits->width, traits->height};
+}
+
+} // namespace zorOSG

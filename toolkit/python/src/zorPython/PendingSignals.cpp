@@ -1,0 +1,41 @@
+#include <Python.h>
+
+#include <zorPython/PendingSignals.h>
+#include <zorPython/ScriptManager.h>
+
+namespace zorPython {
+
+namespace {
+
+PyObject* keptException = nullptr; // guarded by the interpreter lock
+
+int raiseKept(void* /*unused*/) {
+  if (PyObject* const exception = keptException) {
+    keptException = nullptr;
+    PyErr_SetRaisedException(exception);
+  } else {
+    PyErr_SetNone(PyExc_KeyboardInterrupt);
+  }
+  return -1;
+}
+
+} // namespace
+
+bool PendingSignals::check() {
+  ScriptManager::PyGILGuard const lock;
+  if (!lock.isHeld() || PyErr_CheckSignals() == 0)
+    return false;
+  Py_XSETREF(keptException, PyErr_GetRaisedException());
+  return true;
+}
+
+void PendingSignals::raiseAfterReturn() {
+  ScriptManager::PyGILGuard const lock;
+  if (!lock.isHeld())
+    return;
+  // The call itself cannot raise: its wrapper has a result to return. A pending call runs right after it.
+  if (Py_AddPendingCall(raiseKept, nullptr) != 0)
+    PyErr_SetInterrupt();
+}
+
+} // namespace zorPython
