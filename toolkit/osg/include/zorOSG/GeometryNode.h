@@ -1,9 +1,6 @@
 #pragma once
 
-#include <memory>
-
 #include <osg/MatrixTransform>
-#include <osg/Version>
 
 #include <zorCollide/Geometry.h>
 
@@ -17,8 +14,9 @@ namespace zorOSG {
  * Scene-graph node that carries the visual of one collision geometry and follows its transformation.
  *
  * The node reads the geometry's world transform in the update traversal and changes its matrix only when the
- * geometry has moved. When the geometry is destroyed or leaves its space, and auto-remove is on, the node
- * detaches itself from all parents; during a traversal the detaching waits until the next update.
+ * geometry has moved. A geometry that is not enabled is not drawn. When the geometry changes its shapes, the
+ * visual is made anew. When the geometry is destroyed or leaves its space, and auto-remove is on, the node
+ * detaches itself from all parents at once: do not let that happen while the scene graph is being traversed.
  */
 class GeometryNode : public osg::MatrixTransform {
 public:
@@ -118,7 +116,7 @@ public:
    */
   void selectRenderChild(RenderFlag flag);
 
-  /** \return the kind of child that is drawn; RENDER_DATA for a new node */
+  /** \return the kind of child that is drawn; GEOMETRY_DATA for a new node */
   RenderFlag getSelectedRenderChild() const { return m_selected; }
 
   /**
@@ -140,24 +138,38 @@ public:
   /** Reads the geometry's world transform and updates the node's matrix. */
   void updateTransform();
 
-  /** The callback that the node registers for shape changes of its geometry. */
+  /**
+   * What the node does when its geometry has changed its shapes: it makes its visual anew. Another callback
+   * assigned here listens from the next call of setGeometry on; until then nothing listens.
+   */
   zorCollide::Geometry::ShapeChangeEvent::CallbackType shapeCallback;
+
+#ifndef SWIG
+  /**
+   * Makes the render children from the geometry's shapes, and makes them anew whenever the shapes change.
+   * \param detailRatio - tessellation, see createVisual
+   */
+  void buildVisual(float detailRatio);
+#endif
 
 protected:
   ~GeometryNode() override;
 
 private:
-  struct Link;
+  void initialize();
+  void stopListening();
+  void geometryLeft(zorCollide::Space* space, zorCollide::Geometry* geometry);
+  bool isDrawn(osg::Node const* child) const;
+  osg::ref_ptr<osg::Node>& renderChild(RenderFlag flag);
 
-  void listenToGeometry();
-  void rebuildShape();
-  void applyVisibility();
-
-  std::shared_ptr<Link> m_link; // shared with the callbacks, which may outlive the node
+  zorCollide::Geometry* m_geometry = nullptr; // tells when it is destroyed
+  zorCollide::Geometry::RemovalEvent::CallbackType m_removalCallback;
   osg::ref_ptr<osg::Node> m_renderDataChild;
   osg::ref_ptr<osg::Node> m_geometryDataChild;
-  RenderFlag m_selected = RENDER_DATA;
+  float m_detailRatio = 0.0f; // 0 while no visual was made from the shapes
+  RenderFlag m_selected = GEOMETRY_DATA;
   bool m_autoRemove = true;
+  bool m_visible = true; // follows whether the geometry is enabled
 };
 
 /**

@@ -9,6 +9,7 @@
 #include <zor/RigidBody.h>
 #include <zor/Vec4.h>
 #include <zorCollide/Geometry.h>
+#include <zorCollide/TextureData.h>
 #include <zorOSG/GeometryNode.h>
 #include <zorOSG/Texture2D.h>
 
@@ -124,6 +125,19 @@ bool setTexture(osg::Node* node, std::string const& imagePath, bool repeat = fal
                 zorOSG::TextureMode mode = zorOSG::DIFFUSE_TEXTURE, float scaleU = 1.0f, float scaleV = 1.0f);
 
 /**
+ * Draws texture data of the collision library on a node.
+ * \param node - the node
+ * \param texture - the pixels, or the name of their file, looked up on the resource path; null gives false
+ * \param repeat - true to repeat the image, false to stretch its edge
+ * \param mode - the texture's role
+ * \param scaleU - repetitions along the first texture coordinate
+ * \param scaleV - repetitions along the second texture coordinate
+ * \return false if the image cannot be read
+ */
+bool setTexture(osg::Node* node, zorCollide::TextureDataRef texture, bool repeat = false,
+                zorOSG::TextureMode mode = zorOSG::DIFFUSE_TEXTURE, float scaleU = 1.0f, float scaleV = 1.0f);
+
+/**
  * Draws a texture on a node.
  * \param node - the node
  * \param texture - the texture; null gives false
@@ -168,6 +182,14 @@ bool setTexture(zorOSG::GeometryNode* node, zorOSG::Texture2D* texture, bool rep
  * \return a new texture, or null if the image cannot be read
  */
 osg::Texture2D* createTexture(std::string const& filename);
+
+/**
+ * Creates a texture from texture data of the collision library.
+ * \param data - the pixels, or the name of their file, looked up on the resource path
+ * \param linear - true to blend neighbouring pixels, false to show them as squares
+ * \return a new texture, or null if the data is null or its image cannot be read
+ */
+osg::Texture2D* createTexture(zorCollide::TextureDataRef data, bool linear);
 
 /**
  * Draws everything below a node as lines, or filled again.

@@ -1,0 +1,161 @@
+#include <zorOSG/CreateVisual.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+
+#include <osg/NodeVisitor>
+
+#include <zor/observer_ptr.h>
+#include <zorOSG/CreateAxes.h>
+#include <zorOSG/RenderState.h>
+
+#include "FollowCallback.h"
+#include "RenderTemplates.h"
+#include "ShapeMeshCache.h"
+#include "VisualState.h"
+
+namespace zorOSG {
+
+namespace {
+
+constexpr float sensorAlpha = 0.35f;
+
+struct VisualOptions {
+  float detailRatio;
+  bool axes;
+};
+
+VisualOptions checked(float detailRatio, bool axes) {
+  if (!(detailRatio >= 0.0f)) // NaN as well
+    throw std::invalid_argument("createVisual: detailRatio must not be negative, but is " +
+                                std::to_string(detailRatio));
+  return {std::clamp(detailRatio, 0.05f, 8.0f), axes};
+}
+
+/** Axes that stick out of what they belong to; bodies of any size show theirs. */
+osg::ref_ptr<osg::Node> axesFor(GeometryNode const& node) {
+  float const radius = node.getBound().valid() ? node.getBound().radius() : 0.0f;
+  return createAxes(radius > 0.0f ? 1.2f * radius : 1.0f);
+}
+
+osg::ref_ptr<GeometryNode> makeVisual(zorCollide::Geometry const& geometry, VisualOptions const& options) {
+  // The node listens to the geometry and reads it, no more.
+  osg::ref_ptr<GeometryNode> node = new GeometryNode(const_cast<zorCollide::Geometry*>(&geometry));
+  node->setName(geometry.getName());
+  node->buildVisual(options.detailRatio);
+  if (node->getRenderChild(GeometryNode::RENDER_DATA))
+    node->selectRenderChild(GeometryNode::RENDER_DATA);
+  if (options.axes)
+    node->addChild(axesFor(*node));
+  if (geometry.isSensor())
+    setAlpha(node.get(), sensorAlpha); // what lies inside stays visible
+  return node;
+}
+
+/** Only what is whole comes into the scene: a failure leaves nothing behind. */
+template <class NodeType>
+NodeType* addToScene(osg::ref_ptr<NodeType> const& node, osg::Group& root) {
+  applyDefaultLook(*node, root);
+  root.addChild(node);
+  return node.get();
+}
+
+osg::ref_ptr<osg::Group> makeGroup(zorCollide::GeometryRefVector const& geometries, std::string const& name,
+                                   VisualOptions const& options) {
+  osg::ref_ptr<osg::Group> group = new osg::Group;
+  group->setName(name);
+  for (auto const& geometry : geometries)
+    group->addChild(makeVisual(*geometry, options));
+  return group;
+}
+
+osg::ref_ptr<osg::Group> makeGroup(zorSDK::Assembly const& assembly, VisualOptions const& options) {
+  osg::ref_ptr<osg::Group> group = makeGroup(assembly.getGeometries(), assembly.getName(), options);
+  for (auto const& body : assembly.getRigidBodies())
+    group->addChild(makeGroup(body->getGeometries(), body->getName(), options));
+  for (auto const& nested : assembly.getAssemblies())
+    group->addChild(makeGroup(*nested, options));
+  return group;
+}
+
+class SharedMeshCollector : public osg::NodeVisitor {
+public:
+  explicit SharedMeshCollector(RigidBodyRenderCache::Templates& templates)
+      : osg::NodeVisitor(TRAVERSE_ALL_CHILDREN), m_templates(templates) {}
+
+  void apply(osg::Geometry& mesh) override {
+    if (ShapeMeshCache::isShared(mesh))
+      m_templates.meshes.insert(&mesh);
+  }
+
+private:
+  RigidBodyRenderCache::Templates& m_templates;
+};
+
+} // namespace
+
+zorOSG::GeometryNode* createVisual(zorCollide::Geometry const* geometry, osg::Group* root, float detailRatio,
+                                   bool createAxes, bool evenIfSensor) {
+  VisualOptions const options = checked(detailRatio, createAxes);
+  if (!geometry || !root || (geometry->isSensor() && !evenIfSensor))
+    return nullptr;
+  return addToScene(makeVisual(*geometry, options), *root);
+}
+
+osg::MatrixTransform* createVisual(zor::ObserverFrame* frame, osg::Group* root, float scale) {
+  osg::ref_ptr<osg::MatrixTransform> const axes = createAxes(scale);
+  if (!frame || !root)
+    return nullptr;
+  axes->setName(frame->getName());
+  letFollow(*axes, [observed = zor::observer_ptr<zor::ObserverFrame>(frame)](zor::AffineMatrix4x4& place) {
+    zor::ObserverFrame const* const alive = observed.get();
+    if (alive)
+      place = alive->getTransform();
+    return alive != nullptr;
+  });
+  root->addChild(axes);
+  return axes.get();
+}
+
+osg::Group* createVisual(zor::RigidBody* body, osg::Group* root, float detailRatio, bool createAxes) {
+  VisualOptions const options = checked(detailRatio, createAxes);
+  if (!body || !root)
+    return nullptr;
+  return addToScene(makeGroup(body->getGeometries(), body->getName(), options), *root);
+}
+
+osg::Group* createVisual(zorSDK::Assembly* assembly, osg::Group* root, float detailRatio, bool createAxes) {
+  VisualOptions const options = checked(detailRatio, createAxes);
+  return assembly && root ? addToScene(makeGroup(*assembly, options), *root) : nullptr;
+}
+
+osg::Group* createVisual(zorSDK::Simulation* simulation, osg::Group* root, float detailRatio,
+                         bool createAxes) {
+  VisualOptions const options = checked(detailRatio, createAxes);
+  if (!simulation || !root)
+    return nullptr;
+  return addToScene(makeGroup(simulation->getGeometries(), simulation->getName(), options), *root);
+}
+
+osg::Group* createVisualTemplateCaching(zorSDK::Assembly* assembly, osg::Group* root,
+                                        zorOSG::RigidBodyRenderCache* renderCache, float detailRatio,
+                                        bool createAxes) {
+  osg::Group* const visual = createVisual(assembly, root, detailRatio, createAxes);
+  if (visual && renderCache) {
+    SharedMeshCollector collector(renderCache->templates());
+    visual->accept(collector);
+  }
+  return visual;
+}
+
+std::tuple<osg::Group*, std::vector<size_t>>
+createVisualWithGeometryConnection(zor::RigidBody* rb, osg::Group* root, float detailRatio, bool createAxes) {
+  osg::Group* const group = createVisual(rb, root, detailRatio, createAxes);
+  std::vector<size_t> indices(group ? group->getNumChildren() : 0);
+  for (size_t i = 0; i < indices.size(); ++i)
+    indices[i] = i; // every geometry has a child, in the same order
+  return {group, indices};
+}
+
+} // namespace zorOSG

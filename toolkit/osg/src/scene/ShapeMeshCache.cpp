@@ -1,0 +1,51 @@
+#include "ShapeMeshCache.h"
+
+#include <algorithm>
+
+namespace zorOSG {
+
+namespace {
+
+/** Carried by shared meshes as user data. */
+osg::Referenced* sharedMark() {
+  static osg::ref_ptr<osg::Referenced> const mark = new osg::Referenced;
+  return mark.get();
+}
+
+} // namespace
+
+ShapeMeshCache& ShapeMeshCache::instance() {
+  static ShapeMeshCache cache;
+  return cache;
+}
+
+osg::ref_ptr<osg::Geometry> ShapeMeshCache::get(ShapeKey const& key, Maker const& make) {
+  std::lock_guard const lock(m_mutex);
+  osg::ref_ptr<osg::Geometry> mesh;
+  auto const place = m_meshes.find(key);
+  if (place != m_meshes.end() && place->second.lock(mesh))
+    return mesh;
+  mesh = make();
+  mesh->setUserData(sharedMark());
+  m_meshes[key] = mesh;
+  if (m_meshes.size() >= m_sizeToCleanAt)
+    dropDead();
+  return mesh;
+}
+
+bool ShapeMeshCache::isShared(osg::Geometry const& mesh) {
+  return mesh.getUserData() == sharedMark();
+}
+
+osg::ref_ptr<osg::Geometry> ShapeMeshCache::makePrivate(osg::Geometry const& mesh) {
+  osg::ref_ptr<osg::Geometry> copy = new osg::Geometry(mesh, osg::CopyOp::DEEP_COPY_ALL);
+  copy->setUserData(nullptr);
+  return copy;
+}
+
+void ShapeMeshCache::dropDead() {
+  std::erase_if(m_meshes, [](auto const& entry) { return !entry.second.valid(); });
+  m_sizeToCleanAt = std::max<std::size_t>(64, 2 * m_meshes.size());
+}
+
+} // namespace zorOSG

@@ -1,0 +1,137 @@
+#include "ShapeVisual.h"
+
+#include <algorithm>
+
+#include <osg/Geode>
+#include <osg/MatrixTransform>
+
+#include <zorCollide/Compound.h>
+#include <zorRender/RenderMaterial.h>
+
+#include "Convert.h"
+#include "ShapeMesh.h"
+#include "VisualState.h"
+
+namespace zorOSG {
+
+namespace {
+
+/** Keeps an infinite plane out of the bounds of the scene, which cameras and shadows are fitted to. */
+class NoBound : public osg::Node::ComputeBoundingSphereCallback {
+public:
+  osg::BoundingSphere computeBound(osg::Node const&) const override { return {}; }
+};
+
+bool hasRenderData(zorCollide::Shape const& shape) {
+  if (shape.getRenderData())
+    return true;
+  if (shape.getType() != zorCollide::Shape::COMPOUND)
+    return false;
+  auto const& compound = static_cast<zorCollide::Compound const&>(shape);
+  for (zor::UInt i = 0; i < compound.getNumShapes(); ++i)
+    if (hasRenderData(*compound.getShape(i)))
+      return true;
+  return false;
+}
+
+osg::Vec4 asVec4(zorRender::Color const& color) {
+  return toOsg(color.asVec4f());
+}
+
+void applyRenderMaterial(osg::Node& node, zorRender::RenderMaterial const& source) {
+  constexpr osg::Material::Face faces = osg::Material::FRONT_AND_BACK;
+  osg::Material& material = ownMaterial(node, false);
+  if (source.hasDiffuseColor()) {
+    material.setDiffuse(faces, asVec4(source.getDiffuseColor()));
+    material.setAmbient(faces, asVec4(source.getDiffuseColor()));
+  }
+  if (source.hasAmbientColor())
+    material.setAmbient(faces, asVec4(source.getAmbientColor()));
+  if (source.hasSpecularColor()) {
+    material.setSpecular(faces, asVec4(source.getSpecularColor()));
+    material.setShininess(faces, source.getShininess());
+  }
+  if (source.hasEmissiveColor())
+    material.setEmission(faces, asVec4(source.getEmissiveColor()));
+  float const alpha = material.getDiffuse(faces).a() * (1.0f - source.getTransparency());
+  material.setAlpha(faces, alpha);
+  setTransparency(*node.getStateSet(), alpha, false);
+}
+
+osg::ref_ptr<osg::Geode> geodeOf(osg::Geometry* mesh) {
+  osg::ref_ptr<osg::Geode> geode = new osg::Geode;
+  geode->addDrawable(mesh);
+  return geode;
+}
+
+osg::ref_ptr<osg::Node> renderDataNode(zorRender::RenderData const& data) {
+  if (!data.getShouldRender())
+    return new osg::Group;
+  osg::ref_ptr<osg::Geode> geode = geodeOf(renderDataMesh(data));
+  if (data.getRenderMaterial())
+    applyRenderMaterial(*geode, *data.getRenderMaterial());
+  return geode;
+}
+
+osg::ref_ptr<osg::Node> shapeNode(zorCollide::Shape const& shape, float detailRatio, bool useRenderData);
+
+/** A node placed by a transform; none is put in between where it would change nothing. */
+osg::ref_ptr<osg::Node> placed(osg::Node* node, zor::AffineMatrix4x4 const& transform) {
+  if (transform.isIdentity())
+    return node;
+  osg::ref_ptr<osg::MatrixTransform> parent = new osg::MatrixTransform(toOsg(transform));
+  parent->setDataVariance(osg::Object::STATIC);
+  parent->addChild(node);
+  return parent;
+}
+
+osg::ref_ptr<osg::Node> compoundNode(zorCollide::Compound const& compound, float detailRatio,
+                                     bool useRenderData) {
+  osg::ref_ptr<osg::Group> group = new osg::Group;
+  for (zor::UInt i = 0; i < compound.getNumShapes(); ++i)
+    group->addChild(
+        placed(shapeNode(*compound.getShape(i), detailRatio, useRenderData), compound.getLocalTransform(i)));
+  return group;
+}
+
+osg::ref_ptr<osg::Node> shapeNode(zorCollide::Shape const& shape, float detailRatio, bool useRenderData) {
+  if (useRenderData && shape.getRenderData())
+    return renderDataNode(*shape.getRenderData());
+  if (shape.getType() == zorCollide::Shape::COMPOUND)
+    return compoundNode(static_cast<zorCollide::Compound const&>(shape), detailRatio, useRenderData);
+  osg::ref_ptr<osg::Geode> geode = geodeOf(shapeMesh(shape, detailRatio));
+  if (shape.getType() == zorCollide::Shape::PLANE) {
+    geode->setComputeBoundingSphereCallback(new NoBound);
+    geode->setCullingActive(
+        false); // without a bound it would be culled; its drawable still is when out of view
+    geode->setNodeMask(geode->getNodeMask() & ~castsShadowsMask);
+  }
+  return geode;
+}
+
+osg::ref_ptr<osg::Node> visualOf(zorCollide::Geometry const& geometry, float detailRatio,
+                                 bool useRenderData) {
+  if (geometry.getNumShapes() == 1)
+    return placed(shapeNode(*geometry.getShape(0), detailRatio, useRenderData),
+                  geometry.getShapeTransform(0));
+  osg::ref_ptr<osg::Group> group = new osg::Group;
+  for (zor::UInt i = 0; i < geometry.getNumShapes(); ++i)
+    group->addChild(
+        placed(shapeNode(*geometry.getShape(i), detailRatio, useRenderData), geometry.getShapeTransform(i)));
+  return group;
+}
+
+} // namespace
+
+osg::ref_ptr<osg::Node> makeShapeVisual(zorCollide::Geometry const& geometry, float detailRatio) {
+  return visualOf(geometry, detailRatio, false);
+}
+
+osg::ref_ptr<osg::Node> makeRenderDataVisual(zorCollide::Geometry const& geometry, float detailRatio) {
+  zorCollide::ShapeRefVector const& shapes = geometry.getShapes();
+  bool const any =
+      std::any_of(shapes.begin(), shapes.end(), [](auto const& shape) { return hasRenderData(*shape); });
+  return any ? visualOf(geometry, detailRatio, true) : nullptr;
+}
+
+} // namespace zorOSG

@@ -1,0 +1,123 @@
+#include "VisualState.h"
+
+#include <osg/Geode>
+#include <osg/NodeVisitor>
+#include <osg/Program>
+
+namespace zorOSG {
+
+namespace {
+
+osg::ref_ptr<osg::Material> makeDefaultMaterial() {
+  osg::Vec4 const blueGrey(0.60f, 0.67f, 0.75f, 1.0f);
+  osg::ref_ptr<osg::Material> material = new osg::Material;
+  material->setDiffuse(osg::Material::FRONT_AND_BACK, blueGrey);
+  material->setAmbient(osg::Material::FRONT_AND_BACK, blueGrey);
+  material->setSpecular(osg::Material::FRONT_AND_BACK, osg::Vec4(0.25f, 0.25f, 0.25f, 1.0f));
+  material->setShininess(osg::Material::FRONT_AND_BACK, 32.0f);
+  return material;
+}
+
+osg::ref_ptr<osg::Program> makeVertexColorProgram() {
+  osg::ref_ptr<osg::Program> program = new osg::Program;
+  program->setName("vertex colours");
+  program->addShader(new osg::Shader(osg::Shader::VERTEX, R"(#version 120
+void main() {
+  gl_Position = gl_ModelViewProjectionMatrix * gl_Vertex;
+  gl_FrontColor = gl_Color;
+})"));
+  program->addShader(new osg::Shader(osg::Shader::FRAGMENT, R"(#version 120
+void main() { gl_FragColor = gl_Color; })"));
+  return program;
+}
+
+osg::Program& vertexColorProgram() {
+  static osg::ref_ptr<osg::Program> const program = makeVertexColorProgram();
+  return *program;
+}
+
+osg::Material* materialOf(osg::StateSet& state) {
+  return static_cast<osg::Material*>(state.getAttribute(osg::StateAttribute::MATERIAL));
+}
+
+/** Takes the default look away from everything below a node. */
+class DefaultLookRemover : public osg::NodeVisitor {
+public:
+  DefaultLookRemover() : osg::NodeVisitor(TRAVERSE_ALL_CHILDREN) { setNodeMaskOverride(~0u); }
+
+  void apply(osg::Node& node) override {
+    osg::StateSet* state = node.getStateSet();
+    if (state && materialOf(*state) == &defaultMaterial())
+      ownState(node).removeAttribute(osg::StateAttribute::MATERIAL);
+    traverse(node);
+  }
+};
+
+bool hasMaterialAbove(osg::Node const& node) {
+  osg::StateSet const* state = node.getStateSet();
+  if (state && state->getAttribute(osg::StateAttribute::MATERIAL))
+    return true;
+  for (unsigned int i = 0; i < node.getNumParents(); ++i)
+    if (hasMaterialAbove(*node.getParent(i)))
+      return true;
+  return false;
+}
+
+} // namespace
+
+osg::StateSet& ownState(osg::Node& node) {
+  osg::StateSet* state = node.getStateSet();
+  if (state && state->getNumParents() > 1)
+    node.setStateSet(new osg::StateSet(*state, osg::CopyOp::SHALLOW_COPY));
+  return *node.getOrCreateStateSet();
+}
+
+osg::Material& defaultMaterial() {
+  static osg::ref_ptr<osg::Material> const material = makeDefaultMaterial();
+  return *material;
+}
+
+osg::Material& ownMaterial(osg::Node& node, bool override) {
+  osg::StateSet& state = ownState(node);
+  osg::ref_ptr<osg::Material> material = materialOf(state);
+  if (!material)
+    material = new osg::Material(defaultMaterial());
+  else if (material == &defaultMaterial() || material->getNumParents() > 1)
+    material = new osg::Material(*material);
+  state.setAttributeAndModes(material, onValue(override));
+  DefaultLookRemover remover;
+  node.accept(remover);
+  return *material;
+}
+
+void applyDefaultLook(osg::Node& node, osg::Node const& parent) {
+  if (!hasMaterialAbove(parent))
+    ownState(node).setAttributeAndModes(&defaultMaterial());
+}
+
+void setTransparency(osg::StateSet& state, float alpha, bool override) {
+  if (alpha < 1.0f) {
+    state.setMode(GL_BLEND, onValue(override));
+    state.setRenderingHint(osg::StateSet::TRANSPARENT_BIN);
+  } else if (state.getRenderingHint() == osg::StateSet::TRANSPARENT_BIN) {
+    state.removeMode(GL_BLEND);
+    state.setRenderingHint(osg::StateSet::DEFAULT_BIN);
+  }
+}
+
+osg::StateAttribute::GLModeValue onValue(bool override) {
+  return override ? osg::StateAttribute::ON | osg::StateAttribute::OVERRIDE : osg::StateAttribute::ON;
+}
+
+void drawWithoutLight(osg::Node& node) {
+  ownState(node).setMode(GL_LIGHTING, osg::StateAttribute::OFF | osg::StateAttribute::PROTECTED);
+  node.setNodeMask(node.getNodeMask() & ~castsShadowsMask & ~receivesShadowsMask);
+}
+
+void drawWithVertexColors(osg::Node& node) {
+  drawWithoutLight(node);
+  node.getStateSet()->setAttributeAndModes(&vertexColorProgram(),
+                                           osg::StateAttribute::ON | osg::StateAttribute::PROTECTED);
+}
+
+} // namespace zorOSG

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <osg/Material>
+#include <osg/Node>
+#include <osg/StateSet>
+#include <osg/ref_ptr>
+
+// State of single nodes. What several nodes share is copied before it is changed, so that an edit of one node
+// never shows on another.
+
+namespace zorOSG {
+
+/** The node's state set, made or copied so that no other node has it. */
+osg::StateSet& ownState(osg::Node& node);
+
+/**
+ * The material of the node's own state set, made or copied so that nothing else has it. A new one starts with
+ * the default look. Default looks further down are dropped, else they would hide it.
+ */
+osg::Material& ownMaterial(osg::Node& node, bool override);
+
+/** The look of visuals that were given no colour; one object for all of them. */
+osg::Material& defaultMaterial();
+
+/** Gives a node the default look, unless a node above it says how it looks. */
+void applyDefaultLook(osg::Node& node, osg::Node const& parent);
+
+/** Turns blending and sorted drawing on for an alpha below 1, else off. */
+void setTransparency(osg::StateSet& state, float alpha, bool override);
+
+/** ON, or ON and winning over nodes further down. */
+osg::StateAttribute::GLModeValue onValue(bool override);
+
+/** Labels: no light, and no shadow on or of them. */
+void drawWithoutLight(osg::Node& node);
+
+/** Lines: drawn in the colours of their vertices, whatever shading the scene has. */
+void drawWithVertexColors(osg::Node& node);
+
+/** Node mask bit of what casts shadows. */
+constexpr osg::Node::NodeMask castsShadowsMask = 64;
+/** Node mask bit of what shadows fall on. */
+constexpr osg::Node::NodeMask receivesShadowsMask = 128;
+
+} // namespace zorOSG
