@@ -110,7 +110,9 @@ class _Maker:
         """A minimal system. Redone from nothing when it was interrupted: it takes seconds."""
         remove(self.root)
         step = Step("Base system", self.log)
-        command = ["mmdebstrap", "--variant=apt", "--include=ca-certificates,apt-utils"]
+        # What it mounts below the root ends with its own view of the mounts, even when it is killed.
+        command = ["unshare", "--mount"] if self.privileged else []
+        command += ["mmdebstrap", "--variant=apt", "--include=ca-certificates,apt-utils"]
         if not self.privileged:
             command += ["--include=fakeroot"]
         command += [f"--aptopt={setting}" for setting in ['Acquire::Check-Valid-Until "false"', *self.settings]]
