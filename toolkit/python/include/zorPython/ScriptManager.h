@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace zorPython {
@@ -68,6 +69,7 @@ public:
    * Records the Python error that is pending on this thread, reports it through the notification log with its
    * traceback, and clears it. Nothing happens if none is pending. An error that repeats (same label, class
    * and place) is recorded once with its count, and reported again only for every power of ten.
+   * A KeyboardInterrupt or SystemExit is no error but kept for takeStopRequest().
    * \param label - where it came to light, written namespace::class::method
    */
   void registerError(zor::String label);
@@ -87,8 +89,12 @@ public:
   /** Forgets the recorded errors. */
   void clearErrors();
 
-  /** \return true if a KeyboardInterrupt or SystemExit was registered since the last call of this function */
-  bool takeStopRequest();
+  /**
+   * Asks whether Python code that the toolkit called wanted to end the program, and forgets it.
+   * \return the exit code if a SystemExit (its code) or KeyboardInterrupt (130) was registered since the last
+   * call
+   */
+  std::optional<int> takeStopRequest();
 
   /**
    * Runs a script file as a module of its own; its `__name__` is not "__main__". Each call runs the file

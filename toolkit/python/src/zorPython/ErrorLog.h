@@ -1,0 +1,28 @@
+#pragma once
+
+#include <zorPython/ScriptError.h>
+
+#include <mutex>
+#include <vector>
+
+namespace zorPython {
+
+/** The errors of scripts: records each kind once with its count, and reports without flooding the log. */
+class ErrorLog {
+public:
+  /** Records an error and reports it if it is new or its count has reached a power of ten. */
+  void add(ScriptError const& error);
+
+  std::vector<ScriptError> getErrors() const;
+  zor::UInt getCount() const;
+  void clear();
+
+private:
+  zor::UInt record(ScriptError const& error);
+
+  mutable std::mutex m_mutex;
+  std::vector<ScriptError> m_errors;
+  zor::UInt m_count = 0;
+};
+
+} // namespace zorPython
