@@ -83,7 +83,6 @@ public:
 
 private:
   void rebuildShape();
-  void setShape(std::unique_ptr<btCollisionShape> own, btCollisionShape* shape);
   void applyFlags();
   void enterWorld();
   void leaveWorld();
@@ -91,8 +90,6 @@ private:
   void sweepRadius();
   MassData shapeMass() const;
   btMatrix3x3 principalAxes(btMatrix3x3& inertia) const;
-  template <class Change>
-  void outsideWorld(Change change);
 
   zor::RigidBody& m_body;
   zor::ref_ptr<zor::Frame> m_frame;

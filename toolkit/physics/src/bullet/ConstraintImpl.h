@@ -48,8 +48,7 @@ public:
     zor::ref_ptr<zor::Motor1D> motor;
     zor::ref_ptr<zor::Range1D> range;
     zor::ref_ptr<zor::Lock1D> lock;
-    double turns = 0; // full turns taken, for a rotation
-    double lastAngle = 0;
+    double angle = 0; // last position, with full turns for a rotation
     double motorImpulse = 0, lowerImpulse = 0, upperImpulse = 0, lockImpulse = 0;
   };
   Freedom const& freedom(int index) const { return m_freedoms[static_cast<size_t>(index)]; }
@@ -78,9 +77,7 @@ public:
   zorSDK::Simulation* simulation() const { return m_simulation; }
   /** Puts the constraint into the world or takes it out, as its bodies and settings want it. */
   void update();
-  void beforeStep();
   void beforeSubStep(double dt);
-  /** \param dt - of the whole step */
   void afterSubStep(double dt);
 
   int fillRows(std::array<ConstraintRow, MAX_ROWS>& rows, double dt) override;
@@ -97,7 +94,10 @@ private:
   ConstraintRow heldRow(int index, Pose const& pose, double& error) const;
   void addControllerRows(Freedom& freedom, Pose const& pose, std::array<ConstraintRow, MAX_ROWS>& rows,
                          int& count, double dt);
+  btVector3 turn(Pose const& pose) const;
   bool wanted() const;
+  void takeOut();
+  void forgetContacts();
   void clearImpulses();
   btRigidBody& engineBody(int index) const;
 
@@ -114,7 +114,8 @@ private:
   std::array<btVector3, 2> m_torque;
   std::array<btVector3, 2> m_linearImpulse;
   std::array<btVector3, 2> m_angularImpulse;
-  bool m_acted = false;
+  bool m_acted = false; // in this step
+  bool m_known = false; // forces are those of the last step in which the bodies were awake
 
   zorSDK::Simulation* m_simulation = nullptr;
   SpaceImpl* m_space = nullptr;
