@@ -1,1 +1,60 @@
-# Filled in with the first module; see swig/CMakeLists.txt.
+# zor_add_swig_module(<name> [LINKS <libraries>...])
+#
+# Declares the extension module _<name> and its shadow module <name>.py, generated from
+# swig/configuration/zorPython/<name>.i. Both land in ZOR_PYTHON_DIR, so that one sys.path entry reaches the
+# whole family; the extension finds the toolkit's libraries relative to its own place.
+#
+# Steps: swig (with a dependency file, so that a changed header regenerates only the modules that read it), the
+# naming of the run-time types (toolchain/name_swig_types.py), compilation.
+
+find_program(ZOR_SWIG NAMES swig4.0 swig REQUIRED)
+execute_process(COMMAND ${ZOR_SWIG} -version OUTPUT_VARIABLE zor_swig_version)
+if(NOT zor_swig_version MATCHES "SWIG Version 4\\.3\\.")
+  message(FATAL_ERROR "SWIG 4.3 is needed: ${ZOR_SWIG} is another version, "
+    "and modules of different versions do not share their type registry.\n${zor_swig_version}")
+endif()
+
+set(ZOR_SWIG_DIR ${PROJECT_SOURCE_DIR}/swig/configuration/zorPython)
+set(ZOR_SWIG_INCLUDE_DIRS ${ZOR_SWIG_DIR} ${PROJECT_SOURCE_DIR}/binding ${PROJECT_SOURCE_DIR}/binding/classes
+  ${PROJECT_SOURCE_DIR}/toolkit/core/include ${PROJECT_SOURCE_DIR}/toolkit/physics/include
+  ${PROJECT_SOURCE_DIR}/toolkit/python/include ${PROJECT_SOURCE_DIR}/toolkit/osg/include)
+
+add_custom_target(zor_modules)
+
+function(zor_add_swig_module name)
+  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  set(interface ${ZOR_SWIG_DIR}/${name}.i)
+  set(work ${CMAKE_BINARY_DIR}/swig/${name})
+  set(raw ${work}/${name}_raw.cxx)
+  set(wrapper ${work}/${name}_wrap.cxx)
+  file(MAKE_DIRECTORY ${work} ${ZOR_PYTHON_DIR})
+  list(TRANSFORM ZOR_SWIG_INCLUDE_DIRS PREPEND -I OUTPUT_VARIABLE includes)
+
+  add_custom_command(
+    OUTPUT ${raw} ${ZOR_PYTHON_DIR}/${name}.py
+    COMMAND ${ZOR_SWIG} -c++ -python -doxygen -DSWIGWORDSIZE64 -Werror ${includes}
+      -MMD -MF ${work}/${name}.d -o ${raw} -oh ${work}/${name}_wrap.h -outdir ${ZOR_PYTHON_DIR} ${interface}
+    MAIN_DEPENDENCY ${interface}
+    DEPFILE ${work}/${name}.d
+    COMMENT "SWIG ${name}"
+    VERBATIM)
+  add_custom_command(
+    OUTPUT ${wrapper}
+    COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/toolchain/name_swig_types.py ${raw} ${wrapper}
+    DEPENDS ${raw} ${PROJECT_SOURCE_DIR}/toolchain/name_swig_types.py
+    COMMENT "Naming run-time types of ${name}"
+    VERBATIM)
+
+  set(target py_${name})
+  add_library(${target} MODULE ${wrapper})
+  target_include_directories(${target} PRIVATE ${work})
+  # Generated code: -O1 halves the compile time of -O2 and is not slower where it counts, inside the toolkit.
+  target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1 -g0> -fno-strict-aliasing)
+  target_link_libraries(${target} PRIVATE zor_generated_flags zorBinding Python3::Module ${ARG_LINKS})
+  set_target_properties(${target} PROPERTIES
+    OUTPUT_NAME _${name} PREFIX "" SUFFIX ".so"
+    LIBRARY_OUTPUT_DIRECTORY ${ZOR_PYTHON_DIR}
+    CXX_VISIBILITY_PRESET hidden
+    BUILD_RPATH "$ORIGIN/../lib" INSTALL_RPATH "$ORIGIN/../lib")
+  add_dependencies(zor_modules ${target})
+endfunction()

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+struct _object;
+typedef _object PyObject;
+
+namespace zorBinding {
+
+/**
+ * \param callable - a Python callable without parameters; kept alive by the function and its copies
+ * \param label - under which the script manager registers what it raises
+ * \return a function that calls it from any thread; an error is registered, never thrown
+ * Throws std::invalid_argument if the object can't be called.
+ */
+std::function<void()> functionOf(PyObject* callable, std::string label);
+
+} // namespace zorBinding

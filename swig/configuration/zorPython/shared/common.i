@@ -1,0 +1,16 @@
+// What every module of the family needs, in the order in which it must be read.
+
+// Doubtful only in other languages or already said in the declarations: shadowed const overloads (509, 512, 516),
+// nothing known about base classes outside the family (401), default arguments hidden by overloads, operators
+// without a Python counterpart (361, 362, 365..389, 503), nested types kept opaque (325), using-declarations of
+// members that the family does not wrap (315), keywords of Python (314).
+#pragma SWIG nowarn=302,314,315,317,325,350,361,362,365,366,367,368,371,372,378,379,380,381,382,383,389,401,402,473,503,509,512,516,520
+
+%nothreadallow;
+
+%include "shared/exceptions.i"
+%include "shared/logging_guard.i"
+%include "shared/strings.i"
+%include "shared/values.i"
+
+%include "shared/types.i"

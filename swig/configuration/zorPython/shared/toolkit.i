@@ -1,0 +1,5 @@
+// What the modules of the toolkit's own namespaces need besides the common part.
+
+%include "shared/common.i"
+%include "shared/referenced.i"
+%include "shared/vectors.i"

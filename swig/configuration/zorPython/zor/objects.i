@@ -1,0 +1,158 @@
+// Shared objects, their names, frames, events and callbacks.
+
+%{
+#include "runtime/PythonFunction.h"
+
+// Opens the one private member of the generator's director base that a dying Python object must change. Naming a
+// private member in an explicit instantiation is allowed, and this is the only way in.
+template <auto Self, auto Disowned>
+struct ZorDirectorAccess {
+  friend void zorSetDirectorSelf(Swig::Director& director, PyObject* self) {
+    director.*Self = self;
+    director.*Disowned = true;
+  }
+};
+void zorSetDirectorSelf(Swig::Director& director, PyObject* self);
+template struct ZorDirectorAccess<&Swig::Director::swig_self, &Swig::Director::swig_disown_flag>;
+
+// Called when the proxy of a reference-counted object dies. If the toolkit goes on using an object of a Python
+// subclass, its calls go to a plain proxy from now on, which runs the toolkit's own implementation.
+static void zorOrphanDirector(zor::Referenced* object, PyObject* wrapped) {
+  Swig::Director* director = object->getReferenceCount() > 1 ? dynamic_cast<Swig::Director*>(object) : nullptr;
+  SwigPyObject* holder = director ? SWIG_Python_GetSwigThis(wrapped) : nullptr;
+  if (!holder) return;
+  PyObject* plain = SWIG_NewPointerObj(holder->ptr, holder->ty, 0);
+  if (plain) {
+    zorSetDirectorSelf(*director, plain);
+  } else {
+    PyErr_Clear();
+  }
+}
+%}
+
+// The destroy hook of every reference-counted class that has none of its own. A Python subclass that dies while
+// the toolkit still holds the object leaves a plain proxy behind for its calls.
+%exception zor::Referenced::~Referenced {
+  zorOrphanDirector(arg1, swig_obj[0]);
+  $action
+}
+%extend zor::Referenced {
+  ~Referenced() { $self->unreference(); }
+}
+%ignore zor::Referenced::operator=;
+%ignore zor::Referenced::tryReference;
+%ignore zor::Referenced::getOrCreateObserverBlock;
+%ignore zor::Referenced::setDeleteHandler;
+%ignore zor::Referenced::getDeleteHandler;
+%ignore zor::Referenced::deleteUsingDeleteHandler;
+%ignore zor::Referenced::Referenced(Referenced const&);
+ZOR_SHARED(zor::Referenced)
+ZOR_SHARED(zor::Object)
+ZOR_SHARED(zor::Component)
+ZOR_SHARED(zor::Frame)
+
+%include <zor/Referenced.h>
+
+%include <zor/Object.h>
+%ignore zor::Component::getObjects;
+%include <zor/Component.h>
+%include <zor/Frame.h>
+
+%ignore zor::ScopedLock;
+%ignore zor::Mutex::operator=;
+%include <zor/Mutex.h>
+%include <zor/HighAccuracyTimer.h>
+
+%ignore zor::Plane::operator==;
+%feature("python:maybecall") zor::Plane::__eq__;
+%extend zor::Plane {
+  bool __eq__(zor::Plane const& other) const { return *$self == other; }
+  %pythoncode %{
+    def __repr__(self):
+        return f"Plane({self.a():g}, {self.b():g}, {self.c():g}, {self.d():g})"
+  %}
+}
+%include <zor/Plane.h>
+
+%ignore zor::Name::Name(char const*);
+%ignore zor::Name::c_str;
+%ignore zor::Name::operator==;
+%ignore zor::Name::operator<;
+%feature("python:maybecall") zor::Name::__eq__;
+%extend zor::Name {
+  bool __eq__(zor::Name const& other) const { return *$self == other; }
+  size_t __hash__() const { return $self->hash() >> 4; }
+  %pythoncode %{
+    def __str__(self):
+        return self.str()
+
+    def __repr__(self):
+        return f"Name({self.str()!r})"
+  %}
+}
+%ignore std::hash;
+%include <zor/Name.h>
+
+// Events and callbacks hold C++ functions; from Python, any callable without parameters will do. What it raises
+// goes to the script manager.
+%{
+typedef zor::Event::CallbackType ZorEventListener;
+%}
+%copyctor zor::Callback;
+%copyctor zor::Event;
+%newobject zor::Event::add;
+%rename(raise_) zor::Event::raise;
+
+%nodefaultctor ZorEventListener;
+%rename(Listener) ZorEventListener;
+/** Keeps a function listening to an event. */
+class ZorEventListener {
+public:
+  ~ZorEventListener();
+  bool isValid() const;
+  /** Stops listening. */
+  void reset();
+};
+
+namespace zor {
+
+/** A function that the toolkit calls, for instance on every step; calling an empty one does nothing. */
+class Callback {
+public:
+  Callback();
+  bool isValid() const;
+  /** Calls the function, if there is one. */
+  void call() const;
+  /** Forgets the function. */
+  void clear();
+};
+%extend Callback {
+  /** \param function - called without arguments */
+  Callback(PyObject* function) {
+    return new zor::Callback(zorBinding::functionOf(function, "zor::Callback"));
+  }
+}
+
+/** A signal to which any number of functions listen. */
+class Event {
+public:
+  Event();
+  /** \return number of functions that listen */
+  size_t getNumListeners() const;
+  /** Stops all functions from listening. */
+  void clear();
+  /** Calls everything that listens. */
+  void raise();
+};
+%extend Event {
+  /**
+   * Adds a function.
+   * \param function - called without arguments
+   * \return the listener: the function listens as long as it is kept
+   */
+  ZorEventListener* add(PyObject* function) {
+    return new ZorEventListener($self->add(zorBinding::functionOf(function, "zor::Event")));
+  }
+}
+
+} // namespace zor

@@ -1,0 +1,28 @@
+%module(directors="1", threads="1", docstring="Command line, environment and the search of resource files.") zorIO
+
+%{
+#include "headers/zor.h"
+#include "headers/zorIO.h"
+%}
+
+%include "shared/toolkit.i"
+%include <std_vector.i>
+%import "zor.i"
+
+%template(StringVector) std::vector<std::string>;
+
+%typemap(out) zor::Vector<zor::String> const& {
+  $result = PyList_New(0);
+  for (std::string const& text : *$1) {
+    PyObject* item = SWIG_FromCharPtrAndSize(text.data(), text.size());
+    PyList_Append($result, item);
+    Py_DECREF(item);
+  }
+}
+
+%ignore zorIO::ArgumentParser::ArgumentParser(int, char const* const*);
+%include <zorIO/ArgumentParser.h>
+%include <zorIO/ResourcePath.h>
+%nodefaultctor zorIO::Environment;
+%nodefaultdtor zorIO::Environment;
+%include <zorIO/Environment.h>
