@@ -65,8 +65,8 @@ class VideoFFMPEGPipeCapture;
  * builds one of them and runs the loop of stepping and drawing until it is stopped.
  *
  * It draws in a window where a display can be opened, off screen where none can, and not at all when it was
- * initialised for that. All methods are meant for one thread, the one that runs the loop; a thread that changes
- * the simulation or the scene graph meanwhile holds getFrameMutex().
+ * initialised for that. All methods are meant for one thread, the one that runs the loop; a thread that
+ * changes the simulation or the scene graph meanwhile holds getFrameMutex().
  */
 class ExampleApplication : public zor::Referenced {
 public:
@@ -169,8 +169,8 @@ public:
                 bool isPartofUnitTest = true, float stopAfter = -1, bool isSlowUnittest = false);
 
   /** As above, without a key. */
-  bool addScene(std::string const& scriptFile, std::string const& scriptFunction, bool isPartofUnitTest = true,
-                float stopAfter = -1, bool isSlowUnittest = false);
+  bool addScene(std::string const& scriptFile, std::string const& scriptFunction,
+                bool isPartofUnitTest = true, float stopAfter = -1, bool isSlowUnittest = false);
 
   /**
    * Registers a build function as a scene.
@@ -181,8 +181,8 @@ public:
    * \param isSlowUnittest the scene is a slow one of the automatic run
    * \return true if registered; false if the function is null or the key is taken
    */
-  bool addScene(zorOSG::BuildScenePtr sceneFunction, int key, bool isPartofUnitTest = true, float stopAfter = -1,
-                bool isSlowUnittest = false);
+  bool addScene(zorOSG::BuildScenePtr sceneFunction, int key, bool isPartofUnitTest = true,
+                float stopAfter = -1, bool isSlowUnittest = false);
 
   /** As above, without a key. */
   bool addScene(zorOSG::BuildScenePtr sceneFunction, bool isPartofUnitTest = true, float stopAfter = -1,
@@ -230,7 +230,8 @@ public:
    * \param idx position in the list
    * \param firstStartUp marks the first build after start: then there is nothing to clear and what the script
    * has put into the simulation before stays
-   * \return false, with a message, if there is no such position or the build fails; the application stays usable
+   * \return false, with a message, if there is no such position or the build fails; the application stays
+   * usable
    */
   bool createSceneFromIndex(int idx, bool firstStartUp = false);
 
@@ -255,10 +256,12 @@ public:
   /** \return top of the viewer's graph, borrowed */
   osg::Group* getRoot();
 
-  /** \return the group under which scripts put their visuals, borrowed; it is emptied when the scene is cleared */
+  /** \return the group under which scripts put their visuals, borrowed; it is emptied when the scene is
+   * cleared */
   osg::Group* getSceneRoot();
 
-  /** \return the group of the application's own aids (grid, coordinate system), borrowed; it outlives scenes */
+  /** \return the group of the application's own aids (grid, coordinate system), borrowed; it outlives scenes
+   */
   osg::Group* getSceneZorOSGRoot();
 
   /** \return the switch that shows or hides the scene, borrowed */
@@ -276,8 +279,8 @@ public:
    * \param file script, looked up on the resource path
    * \param function name of the function
    * \param success receives the outcome
-   * \return the group the function returned, or the scene root with what the function put there; borrowed. Null
-   * on failure.
+   * \return the group the function returned, or the scene root with what the function put there; borrowed.
+   * Null on failure.
    */
   osg::Group* executePythonScript(zor::String const& file, zor::String const& function, bool& success);
 
@@ -346,7 +349,8 @@ public:
   /** Work done after the loop has ended: ends captures and finishes their files. */
   void postExecution();
 
-  /** \return true when the escape key has been pressed in the graphics window; always false without graphics */
+  /** \return true when the escape key has been pressed in the graphics window; always false without graphics
+   */
   bool done() const;
 
   /** \return true if stop() was called, the stop-after time is reached, or the viewer asks to stop */
@@ -440,7 +444,8 @@ public:
   /** \return true if auto-pausing is on */
   bool getEnableAutoPausing() const;
 
-  /** \param listener called around every frame, shared by the application; a second add of the same is ignored */
+  /** \param listener called around every frame, shared by the application; a second add of the same is
+   * ignored */
   void addListener(zorOSG::ExampleApplicationListener* listener);
 
   /** \param callback invoked on every step, copied */
@@ -469,7 +474,8 @@ public:
    */
   void initViewer(int width, int height, bool osgWindow = true);
 
-  /** Starts graphics: viewer and scene graph, unless they exist or the application was initialised without. */
+  /** Starts graphics: viewer and scene graph, unless they exist or the application was initialised without.
+   */
   void initGraphics();
 
   /** \return the viewer, borrowed; null without graphics */
@@ -499,12 +505,6 @@ public:
 
   /** \param title new window title \return true if a window is present and the title was updated */
   bool setWindowTitle(std::string const& title);
-
-  /** \param flag true if the user may resize the window */
-  void setAllowWindowResizing(bool flag);
-
-  /** \return true if the user may resize the window */
-  bool getAllowWindowResizing() const;
 
   /**
    * Waiting for the display's refresh.

@@ -13,7 +13,8 @@ class Camera;
 namespace zorOSG {
 
 /**
- * Receives keyboard and mouse input of an application's viewer. Derive, override, and add it to the simulation.
+ * Receives keyboard and mouse input of an application's viewer. Derive, override, and add it to the
+ * simulation.
  *
  * The application's help overlay shows the name of every listener that has one: say there what its keys do,
  * such as setName("w, s: raise and lower the arm").
@@ -34,7 +35,8 @@ public:
    * \param onlyDynamics true to count geometries of dynamic bodies only
    * \return the closest hit: the geometry and one point with its normal; empty if nothing was met
    */
-  zorCollide::GeometryContact intersect(float x, float y, osg::Camera const* camera, bool onlyDynamics = false);
+  zorCollide::GeometryContact intersect(float x, float y, osg::Camera const* camera,
+                                        bool onlyDynamics = false);
 
   /**
    * Picks the contact that is nearest to where the last ray of intersect() started.

@@ -1,7 +1,6 @@
 #include "CaptureSet.h"
 
 #include "ScreenShots.h"
-#include "capture/ImageCaptureDrawCallback.h"
 #include "capture/AtomicFile.h"
 
 #include <zor/NotifyStream.h>
@@ -15,7 +14,9 @@ namespace {
 
 constexpr double DEFAULT_FPS = 30;
 
-bool isRunning(ImageCaptureBase const* capture) { return capture && capture->getCaptureStarted(); }
+bool isRunning(ImageCaptureBase const* capture) {
+  return capture && capture->getCaptureStarted();
+}
 
 } // namespace
 
@@ -34,7 +35,9 @@ CaptureSet::~CaptureSet() {
     camera->removeFinalDrawCallback(m_screenShots.get());
 }
 
-void CaptureSet::attach(osgViewer::Viewer* viewer) { m_viewer = viewer; }
+void CaptureSet::attach(osgViewer::Viewer* viewer) {
+  m_viewer = viewer;
+}
 
 void CaptureSet::setSimulation(zorSDK::Simulation* simulation) {
   m_simulation = simulation;
@@ -100,7 +103,8 @@ void CaptureSet::takeScreenShot(std::string const& filename) {
     m_screenShots = new ScreenShots;
     addCallback(m_screenShots.get());
   }
-  std::filesystem::path const file = filename.empty() ? m_screenShots->nextFreeName() : std::filesystem::path(filename);
+  std::filesystem::path const file =
+      filename.empty() ? m_screenShots->nextFreeName() : std::filesystem::path(filename);
   std::string const suffix = file.extension().string();
   requireImageWriter(suffix.empty() ? suffix : suffix.substr(1));
   requireWritableDirectory(file.parent_path());

@@ -29,10 +29,12 @@ void declare(zorIO::ArgumentParser& parser) {
   declareFlag(parser, "--offscreen", "--offscreen", "draw off screen even if there is a display");
   declareFlag(parser, "--grid", "--grid", "show the visual grid");
   declareFlag(parser, "--paused", "--paused", "start paused");
-  declareFlag(parser, "--realTime", "--realTime", "hold the simulation to the wall clock (default in a window)");
+  declareFlag(parser, "--realTime", "--realTime",
+              "hold the simulation to the wall clock (default in a window)");
   declareFlag(parser, "--noRealTime", "--noRealTime", "simulate as fast as possible (default off screen)");
   declareOption(parser, "--window", "WxH", "size of the picture in pixels, 1280x720 if not given");
-  declareOption(parser, "--scene", "SCENE", "first scene: its key, its function, or # and its position from 0");
+  declareOption(parser, "--scene", "SCENE",
+                "first scene: its key, its function, or # and its position from 0");
   declareOption(parser, "--stopAfter", "SECONDS", "stop at this simulation time");
   declareOption(parser, "--timeStep", "SECONDS", "simulation time step");
   declareOption(parser, "--fps", "NUMBER", "pictures a second; 0 for no limit");
@@ -42,11 +44,13 @@ void declare(zorIO::ArgumentParser& parser) {
   declareOption(parser, "--screenShot", "FILE", "write the last picture");
 }
 
-std::invalid_argument wrong(std::string const& option, std::string const& value, std::string const& expected) {
+std::invalid_argument wrong(std::string const& option, std::string const& value,
+                            std::string const& expected) {
   return std::invalid_argument(option + " " + value + ": expected " + expected);
 }
 
-std::optional<double> number(zorIO::ArgumentParser& parser, char const* option, double minimum, bool orEqual) {
+std::optional<double> number(zorIO::ArgumentParser& parser, char const* option, double minimum,
+                             bool orEqual) {
   if (!parser.has(option))
     return std::nullopt;
   double const value = parser.getReal(option);
@@ -58,8 +62,8 @@ std::optional<double> number(zorIO::ArgumentParser& parser, char const* option, 
 void readSize(CommandLine& line, std::string const& text) {
   char end = 0;
   int const read = std::sscanf(text.c_str(), "%5d%*1[xX]%5d%c", &line.width, &line.height, &end);
-  bool const valid = read == 2 && line.width > 0 && line.height > 0 && line.width <= MAX_SIZE &&
-                     line.height <= MAX_SIZE;
+  bool const valid =
+      read == 2 && line.width > 0 && line.height > 0 && line.width <= MAX_SIZE && line.height <= MAX_SIZE;
   if (!valid)
     throw wrong("--window", text, "WIDTHxHEIGHT in pixels, each 1 to 16384, such as 1280x720");
 }

@@ -4,6 +4,8 @@
 
 namespace zorOSG {
 
-inline zor::Vec3 fromOsg(osg::Vec3d const& v) { return {v.x(), v.y(), v.z()}; }
+inline zor::Vec3 fromOsg(osg::Vec3d const& v) {
+  return {v.x(), v.y(), v.z()};
+}
 
 } // namespace zorOSG

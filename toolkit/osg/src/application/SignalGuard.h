@@ -16,7 +16,7 @@ public:
   SignalGuard(SignalGuard const&) = delete;
   SignalGuard& operator=(SignalGuard const&) = delete;
 
-  /** \return number of the signal that has arrived since the outermost guard was made, 0 for none */
+  /** \return number of the signal that has arrived while a guard is there, 0 for none */
   static int pending();
 
 private:

@@ -45,7 +45,9 @@ void TextOverlay::setVisible(bool visible) {
   m_camera->setNodeMask(visible ? static_cast<osg::Node::NodeMask>(ExampleApplication::HUD_MASK) : 0u);
 }
 
-bool TextOverlay::isVisible() const { return m_camera->getNodeMask() != 0; }
+bool TextOverlay::isVisible() const {
+  return m_camera->getNodeMask() != 0;
+}
 
 void TextOverlay::setText(std::string const& text) {
   m_text->setText(text, osgText::String::ENCODING_UTF8);

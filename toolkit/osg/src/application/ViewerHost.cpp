@@ -31,7 +31,9 @@ osg::ref_ptr<osg::GraphicsContext::Traits> makeTraits(ViewerHost::Settings const
 }
 
 /** Past the log, whose level would hide it: how a run draws is what its user has to know. */
-void report(std::string const& message) { std::cerr << "zorOSG: " << message << std::endl; }
+void report(std::string const& message) {
+  std::cerr << "zorOSG: " << message << std::endl;
+}
 
 /** \return a window, or null with the reason why there is none. */
 osg::ref_ptr<osg::GraphicsContext> openWindow(ViewerHost::Settings const& settings, std::string& reason) {
@@ -57,7 +59,8 @@ osg::ref_ptr<osg::GraphicsContext> openSurface(ViewerHost::Settings const& setti
     return context;
   }
   try {
-    context = createOffscreenContext(settings.width, settings.height, static_cast<unsigned>(settings.samples));
+    context =
+        createOffscreenContext(settings.width, settings.height, static_cast<unsigned>(settings.samples));
   } catch (std::exception const& error) {
     throw std::runtime_error("nothing to draw on: no window (" + reason + ") and no off-screen buffer (" +
                              error.what() + ")");
@@ -68,7 +71,8 @@ osg::ref_ptr<osg::GraphicsContext> openSurface(ViewerHost::Settings const& setti
 
 } // namespace
 
-ViewerHost::ViewerHost(Settings const& settings) : m_viewer(new osgViewer::Viewer), m_context(openSurface(settings)) {
+ViewerHost::ViewerHost(Settings const& settings)
+    : m_viewer(new osgViewer::Viewer), m_context(openSurface(settings)) {
   m_viewer->setThreadingModel(osgViewer::ViewerBase::SingleThreaded);
   m_viewer->setLightingMode(osg::View::NO_LIGHT); // the scene decorator brings its own
   m_viewer->setKeyEventSetsDone(0);
@@ -76,8 +80,8 @@ ViewerHost::ViewerHost(Settings const& settings) : m_viewer(new osgViewer::Viewe
   osg::GraphicsContext::Traits const* const traits = m_context->getTraits();
   camera->setGraphicsContext(m_context.get());
   camera->setViewport(0, 0, traits->width, traits->height);
-  camera->setProjectionMatrixAsPerspective(
-      FIELD_OF_VIEW, static_cast<double>(traits->width) / traits->height, 0.1, 10000.0);
+  camera->setProjectionMatrixAsPerspective(FIELD_OF_VIEW, static_cast<double>(traits->width) / traits->height,
+                                           0.1, 10000.0);
   GLenum const buffer = traits->doubleBuffer ? GL_BACK : GL_FRONT;
   camera->setDrawBuffer(buffer);
   camera->setReadBuffer(buffer);

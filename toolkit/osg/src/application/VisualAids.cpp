@@ -37,7 +37,8 @@ osg::ref_ptr<osg::Node> makeGrid(zor::Vec2 const& size, zor::Vec2u const& cells)
   lines->addPrimitiveSet(new osg::DrawArrays(GL_LINES, 0, static_cast<int>(vertices->size())));
   osg::ref_ptr<osg::Geode> geode = new osg::Geode;
   geode->addDrawable(lines);
-  geode->getOrCreateStateSet()->setMode(GL_LIGHTING, osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE);
+  geode->getOrCreateStateSet()->setMode(GL_LIGHTING,
+                                        osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE);
   return geode;
 }
 
@@ -53,7 +54,9 @@ void setChild(osg::Group& parent, osg::Node* child, bool shown) {
 
 } // namespace
 
-VisualAids::VisualAids() : m_root(new osg::MatrixTransform) { m_root->setName("VisualAids"); }
+VisualAids::VisualAids() : m_root(new osg::MatrixTransform) {
+  m_root->setName("VisualAids");
+}
 
 void VisualAids::setGridEnabled(bool flag) {
   m_gridEnabled = flag;

@@ -37,7 +37,8 @@ int isRequired(PyObject* parameter) {
 
 int count(PyObject* function) {
   Owned const inspect(PyImport_ImportModule("inspect"));
-  Owned const signature(inspect.get() ? PyObject_CallMethod(inspect.get(), "signature", "O", function) : nullptr);
+  Owned const signature(inspect.get() ? PyObject_CallMethod(inspect.get(), "signature", "O", function)
+                                      : nullptr);
   Owned const parameters(signature.get() ? PyObject_GetAttrString(signature.get(), "parameters") : nullptr);
   Owned const values(parameters.get() ? PyMapping_Values(parameters.get()) : nullptr);
   if (!values.get())

@@ -1,0 +1,489 @@
+#include "ExampleApplicationImpl.h"
+
+#include "CurrentApplicationScope.h"
+#include "SignalGuard.h"
+
+#include <zor/NotifyStream.h>
+#include <zorPython/PendingSignals.h>
+#include <zorPython/ScriptManager.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+#include <thread>
+
+namespace zorOSG {
+
+namespace {
+
+using Clock = StepClock::Clock;
+using Seconds = StepClock::Seconds;
+
+constexpr int EXIT_AFTER_SIGNAL = 128; // plus the number of the signal, as shells have it
+constexpr double WINDOW_FPS = 60;
+constexpr double LONGEST_CATCH_UP = 0.1; // seconds of steps in one frame
+constexpr double IDLE_SLEEP = 0.01;
+
+double secondsSince(Clock::time_point start) {
+  return Seconds(Clock::now() - start).count();
+}
+
+void sleepFor(double seconds) {
+  if (seconds > 0)
+    std::this_thread::sleep_for(Seconds(seconds));
+}
+
+/** \return the exit code that a script asked for with SystemExit, 130 if it was interrupted instead. */
+int requestedExitCode(zorPython::ScriptManager const& manager, bool& interrupted) {
+  auto const errors = manager.getErrors();
+  interrupted = errors.empty() || errors.back().type != "SystemExit";
+  if (interrupted)
+    return EXIT_AFTER_SIGNAL + SIGINT;
+  std::string const& text = errors.back().message;
+  if (text.empty() || text == "None")
+    return 0;
+  char* end = nullptr;
+  long const code = std::strtol(text.c_str(), &end, 10);
+  return *end == '\0' ? static_cast<int>(code) : 1; // a text instead of a number means failure
+}
+
+} // namespace
+
+// --- One frame
+
+void ExampleApplication::Impl::frame() {
+  frameStart = Clock::now();
+  app.updateServices();
+  if (app.breakRequested())
+    return;
+  processEvents();
+  if (pendingAction)
+    std::exchange(pendingAction, nullptr)();
+  if (!autoStepping && !stepOnce && !pauseUpdate) {
+    app.throttleIdleCpuUsageBySleeping();
+    return;
+  }
+  listeners.preFrame(&app);
+  takeSteps();
+  draw();
+  listeners.postFrame(&app);
+  paceFrame();
+}
+
+void ExampleApplication::Impl::processEvents() {
+  if (!host)
+    return;
+  host->viewer().advance(app.getTimeStamp());
+  host->viewer().eventTraversal();
+  input->rethrow();
+}
+
+void ExampleApplication::Impl::takeSteps() {
+  if (std::exchange(stepOnce, false)) {
+    app.stepWrapper();
+    return;
+  }
+  bool const hasWindow = host && host->window();
+  while (autoStepping) {
+    if (app.getRealTimeSync()) {
+      // Only a window has something to show in between.
+      if (hasWindow && !clock.isDue())
+        return;
+      app.synchronizedStep(true);
+    } else {
+      app.stepWrapper();
+    }
+    if (!moreStepsFit())
+      return;
+  }
+}
+
+bool ExampleApplication::Impl::moreStepsFit() const {
+  if (!host || app.breakRequested() || captures->needsEveryStep())
+    return false;
+  if (app.getRealTimeSync())
+    return clock.isDue() && secondsSince(frameStart) < LONGEST_CATCH_UP;
+  double const fps = app.getTargetFPS();
+  return fps > 0 && secondsSince(frameStart) < 1 / fps;
+}
+
+void ExampleApplication::Impl::draw() {
+  if (!host)
+    return;
+  zor::ScopedLock const lock(frameMutex);
+  updateStatistics();
+  host->viewer().updateTraversal();
+  host->viewer().renderingTraversals();
+}
+
+void ExampleApplication::Impl::paceFrame() {
+  double const fps = app.getTargetFPS();
+  bool const hasWindow = host && host->window();
+  if (hasWindow && fps > 0)
+    sleepFor(1 / fps - secondsSince(frameStart));
+  else if (!autoStepping)
+    app.throttleIdleCpuUsageBySleeping();
+}
+
+void ExampleApplication::Impl::updateStatistics() {
+  ++statisticsFrames;
+  double const elapsed = secondsSince(statisticsSince);
+  if (elapsed < 0.5)
+    return;
+  zor::Real const now = app.getTimeStamp();
+  if (statistics.isVisible() && simulation) {
+    auto const counts = simulation->getStatistics();
+    char text[256];
+    std::snprintf(text, sizeof text,
+                  "time      %8.2f s\nreal time %8.2f x\nframes    %8.1f /s\nstep      %8.2f ms\n"
+                  "bodies    %8llu\ncontacts  %8llu",
+                  now, (now - statisticsTime) / elapsed, statisticsFrames / elapsed, counts.stepTime * 1e3,
+                  static_cast<unsigned long long>(counts.bodies),
+                  static_cast<unsigned long long>(counts.contacts));
+    statistics.setText(text);
+  }
+  statisticsSince = Clock::now();
+  statisticsTime = now;
+  statisticsFrames = 0;
+}
+
+bool ExampleApplication::Impl::stopTimeReached() const {
+  // The tolerance takes up the rounding of a sum of time steps.
+  return stopTime && simulation && app.getTimeStamp() >= *stopTime - 1e-6 * app.getTimeStep();
+}
+
+// --- Beginning and end of a run
+
+void ExampleApplication::Impl::checkInterrupts() {
+  if (!isRunning || stopped)
+    return;
+  if (int const signal = SignalGuard::pending()) {
+    app.stop(EXIT_AFTER_SIGNAL + signal);
+    return;
+  }
+  if (zorPython::PendingSignals::check()) {
+    interrupted = true;
+    app.stop(EXIT_AFTER_SIGNAL + SIGINT);
+    return;
+  }
+  auto* const manager = zorPython::ScriptManager::instance("", "", "", false);
+  if (manager && manager->takeStopRequest())
+    app.stop(requestedExitCode(*manager, interrupted));
+}
+
+void ExampleApplication::Impl::startCaptures() {
+  if (!options.captureVideo.empty()) {
+    requireGraphics("--captureVideo");
+    VideoFFMPEGPipeCapture* const video = captures->video();
+    video->setFilename(options.captureVideo);
+    video->setVideoFPS(options.captureFps);
+    video->setImageCaptureFPS(options.captureFps);
+    video->startCapture();
+  }
+  if (!options.captureImages.empty()) {
+    requireGraphics("--captureImages");
+    ImageCapture* const images = captures->images();
+    images->setDirectoryPath(options.captureImages);
+    images->setPostfix("png");
+    images->setFps(options.captureFps);
+    images->startCapture();
+  }
+  if (!options.screenShot.empty())
+    requireGraphics("--screenShot");
+}
+
+void ExampleApplication::Impl::finish() {
+  try {
+    if (!options.screenShot.empty() && host) {
+      host->viewer().setDone(false); // a viewer that is done draws no more
+      captures->takeScreenShot(options.screenShot);
+      processEvents();
+      draw();
+    }
+    app.postExecution();
+  } catch (std::exception const& error) {
+    zor::notify(zor::Notify::NOTIFY_ERROR) << "after the run: " << error.what() << zor::endMessage;
+    exitCode = exitCode ? exitCode : 1;
+  }
+  isRunning = false;
+  stopUsed = true;
+  if (std::exchange(interrupted, false))
+    zorPython::PendingSignals::raiseAfterReturn();
+}
+
+int ExampleApplication::run() {
+  Impl& m = *m_impl;
+  if (!m.isInitialized)
+    throw std::runtime_error("run: the application is not initialised, call init() first");
+  if (m.isRunning)
+    throw std::runtime_error("run: the application is running already");
+  if (m.stopUsed)
+    cancelStop();
+  CurrentApplicationScope const current(this);
+  SignalGuard const signals;
+  m.isRunning = true;
+  try {
+    initSimulation(nullptr, m.wantsGraphics);
+    if (m.buildStartScene())
+      m.startCaptures();
+    else
+      stop(1);
+    m.clock.restart(getTimeStep());
+    while (!breakRequested())
+      m.frame();
+  } catch (...) {
+    m.finish();
+    throw;
+  }
+  m.finish();
+  return m.exitCode;
+}
+
+void ExampleApplication::postExecution() {
+  if (!m_impl->captures->finish() && m_impl->exitCode == 0)
+    m_impl->exitCode = 1;
+}
+
+// --- Stepping
+
+void ExampleApplication::step() {
+  Impl& m = *m_impl;
+  stepSimulation();
+  m.stepCallback.call();
+  if (m.simulation && m.autoPause.isTriggered(*m.simulation->getSpace()))
+    setAutoStepping(false);
+}
+
+void ExampleApplication::stepWrapper() {
+  zor::ScopedLock const lock(m_impl->frameMutex);
+  step();
+}
+
+void ExampleApplication::stepSimulation() {
+  if (!m_impl->simulation)
+    return;
+  struct Stepping {
+    bool& flag;
+    bool before;
+    explicit Stepping(bool& f) : flag(f), before(f) { flag = true; }
+    ~Stepping() { flag = before; }
+  } const stepping(m_impl->isStepping);
+  m_impl->simulation->stepForward();
+}
+
+void ExampleApplication::synchronizedStep(bool blocking) {
+  if (!m_impl->clock.isDue()) {
+    if (!blocking)
+      return;
+    sleepFor(m_impl->clock.timeLeft());
+  }
+  m_impl->clock.advance(getTimeStep());
+  stepWrapper();
+}
+
+bool ExampleApplication::executeOneStepWithGraphics(zor::HighAccuracyTimer& timer) {
+  Impl& m = *m_impl;
+  CurrentApplicationScope const current(this);
+  m.frameStart = Clock::now();
+  updateServices();
+  double const interval = getTargetFPS() > 0 ? 1000 / getTargetFPS() : 0;
+  bool const drawNow =
+      m.host && timer.isRunning() && (timer.getTime() >= interval || m.captures->needsEveryStep());
+  if (drawNow)
+    m.processEvents();
+  if (m.pendingAction)
+    std::exchange(m.pendingAction, nullptr)();
+  m.listeners.preFrame(this);
+  if (std::exchange(m.stepOnce, false) || m.autoStepping)
+    getRealTimeSync() ? synchronizedStep(true) : stepWrapper();
+  if (drawNow) {
+    timer.reset(true);
+    m.draw();
+  }
+  m.listeners.postFrame(this);
+  return drawNow;
+}
+
+bool ExampleApplication::executeOneStepWithoutGraphics() {
+  Impl& m = *m_impl;
+  CurrentApplicationScope const current(this);
+  updateServices();
+  m.listeners.preFrame(this);
+  if (m.autoStepping)
+    stepWrapper();
+  m.listeners.postFrame(this);
+  return m.autoStepping && m.simulation;
+}
+
+void ExampleApplication::updateServices() {
+  m_impl->checkInterrupts();
+}
+
+void ExampleApplication::handleReactiveScriptErrors(bool abortSimulation) {
+  auto* const manager = zorPython::ScriptManager::instance("", "", "", false);
+  if (!manager || !manager->hasErrors())
+    return;
+  zor::notify(zor::Notify::NOTIFY_ERROR)
+      << manager->getNumErrors() << " errors in scripts" << zor::endMessage;
+  manager->clearErrors();
+  if (abortSimulation)
+    stop(1);
+}
+
+// --- Stopping
+
+bool ExampleApplication::done() const {
+  return m_impl->host && m_impl->host->viewer().done();
+}
+
+bool ExampleApplication::breakRequested() const {
+  return m_impl->stopped || m_impl->stopTimeReached() || done();
+}
+
+void ExampleApplication::stop(int exitCode) {
+  m_impl->exitCode = exitCode;
+  stop();
+}
+
+void ExampleApplication::stop() {
+  m_impl->stopped = true;
+  m_impl->stopUsed = false;
+}
+
+void ExampleApplication::cancelStop() {
+  Impl& m = *m_impl;
+  if (m.stopTimeReached())
+    m.stopTime.reset();
+  m.stopped = m.stopUsed = false;
+  m.exitCode = 0;
+  if (m.host)
+    m.host->viewer().setDone(false);
+}
+
+bool ExampleApplication::shouldStop() const {
+  return m_impl->stopped;
+}
+
+void ExampleApplication::stopAfter(zor::Real stopTime) {
+  if (std::isnan(stopTime))
+    throw std::invalid_argument("stopAfter: the time must be a number");
+  m_impl->stopTime = stopTime < 0 ? std::nullopt : std::optional<zor::Real>(stopTime);
+}
+
+int ExampleApplication::getExitCode() const {
+  return m_impl->exitCode;
+}
+
+// --- Pace
+
+void ExampleApplication::setAutoStepping(bool flag, bool resetTimer) {
+  Impl& m = *m_impl;
+  bool const changed = flag != m.autoStepping;
+  if (changed && !flag)
+    m.clock.pause();
+  if (flag && resetTimer)
+    m.clock.restart(getTimeStep());
+  else if (flag && changed)
+    m.clock.resume();
+  m.autoStepping = flag;
+  if (changed)
+    autoStepEvent.raise(flag);
+}
+
+void ExampleApplication::setAutoStepping(bool flag) {
+  setAutoStepping(flag, true);
+}
+
+bool ExampleApplication::getAutoStepping() const {
+  return m_impl->autoStepping;
+}
+
+void ExampleApplication::setEnablePauseUpdate(bool flag) {
+  m_impl->pauseUpdate = flag;
+}
+
+bool ExampleApplication::getEnablePauseUpdate() const {
+  return m_impl->pauseUpdate;
+}
+
+void ExampleApplication::setRealTimeSync(bool flag) {
+  m_impl->realTimeSync = flag;
+  m_impl->clock.restart(getTimeStep());
+}
+
+bool ExampleApplication::getRealTimeSync() const {
+  return m_impl->realTimeSync.value_or(m_impl->host && m_impl->host->window());
+}
+
+void ExampleApplication::setTargetFPS(double fps) {
+  if (std::isnan(fps))
+    throw std::invalid_argument("setTargetFPS: the rate must be a number");
+  m_impl->targetFps = fps;
+}
+
+double ExampleApplication::getTargetFPS() const {
+  return m_impl->targetFps.value_or(m_impl->host && m_impl->host->window() ? WINDOW_FPS : 0);
+}
+
+void ExampleApplication::throttleIdleCpuUsageBySleeping() {
+  bool const waitsForStep = m_impl->autoStepping && getRealTimeSync();
+  if (m_impl->autoStepping && !waitsForStep)
+    return;
+  sleepFor(waitsForStep ? std::min(IDLE_SLEEP, m_impl->clock.timeLeft()) : IDLE_SLEEP);
+}
+
+void ExampleApplication::setQuitEventSetsDone(bool flag) {
+  m_impl->quitEventSetsDone = flag;
+}
+
+bool ExampleApplication::getQuitEventSetsDone() const {
+  return m_impl->quitEventSetsDone;
+}
+
+void ExampleApplication::addAutoPausePair(zor::RigidBody const* body1, zor::RigidBody const* body2) {
+  m_impl->autoPause.add(body1, body2);
+}
+
+void ExampleApplication::addAutoPausePair(zorCollide::Geometry const* geometry1,
+                                          zorCollide::Geometry const* geometry2) {
+  m_impl->autoPause.add(geometry1, geometry2);
+}
+
+void ExampleApplication::removeAutoPausePair(zor::RigidBody const* body1, zor::RigidBody const* body2) {
+  m_impl->autoPause.remove(body1, body2);
+}
+
+void ExampleApplication::removeAutoPausePair(zorCollide::Geometry const* geometry1,
+                                             zorCollide::Geometry const* geometry2) {
+  m_impl->autoPause.remove(geometry1, geometry2);
+}
+
+void ExampleApplication::setEnableAutoPausing(bool flag) {
+  m_impl->autoPause.setEnable(flag);
+}
+
+bool ExampleApplication::getEnableAutoPausing() const {
+  return m_impl->autoPause.getEnable();
+}
+
+void ExampleApplication::addListener(zorOSG::ExampleApplicationListener* listener) {
+  if (!listener)
+    throw std::invalid_argument("addListener: listener must not be null");
+  m_impl->listeners.add(listener, m_isLoadingScene);
+}
+
+void ExampleApplication::setStepCallback(zor::Callback const& callback) {
+  m_impl->stepCallback = callback;
+  m_impl->stepCallbackOfScene = m_isLoadingScene;
+}
+
+zor::Callback ExampleApplication::getStepCallback() const {
+  return m_impl->stepCallback;
+}
+
+zor::Mutex& ExampleApplication::getFrameMutex() {
+  return m_impl->frameMutex;
+}
+
+} // namespace zorOSG

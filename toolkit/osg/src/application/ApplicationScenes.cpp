@@ -1,0 +1,297 @@
+#include "ExampleApplicationImpl.h"
+
+#include "CurrentApplicationScope.h"
+
+#include <zor/NotifyStream.h>
+#include <zorOSG/CreateVisual.h>
+#include <zorOSG/ReadNode.h>
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace zorOSG {
+
+namespace {
+
+bool fail(std::string const& message) {
+  zor::notify(zor::Notify::NOTIFY_ERROR) << message << zor::endMessage;
+  return false;
+}
+
+bool isScript(std::string const& file) {
+  std::string const suffix = std::filesystem::path(file).extension().string();
+  return suffix == ".py" || suffix == ".zorPy";
+}
+
+/// Holds a flag up until the end of a scope.
+class FlagScope {
+public:
+  explicit FlagScope(bool& flag) : m_flag(flag) { m_flag = true; }
+  FlagScope(FlagScope const&) = delete;
+  FlagScope& operator=(FlagScope const&) = delete;
+  ~FlagScope() { m_flag = false; }
+
+private:
+  bool& m_flag;
+};
+
+} // namespace
+
+// --- The build of one scene
+
+bool ExampleApplication::Impl::build(std::size_t index, bool clearFirst) {
+  if (app.m_isLoadingScene)
+    return fail("a scene cannot be built while another is being built");
+  if (isStepping)
+    return fail("a scene cannot be built during a simulation step; do it in a frame listener");
+  SceneDescription const description = scenes.at(index).description;
+  app.initSimulation(nullptr, wantsGraphics);
+  if (clearFirst)
+    clear();
+  if (!settings)
+    settings = SimulationSettings{simulation->getTimeStep(), simulation->getUniformGravity(),
+                                  simulation->getNumSubSteps(), simulation->getNumSolverIterations()};
+  scenes.setCurrent(index);
+  if (!buildFrom(description)) {
+    clear(); // nothing half-built is left to run
+    return fail("the scene '" + SceneList::describe(description) + "' could not be built");
+  }
+  sceneReady();
+  return true;
+}
+
+bool ExampleApplication::Impl::buildFrom(SceneDescription const& description) {
+  CurrentApplicationScope const current(&app);
+  FlagScope const loading(app.m_isLoadingScene);
+  try {
+    if (!description.scene)
+      return buildFromFile(description.fileName, description.scriptFunction);
+    osg::ref_ptr<osg::Group> const scene = description.scene(simulation.get(), &app);
+    graph.setScene(scene.get());
+    return scene.valid() || fail("the scene function returned no group");
+  } catch (std::exception const& error) {
+    return fail(std::string("while building a scene: ") + error.what());
+  }
+}
+
+bool ExampleApplication::Impl::buildFromFile(std::string const& file, std::string const& function) {
+  osg::ref_ptr<osg::Group> scene;
+  if (!function.empty() || isScript(file)) {
+    bool success = false;
+    scene = app.executePythonScript(file, function.empty() ? "buildScene" : function, success);
+    scriptFile = success ? file : "";
+  } else if (osg::ref_ptr<osg::Node> const node = readNodeFile(file)) {
+    scene = new osg::Group;
+    scene->addChild(node);
+    app.m_loadedSceneFile = true;
+  }
+  graph.setScene(scene.get());
+  return scene.valid();
+}
+
+void ExampleApplication::Impl::sceneReady() {
+  isBuilt = true;
+  osg::BoundingSphere const bound = graph.bound();
+  graph.decorator()->calculateLightPositions(bound);
+  camera.goHome(bound);
+  clock.restart(app.getTimeStep());
+  if (help.isVisible())
+    help.setText(helpText());
+  app.m_sceneLoadEvent.raise();
+}
+
+void ExampleApplication::Impl::restoreSettings() {
+  if (!settings)
+    return;
+  simulation->setTimeStep(settings->timeStep);
+  simulation->setUniformGravity(settings->gravity);
+  simulation->setNumSubSteps(settings->subSteps);
+  simulation->setNumSolverIterations(settings->iterations);
+}
+
+void ExampleApplication::Impl::clear() {
+  isBuilt = false;
+  app.m_loadedSceneFile = false;
+  scriptFile.clear();
+  if (simulation) {
+    simulation->cleanup();
+    restoreSettings();
+  }
+  graph.clear();
+  graph.decorator()->clearText();
+  listeners.removeSceneListeners();
+  if (stepCallbackOfScene)
+    stepCallback.clear();
+  std::vector<AddedTarget> const present = targets;
+  for (AddedTarget const& added : present)
+    if (added.ofScene)
+      app.removeRenderTarget(added.target.get());
+  autoPause.clear();
+  camera.reset();
+  script.clear();
+}
+
+bool ExampleApplication::Impl::buildStartScene() {
+  if (isBuilt || scenes.size() == 0) {
+    if (!options.scene.empty() && scenes.size() == 0)
+      return fail("--scene " + options.scene + ": no scenes are registered");
+    return true;
+  }
+  std::optional<std::size_t> index = scenes.getCurrent().value_or(0);
+  if (!options.scene.empty())
+    index = scenes.find(options.scene);
+  if (!index)
+    return fail("--scene " + options.scene + ": no scene has that key, function or position");
+  return app.createSceneFromIndex(static_cast<int>(*index), true);
+}
+
+// --- The methods of the class
+
+bool ExampleApplication::addScene(std::string const& scriptFile, std::string const& scriptFunction, int key,
+                                  bool isPartofUnitTest, float stopAfterTime, bool isSlowUnittest) {
+  return addScene(
+      SceneDescription(scriptFile, scriptFunction, isPartofUnitTest, stopAfterTime, isSlowUnittest), key);
+}
+
+bool ExampleApplication::addScene(std::string const& scriptFile, std::string const& scriptFunction,
+                                  bool isPartofUnitTest, float stopAfterTime, bool isSlowUnittest) {
+  return addScene(
+      SceneDescription(scriptFile, scriptFunction, isPartofUnitTest, stopAfterTime, isSlowUnittest));
+}
+
+bool ExampleApplication::addScene(zorOSG::BuildScenePtr sceneFunction, int key, bool isPartofUnitTest,
+                                  float stopAfterTime, bool isSlowUnittest) {
+  return addScene(SceneDescription(sceneFunction, isPartofUnitTest, stopAfterTime, isSlowUnittest), key);
+}
+
+bool ExampleApplication::addScene(zorOSG::BuildScenePtr sceneFunction, bool isPartofUnitTest,
+                                  float stopAfterTime, bool isSlowUnittest) {
+  return addScene(SceneDescription(sceneFunction, isPartofUnitTest, stopAfterTime, isSlowUnittest));
+}
+
+bool ExampleApplication::addScene(zorOSG::SceneDescription const& sceneDescription, int key) {
+  return m_impl->scenes.add(sceneDescription, key);
+}
+
+bool ExampleApplication::addScene(zorOSG::SceneDescription const& sceneDescription) {
+  return m_impl->scenes.add(sceneDescription, std::nullopt);
+}
+
+void ExampleApplication::clearAddedScenes() {
+  m_impl->scenes.clear();
+}
+
+size_t ExampleApplication::getNumScenes() const {
+  return m_impl->scenes.size();
+}
+
+zorOSG::SceneDescription ExampleApplication::getCallbackIdx(size_t idx) const {
+  return m_impl->scenes.at(idx).description;
+}
+
+zorOSG::SceneDescription ExampleApplication::getCallback(int key) const {
+  auto const index = m_impl->scenes.findKey(key);
+  return index ? m_impl->scenes.at(*index).description : SceneDescription();
+}
+
+bool ExampleApplication::createSceneFromKey(int key) {
+  auto const index = m_impl->scenes.findKey(key);
+  if (!index)
+    return fail("no scene has the key " + std::to_string(key));
+  return m_impl->build(*index, true);
+}
+
+bool ExampleApplication::createSceneFromIndex(int idx, bool firstStartUp) {
+  if (idx < 0 || static_cast<std::size_t>(idx) >= m_impl->scenes.size())
+    return fail("no scene at position " + std::to_string(idx) + ": " + std::to_string(m_impl->scenes.size()) +
+                " registered");
+  return m_impl->build(static_cast<std::size_t>(idx), !firstStartUp);
+}
+
+void ExampleApplication::reloadScene() {
+  if (auto const index = m_impl->scenes.getCurrent())
+    m_impl->build(*index, true);
+  else
+    fail("there is no scene to build anew");
+}
+
+void ExampleApplication::createNextScene() {
+  if (auto const index = m_impl->scenes.neighbour(1))
+    m_impl->build(*index, true);
+  else
+    fail("no scenes are registered");
+}
+
+void ExampleApplication::createPreviousScene() {
+  if (auto const index = m_impl->scenes.neighbour(-1))
+    m_impl->build(*index, true);
+  else
+    fail("no scenes are registered");
+}
+
+void ExampleApplication::clearScene() {
+  if (m_impl->isStepping)
+    throw std::runtime_error("clearScene: not possible during a simulation step");
+  m_impl->clear();
+}
+
+osg::Group* ExampleApplication::getScene() const {
+  return m_impl->graph.scene();
+}
+
+void ExampleApplication::setScene(osg::Group* scene) {
+  m_impl->graph.setScene(scene);
+}
+
+osg::Group* ExampleApplication::getRoot() {
+  return m_impl->graph.root();
+}
+
+osg::Group* ExampleApplication::getSceneRoot() {
+  return m_impl->graph.sceneRoot();
+}
+
+osg::Group* ExampleApplication::getSceneZorOSGRoot() {
+  return m_impl->graph.aidsRoot();
+}
+
+osg::Group* ExampleApplication::getSceneSwitch() const {
+  return m_impl->graph.sceneSwitch();
+}
+
+zorOSG::SceneDecorator* ExampleApplication::getSceneDecorator() const {
+  return m_impl->graph.decorator();
+}
+
+std::string ExampleApplication::getScriptFile() const {
+  return m_impl->scriptFile;
+}
+
+osg::Group* ExampleApplication::executePythonScript(zor::String const& file, zor::String const& function,
+                                                    bool& success) {
+  success = false;
+  CurrentApplicationScope const current(this);
+  try {
+    osg::Group* const scene =
+        m_impl->script.run(file, function, this, m_impl->simulation.get(), m_impl->graph.sceneRoot());
+    success = scene != nullptr;
+    return scene;
+  } catch (std::exception const& error) {
+    fail(file + ": " + error.what());
+    return nullptr;
+  }
+}
+
+void ExampleApplication::createVisual(zorSDK::Simulation* simulation, float detailRatio, bool createAxes) {
+  if (!simulation)
+    throw std::invalid_argument("createVisual: simulation must not be null");
+  zorOSG::createVisual(simulation, m_impl->graph.sceneRoot(), detailRatio, createAxes);
+}
+
+void ExampleApplication::createVisual(zorSDK::Assembly* assembly, float detailRatio, bool createAxes) {
+  if (!assembly)
+    throw std::invalid_argument("createVisual: assembly must not be null");
+  zorOSG::createVisual(assembly, m_impl->graph.sceneRoot(), detailRatio, createAxes);
+}
+
+} // namespace zorOSG

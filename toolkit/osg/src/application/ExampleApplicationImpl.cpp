@@ -1,0 +1,108 @@
+#include "ExampleApplicationImpl.h"
+
+#include "CurrentApplicationScope.h"
+
+#include <zor/NotifyStream.h>
+
+#include <iostream>
+#include <stdexcept>
+
+namespace zorOSG {
+
+ExampleApplication::Impl::Impl(ExampleApplication& owner)
+    : app(owner), captures(std::make_unique<CaptureSet>()) {
+  graph.root()->addChild(help.node());
+  graph.root()->addChild(statistics.node());
+  input = new InputAdapter({[this] { return simulation.get(); }, [this](int key) { return keyDown(key); },
+                            [this](int width, int height) { resized(width, height); }});
+  bindKeys();
+}
+
+ExampleApplication::Impl::~Impl() {
+  input->disconnect(); // the viewer, which holds it, may outlive the application in a script
+  closeViewer();
+  CurrentApplicationScope::forget(&app);
+}
+
+bool ExampleApplication::Impl::readCommandLine() {
+  try {
+    options = CommandLine::read(*arguments);
+  } catch (std::invalid_argument const& error) {
+    std::cerr << arguments->getProgramName() << ": " << error.what() << "\nTry --help." << std::endl;
+    return false;
+  }
+  if (options.help) {
+    std::cout << arguments->getUsage() << std::endl;
+    return false;
+  }
+  return true;
+}
+
+void ExampleApplication::Impl::applyCommandLine() {
+  if (options.stopAfter)
+    app.stopAfter(*options.stopAfter);
+  if (options.timeStep)
+    app.setTimeStep(*options.timeStep);
+  if (options.fps)
+    targetFps = options.fps;
+  if (options.realTime)
+    realTimeSync = options.realTime;
+  if (options.paused)
+    autoStepping = false;
+  graph.aids().setGridEnabled(options.grid);
+}
+
+void ExampleApplication::Impl::openViewer(bool window) {
+  closeViewer();
+  ViewerHost::Settings settings_;
+  settings_.width = options.width;
+  settings_.height = options.height;
+  settings_.window = window;
+  settings_.vsync = vsync;
+  settings_.title = title;
+  host = std::make_unique<ViewerHost>(settings_);
+  osgViewer::Viewer& viewer = host->viewer();
+  viewer.setSceneData(graph.root());
+  camera.attach(&viewer);
+  viewer.addEventHandler(input);
+  captures->attach(&viewer);
+  captures->setSimulation(simulation.get());
+  osg::Vec2i const size = host->size();
+  resized(size.x(), size.y());
+  viewer.realize();
+}
+
+void ExampleApplication::Impl::closeViewer() {
+  if (!host)
+    return;
+  bool const sync = captures->getSync();
+  captures->finish();
+  captures = std::make_unique<CaptureSet>();
+  captures->setSync(sync);
+  camera.detach();
+  host->viewer().removeEventHandler(input);
+  host.reset();
+}
+
+void ExampleApplication::Impl::requireGraphics(char const* method) const {
+  if (!host)
+    throw std::runtime_error(std::string(method) + ": the application has no graphics");
+}
+
+void ExampleApplication::Impl::installSimulation(zorSDK::Simulation* next) {
+  simulation = next;
+  settings.reset();
+  if (timeStepSet)
+    simulation->setTimeStep(timeStep);
+  else
+    timeStep = simulation->getTimeStep();
+  captures->setSimulation(next);
+}
+
+void ExampleApplication::Impl::resized(int width, int height) {
+  graph.decorator()->updateWindowSize(width, height);
+  help.resize(width, height);
+  statistics.resize(width, height);
+}
+
+} // namespace zorOSG

@@ -1,0 +1,150 @@
+#pragma once
+
+#include "AutoPause.h"
+#include "CameraControl.h"
+#include "CaptureSet.h"
+#include "CommandLine.h"
+#include "InputAdapter.h"
+#include "ListenerList.h"
+#include "SceneGraph.h"
+#include "SceneList.h"
+#include "ScriptScene.h"
+#include "StepClock.h"
+#include "TextOverlay.h"
+#include "ViewerHost.h"
+
+#include <zor/ref_ptr.h>
+#include <zorIO/ArgumentParser.h>
+#include <zorOSG/ExampleApplication.h>
+#include <zorOSG/RenderTarget.h>
+#include <zorSDK/Simulation.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zorOSG {
+
+/// The state of an application and the steps of its loop; the class itself only checks and forwards.
+struct ExampleApplication::Impl {
+  /// What a scene may change about a simulation and the next scene must not inherit.
+  struct SimulationSettings {
+    zor::Real timeStep;
+    zor::Vec3 gravity;
+    zor::UInt subSteps;
+    zor::UInt iterations;
+  };
+
+  struct KeyBinding {
+    int key;
+    std::string label;
+    std::string text;
+    std::function<void()> action;
+  };
+
+  struct AddedTarget {
+    zor::ref_ptr<RenderTarget> target;
+    osg::ref_ptr<osg::Node> node;
+    bool ofScene;
+  };
+
+  explicit Impl(ExampleApplication& owner);
+  ~Impl();
+
+  // Set-up
+  bool readCommandLine();
+  void applyCommandLine();
+  void openViewer(bool window);
+  void closeViewer();
+  void requireGraphics(char const* method) const;
+  void installSimulation(zorSDK::Simulation* next);
+
+  // Scenes
+  bool build(std::size_t index, bool clearFirst);
+  bool buildFrom(SceneDescription const& description);
+  bool buildFromFile(std::string const& file, std::string const& function);
+  void clear();
+  void sceneReady();
+  void restoreSettings();
+  bool buildStartScene();
+
+  // Frame
+  void frame();
+  void processEvents();
+  void takeSteps();
+  void paceFrame();
+  bool moreStepsFit() const;
+  void draw();
+  void updateStatistics();
+  bool stopTimeReached() const;
+  void checkInterrupts();
+  void startCaptures();
+  void finish();
+
+  // Keys
+  void bindKeys();
+  bool keyDown(int key);
+  std::string helpText() const;
+  void resized(int width, int height);
+
+  ExampleApplication& app;
+  zor::ref_ptr<zorIO::ArgumentParser> arguments;
+  CommandLine options;
+  bool isInitialized = false;
+  bool wantsGraphics = true;
+
+  zor::ref_ptr<zorSDK::Simulation> simulation;
+  std::optional<SimulationSettings> settings; // as they were before the first scene was built
+  zor::Real timeStep = 1.0 / 60;
+  bool timeStepSet = false;
+
+  SceneGraph graph;
+  SceneList scenes;
+  ScriptScene script;
+  std::string scriptFile;
+  bool isBuilt = false;
+  std::vector<AddedTarget> targets;
+
+  ListenerList listeners;
+  zor::Callback stepCallback;
+  bool stepCallbackOfScene = false;
+  AutoPause autoPause;
+  zor::Mutex frameMutex;
+
+  bool isStepping = false;
+  bool autoStepping = true;
+  bool pauseUpdate = true;
+  std::optional<bool> realTimeSync; // unset: on in a window only
+  std::optional<double> targetFps;  // unset: 60 in a window only
+  bool quitEventSetsDone = true;
+  StepClock clock;
+  StepClock::Clock::time_point frameStart{};
+
+  bool isRunning = false;
+  bool stopped = false;
+  bool stopUsed = false; // the stop has ended a run
+  int exitCode = 0;
+  std::optional<zor::Real> stopTime;
+  bool interrupted = false;
+
+  std::unique_ptr<ViewerHost> host;
+  std::unique_ptr<CaptureSet> captures;
+  osg::ref_ptr<InputAdapter> input;
+  CameraControl camera;
+  TextOverlay help{TextOverlay::Corner::UPPER_LEFT};
+  TextOverlay statistics{TextOverlay::Corner::UPPER_RIGHT};
+  std::vector<KeyBinding> keys;
+  std::function<void()> pendingAction; // asked for by a key, done between events and frame
+  bool stepOnce = false;
+  std::string title = "zorOSG";
+  bool vsync = true;
+
+  // Of the last half second, for the statistics.
+  StepClock::Clock::time_point statisticsSince{};
+  zor::Real statisticsTime = 0;
+  int statisticsFrames = 0;
+};
+
+} // namespace zorOSG

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <osg/GraphicsContext>
+
+#include <cstdint>
+
+namespace zorOSG {
+
+/** \return the window system's handle of a window; 0 if the context is none. */
+std::intptr_t nativeWindowHandle(osg::GraphicsContext* context);
+
+} // namespace zorOSG
