@@ -203,8 +203,10 @@ public:
     if (from > to) {
       throw std::out_of_range("Vector: range ends before it starts");
     }
-    std::move(m_data + to, m_data + m_size, m_data + from);
-    truncate(m_size - (to - from));
+    if (from != to) { // an element must not be moved onto itself
+      std::move(m_data + to, m_data + m_size, m_data + from);
+      truncate(m_size - (to - from));
+    }
     return m_data + from;
   }
 
