@@ -12,7 +12,9 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
+#include <cmath>
+#include <cstring>
+#include <vector>
 
 using namespace zorOSG;
 
@@ -69,6 +71,28 @@ TEST_F(CaptureTarget, shows_what_its_own_camera_sees_at_any_size) {
   }
 }
 
+TEST_F(CaptureTarget, samples_smooth_the_edges) {
+  // Turned a little, so that the square's edges cross pixels.
+  osg::Vec3d const eye(5, 0.3, 0.2);
+  for (unsigned int samples : {0u, 8u}) {
+    zor::ref_ptr<RenderToImage> const target(
+        new RenderToImage(100, 100, RenderTarget::COLOR_BUFFER, samples, RenderTarget::RGB));
+    put(*target);
+    target->setViewMatrixAsLookAt({eye.x(), eye.y(), eye.z()}, {0, 0, 0}, {0.1, 0.1, 1});
+    view.render(root);
+    int between = 0;
+    for (int y = 0; y < 100; ++y) {
+      for (int x = 0; x < 100; ++x) {
+        float const red =
+            target->getImage()->getColor(static_cast<unsigned>(x), static_cast<unsigned>(y)).r();
+        between += red > 0.1f && red < 0.9f ? 1 : 0;
+      }
+    }
+    EXPECT_EQ(between > 20, samples > 0) << between << " in-between pixels with " << samples << " samples";
+    root->removeChild(target->getCamera());
+  }
+}
+
 TEST_F(CaptureTarget, depth_is_that_of_the_projection) {
   zor::ref_ptr<RenderToImage> const target(new RenderToImage(50, 50, RenderTarget::DEPTH_BUFFER));
   put(*target);
@@ -109,7 +133,7 @@ TEST_F(CaptureTarget, follows_a_camera_and_keeps_its_field_of_view) {
   zor::Vec2 const inTarget = target->calculateScreenCoords(corner);
   EXPECT_NEAR((inTarget[1] - 50.0) / 100.0, (inView.y() - 32.0) / 64.0, 1e-6);
   // The same angle spans as many pixels across as up.
-  EXPECT_NEAR(100.0 - inTarget[0], inTarget[1] - 50.0, 1e-6);
+  EXPECT_NEAR(inTarget[0] - 100.0, inTarget[1] - 50.0, 1e-6);
   zor::Vec3 behind(5, 0, 0);
   EXPECT_TRUE(std::isnan(target->calculateScreenCoords(behind)[0]));
 }
@@ -136,9 +160,9 @@ TEST_F(CaptureTarget, hands_out_and_saves_its_pixels) {
 }
 
 TEST(CaptureTargetErrors, name_what_is_wrong) {
-  EXPECT_THROW(RenderTarget(0, 10), std::invalid_argument);
-  EXPECT_THROW(RenderToImage(10, 20000), std::invalid_argument);
-  EXPECT_THROW(RenderToImage(10, 10, RenderTarget::COLOR_BUFFER, 8, RenderTarget::DEPTH_COMPONENT),
+  EXPECT_THROW(new RenderTarget(0, 10), std::invalid_argument);
+  EXPECT_THROW(new RenderToImage(10, 20000), std::invalid_argument);
+  EXPECT_THROW(new RenderToImage(10, 10, RenderTarget::COLOR_BUFFER, 8, RenderTarget::DEPTH_COMPONENT),
                std::invalid_argument);
   zor::ref_ptr<RenderToImage> const target(new RenderToImage(10, 10));
   EXPECT_THROW(target->setSize(0, 5), std::invalid_argument);

@@ -2,6 +2,9 @@
 
 #include "FollowingCamera.h"
 
+#include <osg/GLExtensions>
+#include <osg/RenderInfo>
+#include <osg/State>
 #include <osg/Viewport>
 
 #include <limits>
@@ -33,6 +36,22 @@ osg::Vec3d toOsg(zor::Vec3 const& v) {
   return osg::Vec3d(v[0], v[1], v[2]);
 }
 
+/**
+ * Drivers answer for functions they do not have, and the scene graph takes the answer for support: without
+ * this its multisampled buffers get no storage. Runs before the buffers are set up.
+ */
+class ExtensionCheck : public osg::Camera::DrawCallback {
+public:
+  void operator()(osg::RenderInfo& renderInfo) const override {
+    unsigned int const context = renderInfo.getContextID();
+    osg::GLExtensions* extensions = renderInfo.getState()->get<osg::GLExtensions>();
+    if (extensions->glRenderbufferStorageMultisampleCoverageNV &&
+        !osg::isGLExtensionSupported(context, "GL_NV_framebuffer_multisample_coverage")) {
+      extensions->glRenderbufferStorageMultisampleCoverageNV = nullptr;
+    }
+  }
+};
+
 } // namespace
 
 /** Hands the frame to the capture. Does not keep the target alive: the target owns it through its camera. */
@@ -63,6 +82,7 @@ RenderTarget::RenderTarget(zor::UInt width, zor::UInt height)
   m_camera->setProjectionMatrixAsPerspective(45.0, double(width) / double(height), 0.1, 1000.0);
   // The main view may cull with other masks; a target shows all until told otherwise.
   m_camera->setInheritanceMask(m_camera->getInheritanceMask() & ~osg::CullSettings::CULL_MASK);
+  m_camera->setInitialDrawCallback(new ExtensionCheck);
   m_camera->setFinalDrawCallback(new CaptureCallback(this));
   attachColorBuffer();
 }
