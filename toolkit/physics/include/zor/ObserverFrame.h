@@ -12,6 +12,7 @@
 
 namespace zorSDK {
 class Simulation;
+class SimulationImpl;
 }
 
 namespace zor {
@@ -88,7 +89,7 @@ protected:
   ~ObserverFrame() override;
 
 private:
-  friend class zorSDK::Simulation;
+  friend class zorSDK::SimulationImpl;
   ref_ptr<RigidBody> m_body;
   ref_ptr<Frame> m_frame;
   zorSDK::Simulation* m_simulation = nullptr;

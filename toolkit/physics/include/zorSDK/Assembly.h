@@ -17,6 +17,7 @@ namespace zorSDK {
 
 class Assembly;
 class Simulation;
+class SimulationImpl;
 
 using AssemblyRefVector = zor::Vector<zor::ref_ptr<Assembly>>;
 
@@ -104,7 +105,7 @@ protected:
   ~Assembly() override;
 
 private:
-  friend class Simulation;
+  friend class SimulationImpl;
   bool contains(Assembly const* other) const;
   void move(zor::AffineMatrix4x4 const& worldMotion);
 

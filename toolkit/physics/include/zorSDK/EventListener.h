@@ -10,6 +10,7 @@
 namespace zorSDK {
 
 class Simulation;
+class SimulationImpl;
 
 /** Something that a simulation calls: base of step, contact and input listeners.
  *
@@ -44,7 +45,7 @@ protected:
   ~EventListener() override;
 
 private:
-  friend class Simulation;
+  friend class SimulationImpl;
   Simulation* m_simulation = nullptr;
   int m_mask;
   bool m_enabled = true;

@@ -47,6 +47,8 @@ protected:
   ~PickHandler() override;
 
 private:
+  void applySpring();
+
   zor::ref_ptr<zor::BallJoint> m_joint;
   zor::Vec3 m_target;
   zor::Real m_frequency = 2.0;

@@ -342,9 +342,10 @@ void ConstraintImpl::takeOut() {
 void ConstraintImpl::forgetContacts() {
   if (m_collisions || !body(0) || !body(1))
     return;
-  for (int i = 0; i < 2; ++i)
-    if (body(i)->getImpl().inWorld())
-      m_space->cleanContacts(engineBody(i));
+  DynamicsWorld& world = m_space->world();
+  if (body(0)->getImpl().inWorld())
+    world.getBroadphase()->getOverlappingPairCache()->cleanProxyFromPairs(engineBody(0).getBroadphaseHandle(),
+                                                                         world.getDispatcher());
 }
 
 void ConstraintImpl::clearImpulses() {
