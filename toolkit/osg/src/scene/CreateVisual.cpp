@@ -24,19 +24,27 @@ constexpr float sensorAlpha = 0.35f;
 struct VisualOptions {
   float detailRatio;
   bool axes;
+  bool defaultLook; // false where the surroundings say how things look
 };
 
-VisualOptions checked(float detailRatio, bool axes) {
+VisualOptions checked(float detailRatio, bool axes, osg::Group const* root) {
   if (!(detailRatio >= 0.0f)) // NaN as well
     throw std::invalid_argument("createVisual: detailRatio must not be negative, but is " +
                                 std::to_string(detailRatio));
-  return {std::clamp(detailRatio, 0.05f, 8.0f), axes};
+  return {std::clamp(detailRatio, 0.05f, 8.0f), axes, root && !hasLook(*root)};
 }
 
 /** Axes that stick out of what they belong to; bodies of any size show theirs. */
 osg::ref_ptr<osg::Node> axesFor(GeometryNode const& node) {
   float const radius = node.getBound().valid() ? node.getBound().radius() : 0.0f;
   return createAxes(radius > 0.0f ? 1.2f * radius : 1.0f);
+}
+
+bool isGround(zorCollide::Geometry const& geometry) {
+  if (geometry.getNumShapes() == 0)
+    return false;
+  zorCollide::Shape::Type const type = geometry.getShape(0)->getType();
+  return type == zorCollide::Shape::PLANE || type == zorCollide::Shape::HEIGHT_FIELD;
 }
 
 osg::ref_ptr<GeometryNode> makeVisual(zorCollide::Geometry const& geometry, VisualOptions const& options) {
@@ -46,6 +54,9 @@ osg::ref_ptr<GeometryNode> makeVisual(zorCollide::Geometry const& geometry, Visu
   node->buildVisual(options.detailRatio);
   if (node->getRenderChild(GeometryNode::RENDER_DATA))
     node->selectRenderChild(GeometryNode::RENDER_DATA);
+  if (options.defaultLook)
+    node->getOrCreateStateSet()->setAttributeAndModes(isGround(geometry) ? &groundMaterial()
+                                                                         : &defaultMaterial());
   if (options.axes)
     node->addChild(axesFor(*node));
   if (geometry.isSensor())
@@ -56,7 +67,6 @@ osg::ref_ptr<GeometryNode> makeVisual(zorCollide::Geometry const& geometry, Visu
 /** Only what is whole comes into the scene: a failure leaves nothing behind. */
 template <class NodeType>
 NodeType* addToScene(osg::ref_ptr<NodeType> const& node, osg::Group& root) {
-  applyDefaultLook(*node, root);
   root.addChild(node);
   return node.get();
 }
@@ -97,7 +107,7 @@ private:
 
 zorOSG::GeometryNode* createVisual(zorCollide::Geometry const* geometry, osg::Group* root, float detailRatio,
                                    bool createAxes, bool evenIfSensor) {
-  VisualOptions const options = checked(detailRatio, createAxes);
+  VisualOptions const options = checked(detailRatio, createAxes, root);
   if (!geometry || !root || (geometry->isSensor() && !evenIfSensor))
     return nullptr;
   return addToScene(makeVisual(*geometry, options), *root);
@@ -119,20 +129,20 @@ osg::MatrixTransform* createVisual(zor::ObserverFrame* frame, osg::Group* root, 
 }
 
 osg::Group* createVisual(zor::RigidBody* body, osg::Group* root, float detailRatio, bool createAxes) {
-  VisualOptions const options = checked(detailRatio, createAxes);
+  VisualOptions const options = checked(detailRatio, createAxes, root);
   if (!body || !root)
     return nullptr;
   return addToScene(makeGroup(body->getGeometries(), body->getName(), options), *root);
 }
 
 osg::Group* createVisual(zorSDK::Assembly* assembly, osg::Group* root, float detailRatio, bool createAxes) {
-  VisualOptions const options = checked(detailRatio, createAxes);
+  VisualOptions const options = checked(detailRatio, createAxes, root);
   return assembly && root ? addToScene(makeGroup(*assembly, options), *root) : nullptr;
 }
 
 osg::Group* createVisual(zorSDK::Simulation* simulation, osg::Group* root, float detailRatio,
                          bool createAxes) {
-  VisualOptions const options = checked(detailRatio, createAxes);
+  VisualOptions const options = checked(detailRatio, createAxes, root);
   if (!simulation || !root)
     return nullptr;
   return addToScene(makeGroup(simulation->getGeometries(), simulation->getName(), options), *root);

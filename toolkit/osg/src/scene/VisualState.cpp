@@ -8,13 +8,13 @@ namespace zorOSG {
 
 namespace {
 
-osg::ref_ptr<osg::Material> makeDefaultMaterial() {
-  osg::Vec4 const blueGrey(0.60f, 0.67f, 0.75f, 1.0f);
+osg::ref_ptr<osg::Material> makeMaterial(osg::Vec4 const& color, float highlight) {
+  constexpr osg::Material::Face faces = osg::Material::FRONT_AND_BACK;
   osg::ref_ptr<osg::Material> material = new osg::Material;
-  material->setDiffuse(osg::Material::FRONT_AND_BACK, blueGrey);
-  material->setAmbient(osg::Material::FRONT_AND_BACK, blueGrey);
-  material->setSpecular(osg::Material::FRONT_AND_BACK, osg::Vec4(0.25f, 0.25f, 0.25f, 1.0f));
-  material->setShininess(osg::Material::FRONT_AND_BACK, 32.0f);
+  material->setDiffuse(faces, color);
+  material->setAmbient(faces, color);
+  material->setSpecular(faces, osg::Vec4(highlight, highlight, highlight, 1.0f));
+  material->setShininess(faces, 32.0f);
   return material;
 }
 
@@ -40,6 +40,10 @@ osg::Material* materialOf(osg::StateSet& state) {
   return static_cast<osg::Material*>(state.getAttribute(osg::StateAttribute::MATERIAL));
 }
 
+bool isDefault(osg::Material const* material) {
+  return material == &defaultMaterial() || material == &groundMaterial();
+}
+
 /** Takes the default look away from everything below a node. */
 class DefaultLookRemover : public osg::NodeVisitor {
 public:
@@ -47,21 +51,11 @@ public:
 
   void apply(osg::Node& node) override {
     osg::StateSet* state = node.getStateSet();
-    if (state && materialOf(*state) == &defaultMaterial())
+    if (state && isDefault(materialOf(*state)))
       ownState(node).removeAttribute(osg::StateAttribute::MATERIAL);
     traverse(node);
   }
 };
-
-bool hasMaterialAbove(osg::Node const& node) {
-  osg::StateSet const* state = node.getStateSet();
-  if (state && state->getAttribute(osg::StateAttribute::MATERIAL))
-    return true;
-  for (unsigned int i = 0; i < node.getNumParents(); ++i)
-    if (hasMaterialAbove(*node.getParent(i)))
-      return true;
-  return false;
-}
 
 } // namespace
 
@@ -73,8 +67,23 @@ osg::StateSet& ownState(osg::Node& node) {
 }
 
 osg::Material& defaultMaterial() {
-  static osg::ref_ptr<osg::Material> const material = makeDefaultMaterial();
-  return *material;
+  static osg::ref_ptr<osg::Material> const blueGrey = makeMaterial({0.56f, 0.66f, 0.78f, 1.0f}, 0.25f);
+  return *blueGrey;
+}
+
+osg::Material& groundMaterial() {
+  static osg::ref_ptr<osg::Material> const sand = makeMaterial({0.78f, 0.76f, 0.71f, 1.0f}, 0.05f);
+  return *sand;
+}
+
+bool hasLook(osg::Node const& node) {
+  osg::StateSet const* state = node.getStateSet();
+  if (state && state->getAttribute(osg::StateAttribute::MATERIAL))
+    return true;
+  for (unsigned int i = 0; i < node.getNumParents(); ++i)
+    if (hasLook(*node.getParent(i)))
+      return true;
+  return false;
 }
 
 osg::Material& ownMaterial(osg::Node& node, bool override) {
@@ -82,17 +91,12 @@ osg::Material& ownMaterial(osg::Node& node, bool override) {
   osg::ref_ptr<osg::Material> material = materialOf(state);
   if (!material)
     material = new osg::Material(defaultMaterial());
-  else if (material == &defaultMaterial() || material->getNumParents() > 1)
+  else if (isDefault(material) || material->getNumParents() > 1)
     material = new osg::Material(*material);
   state.setAttributeAndModes(material, onValue(override));
   DefaultLookRemover remover;
   node.accept(remover);
   return *material;
-}
-
-void applyDefaultLook(osg::Node& node, osg::Node const& parent) {
-  if (!hasMaterialAbove(parent))
-    ownState(node).setAttributeAndModes(&defaultMaterial());
 }
 
 void setTransparency(osg::StateSet& state, float alpha, bool override) {

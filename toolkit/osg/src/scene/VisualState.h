@@ -19,11 +19,13 @@ osg::StateSet& ownState(osg::Node& node);
  */
 osg::Material& ownMaterial(osg::Node& node, bool override);
 
-/** The look of visuals that were given no colour; one object for all of them. */
+/** Looks of visuals that were given no colour; one object for all of them. */
 osg::Material& defaultMaterial();
+/** As defaultMaterial(), for planes and landscapes: what rests on the ground stands out from it. */
+osg::Material& groundMaterial();
 
-/** Gives a node the default look, unless a node above it says how it looks. */
-void applyDefaultLook(osg::Node& node, osg::Node const& parent);
+/** True if a node, or one above it, says how what is below it looks. */
+bool hasLook(osg::Node const& node);
 
 /** Turns blending and sorted drawing on for an alpha below 1, else off. */
 void setTransparency(osg::StateSet& state, float alpha, bool override);

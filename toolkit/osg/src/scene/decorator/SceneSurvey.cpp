@@ -1,0 +1,170 @@
+#include "SceneSurvey.h"
+
+#include "Defines.h"
+
+#include <zorOSG/ExampleApplication.h>
+
+#include <osg/Texture2D>
+#include <osg/Transform>
+
+#include <cmath>
+
+namespace zorOSG {
+
+namespace {
+
+std::array<std::string, LIGHT_COUNT> const LIGHT_DEFINES = {define::light(0), define::light(1),
+                                                            define::light(2)};
+
+constexpr unsigned int STRENGTH = osg::StateAttribute::OVERRIDE | osg::StateAttribute::PROTECTED;
+
+bool inherits(unsigned int mode) {
+  return (mode & osg::StateAttribute::INHERIT) != 0;
+}
+
+unsigned int inverted(unsigned int mode) {
+  return inherits(mode) ? mode : (mode & STRENGTH) | ((mode & osg::StateAttribute::ON) ? 0u : 1u);
+}
+
+void mirrorLights(osg::StateSet& state) {
+  keepDefine(state, define::UNLIT, inverted(state.getMode(GL_LIGHTING)));
+  // Which kind of light it is stands at the decorator; nodes can only switch it off below them.
+  for (unsigned int i = 0; i < LIGHT_COUNT; ++i) {
+    unsigned int const mode = state.getMode(GL_LIGHT0 + i);
+    bool const off = !inherits(mode) && (mode & osg::StateAttribute::ON) == 0;
+    keepDefine(state, LIGHT_DEFINES[i], off ? mode : static_cast<unsigned int>(osg::StateAttribute::INHERIT));
+  }
+}
+
+void mirrorTexture(osg::StateSet& state) {
+  unsigned int mode = osg::StateAttribute::INHERIT;
+  if (state.getNumTextureModeLists() > 0 || state.getNumTextureAttributeLists() > 0) {
+    mode = state.getTextureMode(0, GL_TEXTURE_2D);
+    bool const has = state.getTextureAttribute(0, osg::StateAttribute::TEXTURE) != nullptr;
+    if ((mode & osg::StateAttribute::ON) != 0 && !has)
+      mode = osg::StateAttribute::INHERIT;
+  }
+  keepDefine(state, define::TEXTURE, mode);
+}
+
+osg::StateSet& ownState(osg::Node& node) {
+  osg::StateSet* const state = node.getStateSet();
+  if (state && state->getNumParents() > 1)
+    node.setStateSet(new osg::StateSet(*state, osg::CopyOp::SHALLOW_COPY));
+  return *node.getOrCreateStateSet();
+}
+
+/** Sets a define on the node's own state set, and makes one only where there is something to say. */
+void keepOwnDefine(osg::Node& node, std::string const& name, bool set) {
+  osg::StateSet const* const state = node.getStateSet();
+  bool const present = state && state->getDefinePair(name);
+  if (present != set)
+    keepDefine(ownState(node), name, set ? osg::StateAttribute::ON : osg::StateAttribute::INHERIT);
+}
+
+void mirrorReceiving(osg::Node& node) {
+  bool const receives = (node.getNodeMask() & ExampleApplication::RECIEVES_SHADOWS_MASK) != 0;
+  keepOwnDefine(node, define::UNSHADOWED, !receives);
+}
+
+bool hasElements(osg::Array const* array) {
+  return array && array->getNumElements() > 0;
+}
+
+bool isFilled(osg::Geometry const& geometry) {
+  for (unsigned int i = 0; i < geometry.getNumPrimitiveSets(); ++i) {
+    GLenum const mode = geometry.getPrimitiveSet(i)->getMode();
+    if (mode >= GL_TRIANGLES)
+      return true;
+  }
+  return false;
+}
+
+/** The box around a transformed box, from its centre and half extents. */
+osg::BoundingBoxd transformed(osg::BoundingBox const& box, osg::Matrixd const& matrix) {
+  osg::Vec3d const center = osg::Vec3d(box.center()) * matrix;
+  osg::Vec3d const half(0.5 * (box.xMax() - box.xMin()), 0.5 * (box.yMax() - box.yMin()),
+                        0.5 * (box.zMax() - box.zMin()));
+  osg::Vec3d reach;
+  for (int column = 0; column < 3; ++column)
+    for (int row = 0; row < 3; ++row)
+      reach[column] += std::abs(matrix(row, column)) * half[row];
+  return {center - reach, center + reach};
+}
+
+} // namespace
+
+SceneSurvey::SceneSurvey() : osg::NodeVisitor(TRAVERSE_ACTIVE_CHILDREN) {
+  m_matrices.reserve(32);
+}
+
+void SceneSurvey::begin() {
+  m_casters.clear();
+  m_scene.init();
+  m_matrices.assign(1, osg::Matrixd());
+  m_inherited = {};
+}
+
+void SceneSurvey::enter(osg::Node& node) {
+  mirrorReceiving(node);
+  m_inherited.casts = m_inherited.casts && (node.getNodeMask() & ExampleApplication::CASTS_SHADOWS_MASK) != 0;
+  osg::StateSet* const state = node.getStateSet();
+  if (!state)
+    return;
+  mirrorLights(*state);
+  mirrorTexture(*state);
+  auto const* const found = state->getAttributePair(osg::StateAttribute::MATERIAL);
+  if (!found || (m_inherited.materialOverrides && (found->second & osg::StateAttribute::PROTECTED) == 0))
+    return;
+  m_inherited.material = static_cast<osg::Material const*>(found->first.get());
+  m_inherited.materialOverrides = (found->second & osg::StateAttribute::OVERRIDE) != 0;
+}
+
+void SceneSurvey::apply(osg::Node& node) {
+  Inherited const saved = m_inherited;
+  enter(node);
+  traverse(node);
+  m_inherited = saved;
+}
+
+void SceneSurvey::apply(osg::Transform& transform) {
+  Inherited const saved = m_inherited;
+  enter(transform);
+  osg::Matrixd matrix = m_matrices.back();
+  transform.computeLocalToWorldMatrix(matrix, this);
+  m_matrices.push_back(matrix);
+  traverse(transform);
+  m_matrices.pop_back();
+  m_inherited = saved;
+}
+
+void SceneSurvey::apply(osg::Drawable& drawable) {
+  Inherited const saved = m_inherited;
+  enter(drawable);
+  collect(drawable);
+  m_inherited = saved;
+}
+
+void SceneSurvey::apply(osg::Geometry& geometry) {
+  Inherited const saved = m_inherited;
+  enter(geometry);
+  bool const colored = hasElements(geometry.getColorArray());
+  osg::Material const* const material = m_inherited.material;
+  bool const usesColors = !material || material->getColorMode() != osg::Material::OFF;
+  keepOwnDefine(geometry, define::VERTEX_COLOR, colored && usesColors);
+  keepOwnDefine(geometry, define::FLAT, !hasElements(geometry.getNormalArray()) && isFilled(geometry));
+  collect(geometry);
+  m_inherited = saved;
+}
+
+void SceneSurvey::collect(osg::Drawable const& drawable) {
+  osg::BoundingBox const& box = drawable.getBoundingBox();
+  if (!box.valid())
+    return;
+  osg::BoundingBoxd const placed = transformed(box, m_matrices.back());
+  m_scene.expandBy(placed);
+  if (m_inherited.casts)
+    m_casters.push_back(placed);
+}
+
+} // namespace zorOSG

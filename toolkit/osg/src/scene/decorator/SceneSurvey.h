@@ -1,0 +1,57 @@
+#pragma once
+
+#include "shaders/ScenePrograms.h"
+
+#include <osg/BoundingBox>
+#include <osg/Geometry>
+#include <osg/Material>
+#include <osg/NodeVisitor>
+
+#include <vector>
+
+namespace zorOSG {
+
+/**
+ * Walks the decorated scene once a frame. It collects the boxes of what casts shadows, for the shadow map,
+ * and tells the scene's shader by defines what built-in uniforms leave out: whether light is on, whether
+ * there are a texture, vertex colours and normals, and whether shadows fall.
+ */
+class SceneSurvey : public osg::NodeVisitor {
+public:
+  SceneSurvey();
+
+  /** Forgets what was collected. */
+  void begin();
+
+  /** \param shadowed - false for a part of the scene that neither casts nor receives shadows */
+  void setShadowed(bool shadowed) { m_inherited.casts = shadowed; }
+
+  /** Boxes of all that casts shadows, in the coordinates of the node where the walk began. */
+  std::vector<osg::BoundingBoxd> const& casters() const { return m_casters; }
+
+  /** Box of the whole scene. */
+  osg::BoundingBoxd const& scene() const { return m_scene; }
+
+  void apply(osg::Node& node) override;
+  void apply(osg::Transform& transform) override;
+  void apply(osg::Drawable& drawable) override;
+  void apply(osg::Geometry& geometry) override;
+
+private:
+  /** What nodes further up say about those below. */
+  struct Inherited {
+    osg::Material const* material = nullptr;
+    bool materialOverrides = false;
+    bool casts = true;
+  };
+
+  void enter(osg::Node& node);
+  void collect(osg::Drawable const& drawable);
+
+  Inherited m_inherited;
+  std::vector<osg::Matrixd> m_matrices;
+  std::vector<osg::BoundingBoxd> m_casters;
+  osg::BoundingBoxd m_scene;
+};
+
+} // namespace zorOSG

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <osg/BoundingBox>
+#include <osg/Matrixd>
+#include <osg/Vec4d>
+
+#include <vector>
+
+namespace zorOSG {
+
+/** The part of the scene that a shadow map covers, seen from the light. */
+struct ShadowFit {
+  osg::Matrixd view;       ///< scene to light
+  osg::Matrixd projection; ///< light to the map's clip coordinates
+  double texel = 0.0;      ///< size of a texel, at a distance of w = 1 from the light (m)
+  bool empty = true;       ///< nothing that casts shadows can be seen
+};
+
+/** What a shadow map has to cover. All in the coordinates of the decorator. */
+struct ShadowTask {
+  osg::Vec4d light;                              ///< homogeneous position of the light
+  osg::Vec3d axis;                               ///< unit vector in which a point light mainly shines
+  std::vector<osg::BoundingBoxd> const& casters; ///< boxes of what casts shadows
+  osg::BoundingBoxd scene;                       ///< box of everything that is drawn
+  osg::Matrixd view;                             ///< scene to eye of the view that shows the shadows
+  osg::Matrixd projection;                       ///< that view's projection
+  int mapSize = 0;                               ///< texels along a side of the map
+};
+
+/**
+ * Fits a shadow map: it covers what both casts shadows and can have one in the view, so that its texels are
+ * not spent elsewhere. Its edges move in whole texels and its size in steps, so that the edges of shadows do
+ * not crawl when camera or bodies move.
+ */
+ShadowFit fitShadow(ShadowTask const& task);
+
+} // namespace zorOSG
