@@ -18,7 +18,8 @@ public:
    */
   explicit Material(zor::String const& name = "", zor::Real density = 1000.0, zor::Real friction = 0.5);
 
-  /** \param density - density (kg/m3), positive; the mass of bodies made of it follows */
+  /** \param density - density (kg/m3), positive; bodies take it over with
+   * zor::RigidBody::updateMassProperties */
   void setDensity(zor::Real density);
   /** \return density (kg/m3) */
   zor::Real getDensity() const { return m_density; }
@@ -38,18 +39,14 @@ public:
   /** \return stiffness (Pa) */
   zor::Real getYoungsModulus() const { return m_youngsModulus; }
 
-  /** \return a number that grows with every change, so that users can tell whether to read again */
-  zor::UInt getRevision() const { return m_revision; }
-
 protected:
   ~Material() override = default;
 
 private:
-  zor::Real m_density;
-  zor::Real m_friction;
+  zor::Real m_density = 1000.0;
+  zor::Real m_friction = 0.5;
   zor::Real m_restitution = 0.0;
   zor::Real m_youngsModulus = 4.0e8;
-  zor::UInt m_revision = 0;
 };
 
 } // namespace zor

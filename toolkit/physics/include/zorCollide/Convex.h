@@ -2,6 +2,12 @@
 
 #include <zorCollide/Shape.h>
 
+#ifndef SWIG
+namespace zorBullet {
+struct Hull;
+} // namespace zorBullet
+#endif
+
 namespace zorCollide {
 
 /** A convex polyhedron. */
@@ -31,6 +37,8 @@ protected:
   ~Convex() override;
 
 private:
+  explicit Convex(zorBullet::Hull const& hull);
+
   zor::Vec3Vector m_vertices;
   zor::UInt32Vector m_indices;
 };

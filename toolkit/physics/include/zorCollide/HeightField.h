@@ -4,12 +4,18 @@
 
 #include <zorCollide/Shape.h>
 
+#ifndef SWIG
+namespace zorBullet {
+struct HeightGrid;
+} // namespace zorBullet
+#endif
+
 namespace zorCollide {
 
 /**
  * A landscape of heights along z over a grid in the x-y plane, centred at the origin: sample (0, 0) lies at
  * (-sizeX/2, -sizeY/2). Each grid cell is two triangles, split along the diagonal from its corner of lowest
- * indices to that of highest. Solid below; a body that holds one must not be dynamic.
+ * indices to that of highest. A surface without thickness; a body that holds one must not be dynamic.
  */
 class HeightField : public Shape {
 public:
@@ -29,9 +35,9 @@ public:
   /** \return number of samples along y */
   zor::UInt getResolutionY() const;
   /** \return size along x (m) */
-  zor::Real getSizeX() const { return m_sizeX; }
+  zor::Real getSizeX() const;
   /** \return size along y (m) */
-  zor::Real getSizeY() const { return m_sizeY; }
+  zor::Real getSizeY() const;
 
   /** \param heights - all heights (m), x running fastest; a wrong count or value throws std::invalid_argument
    */
@@ -62,13 +68,9 @@ protected:
   ~HeightField() override;
 
 private:
-  struct Grid;
+  explicit HeightField(std::shared_ptr<zorBullet::HeightGrid> grid);
 
-  std::unique_ptr<zorBullet::ShapeImpl> makeImpl() const;
-
-  std::shared_ptr<Grid> m_grid;
-  zor::Real m_sizeX;
-  zor::Real m_sizeY;
+  std::shared_ptr<zorBullet::HeightGrid> m_grid; // shared with the engine's shapes
 };
 
 } // namespace zorCollide

@@ -35,7 +35,8 @@ public:
   /** \return the concrete class as a word, for messages */
   char const* getTypeName() const;
 
-  /** \return volume (m3); 0 for a plane, a height field and a triangle mesh that is not closed */
+  /** \return volume (m3); that of the convex hull for a triangle mesh that is not closed, 0 for a plane and a
+   * height field */
   zor::Real getVolume() const;
 
   /**

@@ -1,6 +1,14 @@
 #pragma once
 
+#include <memory>
+
 #include <zorCollide/Shape.h>
+
+#ifndef SWIG
+namespace zorBullet {
+struct MeshData;
+} // namespace zorBullet
+#endif
 
 namespace zorCollide {
 
@@ -23,11 +31,11 @@ public:
   Trimesh(zor::Vec3Vector const& vertices, zor::UInt32Vector const& indices, zor::String const& name = "");
 
   /** \return the vertices (m) */
-  zor::Vec3Vector const& getVertices() const { return m_vertices; }
+  zor::Vec3Vector const& getVertices() const;
   /** \return three vertex indices a triangle */
-  zor::UInt32Vector const& getIndices() const { return m_indices; }
+  zor::UInt32Vector const& getIndices() const;
   /** \return number of triangles */
-  zor::UInt getNumTriangles() const { return m_indices.size() / 3; }
+  zor::UInt getNumTriangles() const { return getIndices().size() / 3; }
 
   /** \return true if every edge belongs to exactly two triangles of opposite sense */
   bool isClosed() const;
@@ -44,8 +52,9 @@ protected:
   ~Trimesh() override;
 
 private:
-  zor::Vec3Vector m_vertices;
-  zor::UInt32Vector m_indices;
+  Trimesh(std::shared_ptr<zorBullet::MeshData> data, zor::String const& name);
+
+  std::shared_ptr<zorBullet::MeshData> m_data; // shared with the engine's shapes
   zor::UInt m_numConvexParts = 1;
 };
 

@@ -8,9 +8,9 @@
 
 #include <zor/Frame.h>
 #include <zor/Material.h>
-#include <zor/observer_ptr.h>
 #include <zor/ref_ptr.h>
 #include <zorCollide/Geometry.h>
+#include <zorCollide/RayHit.h>
 
 #include "bullet/MassData.h"
 #include "bullet/Ray.h"
@@ -19,6 +19,7 @@
 
 namespace zorBullet {
 
+class GeometryFrame;
 class SpaceImpl;
 
 /** The body that carries geometries, as a geometry sees it. */
@@ -26,11 +27,11 @@ class GeometryOwner {
 public:
   virtual zor::RigidBody* getBody() = 0;
 
-  /** \return true if the geometry has to be built from moving (volume) shapes */
+  /** \return true if the geometry has to be built from shapes with a volume */
   virtual bool isDynamic() const = 0;
 
-  /** A geometry's shapes, local transform, material density, sensor or enable setting changed: the compound
-   * and the mass have to be built again. */
+  /** A geometry's shapes, local transform, material, sensor or enable setting changed: the compound and the
+   * mass have to be built again. */
   virtual void onGeometryChanged(GeometryImpl& geometry) = 0;
 
 protected:
@@ -56,14 +57,15 @@ public:
   // --- for bodies
 
   /**
-   * Makes the geometry part of a body; it leaves its own collision object.
+   * Makes the geometry part of a body; it gives up its own collision object, unless it is a sensor. Does not
+   * call the body back.
    * \param owner - the body
    * \param bodyFrame - becomes the parent of the geometry's frame
    * \param local - frame of the geometry in the body's
    */
   void attach(GeometryOwner& owner, zor::Frame* bodyFrame, zor::AffineMatrix4x4 const& local);
 
-  /** Undoes attach. The geometry stays where it is in the world. */
+  /** Undoes attach, without calling the body back. The geometry stays where it is in the world. */
   void detach();
 
   GeometryOwner* owner() const { return m_owner; }
@@ -71,63 +73,97 @@ public:
   /** \return true if the geometry's leaves belong into the body's compound (enabled, no sensor) */
   bool isSolid() const { return enabled && !sensor; }
 
+  /** \return false if a shape cannot be part of a dynamic body (planes and height fields) */
+  bool canMove() const;
+
   /** Engine shapes, built on first use and kept until the shapes change. Bodies hold the set with the
-   * compound. */
+   * compound. \param moving - for dynamic bodies; throws std::invalid_argument if `canMove` is false */
   std::shared_ptr<LeafSet const> leaves(bool moving);
 
   /** Frame of the geometry in the body's (or the world). */
   btTransform localTransform() const;
 
-  /** Mass from volume and the material's density, in the geometry's frame. Zero for sensors. */
+  /** Mass from volume and the material's density, in the geometry's frame. Zero unless solid. */
   MassData massData() const;
 
   // --- for spaces
 
   btTransform worldTransform() const;
   bool castRay(Ray const& ray, Hit& hit) const; // world frame
+  /** Adds the nearest hit on each shape. */
+  void castRayOnEach(Ray const& ray, double maxDistance, zorCollide::RayHitVector& hits) const;
   void bounds(btTransform const& frame, btVector3& lower, btVector3& upper) const;
 
   void enterSpace(SpaceImpl& space);
-  void leaveSpace();
+  void leaveSpace(); // raises nothing
   SpaceImpl* space() const { return m_space; }
   /** Takes the pose of the frame over into the geometry's own collision object, if it has one. */
   void moveObject();
-  bool hasObject() const { return m_object != nullptr; }
+  /** True for a sensor on a body, whose own collision object has to follow. */
+  bool followsBody() const { return m_object && m_owner; }
 
   // --- for the geometry
 
-  void addShape(zorCollide::Shape& shape, zor::AffineMatrix4x4 const& local);
+  void addShape(zorCollide::Shape& shape, btTransform const& local);
   bool removeShape(zorCollide::Shape& shape);
+  void setMaterial(zor::Material* newMaterial);
+  void setEnablePair(GeometryImpl& other, bool enable);
   void shapesChanged();
   void filterChanged(); // who may meet whom
-  void statusChanged(); // sensor, enable, material: body or own object are built again
-  void poseChanged();   // local transform
+  void statusChanged(); // sensor, enable: body or own object are built again
+  void poseChanged();   // the frame was moved in its parent
   void onShapeChanged() override { shapesChanged(); }
 
   std::vector<btTransform> locals; // one a shape
   zor::ref_ptr<zor::Frame> frame;
-  zor::ref_ptr<zor::Material> material;
+  zor::ref_ptr<zor::Material> material; // never null
   bool sensor = false;
   bool enabled = true;
   bool collisions = true;
-  zor::UInt32Vector groups;
-  std::set<GeometryImpl const*> disabled; // kept on both sides
+  zor::UInt32Vector groups;         // ascending
+  std::set<GeometryImpl*> disabled; // kept on both sides
   zorCollide::Geometry::ShapeChangeEvent shapeChange;
   zorCollide::Geometry::RemovalEvent removal;
 
 private:
+  void checkMovable() const;
+  void removeLast();
   void makeObject();
   void dropObject();
-  void rebuildObject();
+  void rebuild();
+  btCollisionShape* makeObjectShape();
+  void raiseRemovalAtEnd() noexcept;
 
   zorCollide::Geometry& m_geometry;
   GeometryOwner* m_owner = nullptr;
   SpaceImpl* m_space = nullptr;
+  zor::ref_ptr<GeometryFrame> m_frame;        // the same as frame
   std::shared_ptr<LeafSet const> m_leaves[2]; // fixed, moving
-  std::unique_ptr<btCollisionShape> m_compound;
-  std::shared_ptr<LeafSet const> m_objectLeaves;
-  std::unique_ptr<btCollisionObject> m_object;
+  // Own collision object: last in, first out.
   WorldObject m_worldObject;
+  std::shared_ptr<LeafSet const> m_objectLeaves;
+  std::unique_ptr<btCollisionShape> m_compound;
+  btTransform m_objectOffset; // of the object in the geometry
+  std::unique_ptr<btCollisionObject> m_object;
+};
+
+/** Tells the geometry when someone moves its frame. */
+class GeometryFrame final : public zor::Frame {
+public:
+  explicit GeometryFrame(GeometryImpl& geometry) : m_geometry(&geometry) {}
+
+  /** The geometry is gone, or does not want to know. */
+  void setListener(GeometryImpl* geometry) { m_geometry = geometry; }
+
+protected:
+  ~GeometryFrame() override = default;
+  void changed() override {
+    if (m_geometry)
+      m_geometry->poseChanged();
+  }
+
+private:
+  GeometryImpl* m_geometry;
 };
 
 } // namespace zorBullet

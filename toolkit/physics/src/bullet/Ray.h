@@ -5,8 +5,10 @@
 #include <LinearMath/btVector3.h>
 
 namespace zorCollide {
+class Geometry;
+class RayHit;
 class Shape;
-}
+} // namespace zorCollide
 
 namespace zorBullet {
 
@@ -24,5 +26,8 @@ struct Hit {
   long triangle = -1;
   zorCollide::Shape const* shape = nullptr; // set where a compound holds the shape that was met
 };
+
+/** The hit as the toolkit's value. */
+zorCollide::RayHit makeRayHit(zorCollide::Geometry& geometry, Ray const& ray, Hit const& hit);
 
 } // namespace zorBullet

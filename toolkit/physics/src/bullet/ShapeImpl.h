@@ -25,9 +25,9 @@ protected:
 
 /** One engine shape without children, and where it stands in the geometry. */
 struct Leaf {
+  std::shared_ptr<void const> data;        // what the engine shape reads, where it does not copy
   std::unique_ptr<btCollisionShape> shape; // user pointer: the GeometryImpl it was built for
   btTransform local;                       // frame of the engine shape in the geometry's
-  zorCollide::Shape const* source = nullptr;
 };
 
 /** All engine shapes of a geometry. Whoever puts them into a compound holds the set as long as the compound.
@@ -41,13 +41,11 @@ public:
 
   /**
    * Adds the engine shapes.
-   * \param source - the shape that this belongs to
    * \param local - frame of the shape in the geometry's
    * \param moving - for a dynamic body, which cannot use surfaces
    * \param leaves - gets the engine shapes
    */
-  virtual void build(zorCollide::Shape const& source, btTransform const& local, bool moving,
-                     LeafSet& leaves) const = 0;
+  virtual void build(btTransform const& local, bool moving, LeafSet& leaves) const = 0;
 
   /** Keeps the nearest hit; ray and hit are in the shape's frame. \return true if the hit was replaced */
   virtual bool castRay(Ray const& ray, Hit& hit) const = 0;

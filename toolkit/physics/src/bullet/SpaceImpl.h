@@ -13,6 +13,7 @@
 #include <zor/ContactMaterial.h>
 #include <zorCollide/Space.h>
 
+#include "bullet/DynamicsWorld.h"
 #include "bullet/GeometryImpl.h"
 #include "bullet/WorldObject.h"
 
@@ -24,21 +25,11 @@ struct GeometryPair {
   GeometryImpl* second = nullptr; // of the manifold's second object
 };
 
-/** The dynamics world, which tells when contacts are found but not yet solved. */
-class DynamicsWorld final : public btDiscreteDynamicsWorld {
-public:
-  using btDiscreteDynamicsWorld::btDiscreteDynamicsWorld;
-  std::function<void()> contactsReady;
-
-protected:
-  void solveConstraints(btContactSolverInfo& info) override;
-};
-
 /**
  * The engine's side of a space: owns the one dynamics world.
  *
  * Bodies are added straight to `world()`, with a WorldObject attached to each; their geometries are added to
- * the space as well (zorCollide::Space::add), which makes rays, sensors, pair settings and contacts work.
+ * the space as well (zorCollide::Space::add), which makes sensors, pair settings and contacts work.
  */
 class SpaceImpl {
 public:
@@ -51,41 +42,23 @@ public:
   DynamicsWorld& world() { return *m_world; }
   DynamicsWorld const& world() const { return *m_world; }
 
-  /** Brings sensors to where their bodies are; call before each step. */
+  // --- for the simulation
+
+  /** Call before each step: brings sensors to where their bodies are and applies changed pair settings. From
+   * the first call on, geometries that stand still do not meet each other. */
   void beforeStep();
 
   /** Says how long the last step was, from which forces follow (impulse / time); 0 gives no forces. */
   void setLastTimeStep(double dt) { m_lastTimeStep = dt; }
   double getLastTimeStep() const { return m_lastTimeStep; }
 
-  /** Called in each step between finding and solving contacts. */
-  void setContactsReady(std::function<void()> callback) { m_world->contactsReady = std::move(callback); }
-
-  /** Forgets the contacts and cached algorithms of an object, after its shape or filters changed. */
-  void cleanContacts(btCollisionObject& object);
-
-  void addGeometry(GeometryImpl& geometry);
-  void removeGeometry(GeometryImpl& geometry);
-  void forgetGeometry(GeometryImpl& geometry); // pairs that name it
-
-  bool canCollide(GeometryImpl const& a, GeometryImpl const& b) const;
-  /** False only if no geometry of one can meet any of the other. */
-  bool canCollide(WorldObject const& a, WorldObject const& b) const;
-  void filtersChanged();
-
-  void addContactMaterial(zor::ContactMaterial& contactMaterial);
-  bool removeContactMaterial(zor::ContactMaterial& contactMaterial);
-  zor::ContactMaterial* findContactMaterial(zor::Material const* a, zor::Material const* b) const;
-
-  void setEnablePair(zor::UInt32 a, zor::UInt32 b, bool enable);
-  bool getEnablePair(zor::UInt32 a, zor::UInt32 b) const;
-
   /** The pair of a contact point, or null. */
   static GeometryPair const* pairOf(btManifoldPoint const& point) {
     return static_cast<GeometryPair const*>(point.m_userPersistentData);
   }
-  /** Used by the contact callback. */
-  GeometryPair& internPair(GeometryImpl& first, GeometryImpl& second);
+
+  /** False for points that the engine only keeps because the surfaces are near. */
+  static bool isTouching(btManifoldPoint const& point);
 
   /** The contact point as the toolkit's value; swapped turns it to the view of the second geometry. */
   zorCollide::ContactPoint makePoint(btManifoldPoint const& point, bool swapped) const;
@@ -97,32 +70,62 @@ public:
   zorCollide::LocalGeometryContactVector
   collectContacts(std::function<int(GeometryPair const&)> const& accept) const;
 
-  /** Nearest hit of a ray with unit direction; null for a miss. */
+  // --- for geometries
+
+  void addObject(btCollisionObject& object, GeometryImpl& geometry);
+  void removeObject(btCollisionObject& object, GeometryImpl& geometry);
+  void objectMoved(btCollisionObject& object);
+  void forgetGeometry(GeometryImpl& geometry); // pairs that name it
+  void filtersChanged() { m_filtersChanged = true; }
+
+  // --- for the space
+
+  void update();
+  bool canCollide(GeometryImpl const& a, GeometryImpl const& b) const;
+  void addContactMaterial(zor::ContactMaterial& contactMaterial);
+  bool removeContactMaterial(zor::ContactMaterial& contactMaterial);
+  zor::ContactMaterial* findContactMaterial(zor::Material const* a, zor::Material const* b) const;
+  void setEnablePair(zor::UInt32 a, zor::UInt32 b, bool enable);
+  bool getEnablePair(zor::UInt32 a, zor::UInt32 b) const;
+
+  /** Nearest hit of a ray with unit direction and hit.distance long; null for a miss. */
   GeometryImpl* castRay(Ray const& ray, bool includeSensors, Hit& hit) const;
   void castRayAll(Ray const& ray, double maxDistance, bool includeSensors,
                   zorCollide::RayHitVector& hits) const;
 
+  // --- for the engine's call-backs
+
+  /** False only if no geometry of one can meet any of the other. */
+  bool canCollide(btCollisionObject const& a, btCollisionObject const& b) const;
+  bool fixedObjectsMeet() const { return m_fixedObjectsMeet; }
+  void setUpContact(btManifoldPoint& point, GeometryImpl& first, GeometryImpl& second);
+
 private:
+  typedef std::pair<void const*, void const*> PairKey;
   struct PairHash {
-    size_t operator()(std::pair<void const*, void const*> const& key) const noexcept;
+    size_t operator()(PairKey const& key) const noexcept;
   };
-  class OverlapFilter;
-  class Dispatcher;
+
+  GeometryPair& internPair(GeometryImpl& first, GeometryImpl& second);
+  void applyFilters();
+  void moveFollowers();
 
   zorCollide::Space& m_space;
-  std::unique_ptr<btDefaultCollisionConfiguration> m_configuration;
+  std::unique_ptr<btCollisionConfiguration> m_configuration;
   std::unique_ptr<btCollisionDispatcher> m_dispatcher;
-  std::unique_ptr<btBroadphaseInterface> m_broadphase;
   std::unique_ptr<btOverlapFilterCallback> m_filter;
-  std::unique_ptr<btSequentialImpulseConstraintSolver> m_solver;
+  std::unique_ptr<btBroadphaseInterface> m_broadphase;
+  std::unique_ptr<btConstraintSolver> m_solver;
   std::unique_ptr<DynamicsWorld> m_world;
   double m_lastTimeStep = 0.0;
+  bool m_filtersChanged = false;
+  bool m_fixedObjectsMeet = true; // until the first step, as there is nothing else to ask for
 
-  std::unordered_map<std::pair<void const*, void const*>, std::unique_ptr<GeometryPair>, PairHash> m_pairs;
+  std::unordered_map<PairKey, std::unique_ptr<GeometryPair>, PairHash> m_pairs;
   std::map<std::pair<zor::Material const*, zor::Material const*>, zor::ref_ptr<zor::ContactMaterial>>
       m_contactMaterials;
   std::set<std::pair<zor::UInt32, zor::UInt32>> m_disabledGroups;
-  std::vector<GeometryImpl*> m_sensors; // those with an object that follows a body
+  std::vector<GeometryImpl*> m_withObject; // those with a collision object of their own
 };
 
 } // namespace zorBullet

@@ -1,0 +1,64 @@
+#include "bullet/ContactFilter.h"
+
+#include <mutex>
+#include <new>
+
+#include <BulletCollision/CollisionDispatch/btEmptyCollisionAlgorithm.h>
+#include <BulletCollision/CollisionDispatch/btManifoldResult.h>
+
+#include "bullet/GeometryImpl.h"
+#include "bullet/SpaceImpl.h"
+
+namespace zorBullet {
+namespace {
+
+bool contactAdded(btManifoldPoint& point, btCollisionObjectWrapper const* wrapper0, int, int,
+                  btCollisionObjectWrapper const* wrapper1, int, int) {
+  GeometryImpl* const first = geometryOf(*wrapper0);
+  GeometryImpl* const second = geometryOf(*wrapper1);
+  if (first && second && first->space())
+    first->space()->setUpContact(point, *first, *second);
+  return true;
+}
+
+} // namespace
+
+GeometryImpl* geometryOf(btCollisionObjectWrapper const& wrapper) {
+  for (btCollisionObjectWrapper const* at = &wrapper; at; at = at->m_parent)
+    if (void* const pointer = at->getCollisionShape()->getUserPointer())
+      return static_cast<GeometryImpl*>(pointer);
+  return nullptr;
+}
+
+bool OverlapFilter::needBroadphaseCollision(btBroadphaseProxy* proxy0, btBroadphaseProxy* proxy1) const {
+  auto const* object0 = static_cast<btCollisionObject const*>(proxy0->m_clientObject);
+  auto const* object1 = static_cast<btCollisionObject const*>(proxy1->m_clientObject);
+  return m_space.canCollide(*object0, *object1);
+}
+
+bool ContactDispatcher::needsCollision(btCollisionObject const* body0, btCollisionObject const* body1) {
+  if (!m_space.fixedObjectsMeet())
+    return btCollisionDispatcher::needsCollision(body0, body1);
+  return body0->checkCollideWith(body1) && body1->checkCollideWith(body0); // though nothing moves
+}
+
+btCollisionAlgorithm* ContactDispatcher::findAlgorithm(btCollisionObjectWrapper const* body0,
+                                                       btCollisionObjectWrapper const* body1,
+                                                       btPersistentManifold* sharedManifold,
+                                                       ebtDispatcherQueryType queryType) {
+  GeometryImpl const* const first = geometryOf(*body0);
+  GeometryImpl const* const second = geometryOf(*body1);
+  if (!first || !second || m_space.canCollide(*first, *second))
+    return btCollisionDispatcher::findAlgorithm(body0, body1, sharedManifold, queryType);
+  btCollisionAlgorithmConstructionInfo info;
+  info.m_dispatcher1 = this;
+  info.m_manifold = sharedManifold;
+  return new (allocateCollisionAlgorithm(sizeof(btEmptyAlgorithm))) btEmptyAlgorithm(info);
+}
+
+void installContactHook() {
+  static std::once_flag once;
+  std::call_once(once, [] { gContactAddedCallback = contactAdded; });
+}
+
+} // namespace zorBullet

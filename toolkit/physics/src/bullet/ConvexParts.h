@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "bullet/Hull.h"
+#include "bullet/MeshData.h"
+
+namespace zorBullet {
+
+/**
+ * Encloses a mesh in up to `count` hulls: cuts it again and again along the plane that saves most volume.
+ * Not exact: what is hollow stays filled where no cut opens it.
+ */
+std::vector<Hull> makeConvexParts(MeshData const& mesh, size_t count);
+
+} // namespace zorBullet

@@ -1,0 +1,305 @@
+#include "bullet/SpaceImpl.h"
+
+#include <algorithm>
+
+#include "bullet/ConstraintSolver.h"
+#include "bullet/ContactFilter.h"
+#include "bullet/Conversions.h"
+
+namespace zorBullet {
+namespace {
+
+// Points farther apart than this (m) are not reported as contacts.
+constexpr double touchDistance = 1e-3;
+// Longest ray (m); the engine's tree needs a number.
+constexpr double longestRay = 1e12;
+
+template <class T>
+std::pair<T, T> ordered(T a, T b) {
+  return std::less<T>()(b, a) ? std::pair<T, T>(b, a) : std::pair<T, T>(a, b);
+}
+
+bool isFixed(btCollisionObject const& object) {
+  return object.isStaticObject();
+}
+
+/** Hands over each object whose box the ray meets. */
+template <class Visit>
+class RayVisitor final : public btBroadphaseRayCallback {
+public:
+  RayVisitor(Ray const& ray, double length, Visit const& visit) : m_visit(visit) {
+    for (int axis = 0; axis < 3; ++axis) {
+      double const d = ray.direction[axis];
+      m_rayDirectionInverse[axis] = d == 0.0 ? BT_LARGE_FLOAT : 1.0 / d;
+      m_signs[axis] = m_rayDirectionInverse[axis] < 0.0;
+    }
+    m_lambda_max = length;
+  }
+
+  bool process(btBroadphaseProxy const* proxy) override {
+    auto const* object = static_cast<btCollisionObject const*>(proxy->m_clientObject);
+    if (WorldObject const* known = WorldObject::of(*object))
+      for (GeometryImpl* geometry : known->geometries)
+        m_visit(*geometry);
+    return true;
+  }
+
+private:
+  Visit const& m_visit;
+};
+
+template <class Visit>
+void visitAlong(btBroadphaseInterface& broadphase, Ray const& ray, double length, Visit const& visit) {
+  RayVisitor<Visit> visitor(ray, length, visit);
+  broadphase.rayTest(ray.origin, ray.origin + ray.direction * length, visitor);
+}
+
+} // namespace
+
+size_t SpaceImpl::PairHash::operator()(PairKey const& key) const noexcept {
+  std::hash<void const*> const hash;
+  return hash(key.first) * 31 + hash(key.second);
+}
+
+SpaceImpl::SpaceImpl(zorCollide::Space& space)
+    : m_space(space), m_configuration(std::make_unique<btDefaultCollisionConfiguration>()),
+      m_dispatcher(std::make_unique<ContactDispatcher>(*this, m_configuration.get())),
+      m_filter(std::make_unique<OverlapFilter>(*this)), m_broadphase(std::make_unique<btDbvtBroadphase>()),
+      m_solver(std::make_unique<ConstraintSolver>()),
+      m_world(std::make_unique<DynamicsWorld>(m_dispatcher.get(), m_broadphase.get(), m_solver.get(),
+                                              m_configuration.get())) {
+  installContactHook();
+  m_broadphase->getOverlappingPairCache()->setOverlapFilterCallback(m_filter.get());
+  // Friction along both directions of the surface, so that it opposes any sliding.
+  m_world->getSolverInfo().m_solverMode |= SOLVER_USE_2_FRICTION_DIRECTIONS;
+}
+
+SpaceImpl::~SpaceImpl() = default;
+
+// --- steps
+
+void SpaceImpl::moveFollowers() {
+  for (GeometryImpl* geometry : m_withObject)
+    if (geometry->followsBody())
+      geometry->moveObject();
+}
+
+void SpaceImpl::applyFilters() {
+  if (!m_filtersChanged)
+    return;
+  m_filtersChanged = false;
+  btCollisionObjectArray& objects = m_world->getCollisionObjectArray();
+  for (int i = 0; i < objects.size(); ++i)
+    m_world->refreshBroadphaseProxy(objects[i]);
+}
+
+void SpaceImpl::beforeStep() {
+  if (m_fixedObjectsMeet) {
+    m_fixedObjectsMeet = false;
+    m_filtersChanged = true;
+  }
+  applyFilters();
+  moveFollowers();
+}
+
+void SpaceImpl::update() {
+  applyFilters();
+  moveFollowers();
+  m_world->performDiscreteCollisionDetection();
+  m_lastTimeStep = 0.0;
+}
+
+// --- objects
+
+void SpaceImpl::addObject(btCollisionObject& object, GeometryImpl& geometry) {
+  m_withObject.push_back(&geometry);
+  m_world->addCollisionObject(&object, btBroadphaseProxy::DefaultFilter, btBroadphaseProxy::AllFilter);
+}
+
+void SpaceImpl::removeObject(btCollisionObject& object, GeometryImpl& geometry) {
+  m_withObject.erase(std::remove(m_withObject.begin(), m_withObject.end(), &geometry), m_withObject.end());
+  m_world->removeCollisionObject(&object);
+}
+
+void SpaceImpl::objectMoved(btCollisionObject& object) {
+  m_world->updateSingleAabb(&object);
+  if (!object.hasContactResponse())
+    return;
+  for (int i = 0; i < m_dispatcher->getNumManifolds(); ++i) { // what rested on it has to fall
+    btPersistentManifold const& manifold = *m_dispatcher->getManifoldByIndexInternal(i);
+    if (manifold.getBody0() == &object)
+      manifold.getBody1()->activate();
+    else if (manifold.getBody1() == &object)
+      manifold.getBody0()->activate();
+  }
+}
+
+void SpaceImpl::forgetGeometry(GeometryImpl& geometry) {
+  // Points that name the pairs go with the objects; those of a body are dropped here, as it may stay.
+  for (int i = 0; i < m_dispatcher->getNumManifolds(); ++i) {
+    btPersistentManifold& manifold = *m_dispatcher->getManifoldByIndexInternal(i);
+    for (int k = manifold.getNumContacts() - 1; k >= 0; --k) {
+      GeometryPair const* const pair = pairOf(manifold.getContactPoint(k));
+      if (pair && (pair->first == &geometry || pair->second == &geometry))
+        manifold.removeContactPoint(k);
+    }
+  }
+  std::erase_if(m_pairs, [&geometry](auto const& entry) {
+    return entry.second->first == &geometry || entry.second->second == &geometry;
+  });
+}
+
+// --- who meets whom
+
+bool SpaceImpl::canCollide(btCollisionObject const& a, btCollisionObject const& b) const {
+  WorldObject const* const first = WorldObject::of(a);
+  WorldObject const* const second = WorldObject::of(b);
+  if (!first || !second)
+    return true;
+  if (first->body && first->body == second->body)
+    return false;
+  if (isFixed(a) && isFixed(b) && !m_fixedObjectsMeet)
+    return false;
+  for (GeometryImpl const* one : first->geometries)
+    for (GeometryImpl const* other : second->geometries)
+      if (canCollide(*one, *other))
+        return true;
+  return false;
+}
+
+bool SpaceImpl::canCollide(GeometryImpl const& a, GeometryImpl const& b) const {
+  if (&a == &b || !a.enabled || !b.enabled || !a.collisions || !b.collisions || (a.sensor && b.sensor))
+    return false;
+  if (a.owner() && a.owner() == b.owner())
+    return false;
+  if (a.disabled.contains(const_cast<GeometryImpl*>(&b)))
+    return false;
+  if (!m_disabledGroups.empty())
+    for (zor::UInt32 const group : a.groups)
+      for (zor::UInt32 const other : b.groups)
+        if (m_disabledGroups.contains(ordered(group, other)))
+          return false;
+  return true;
+}
+
+void SpaceImpl::setEnablePair(zor::UInt32 a, zor::UInt32 b, bool enable) {
+  bool const changed =
+      enable ? m_disabledGroups.erase(ordered(a, b)) > 0 : m_disabledGroups.insert(ordered(a, b)).second;
+  m_filtersChanged = m_filtersChanged || changed;
+}
+
+bool SpaceImpl::getEnablePair(zor::UInt32 a, zor::UInt32 b) const {
+  return !m_disabledGroups.contains(ordered(a, b));
+}
+
+// --- materials
+
+void SpaceImpl::addContactMaterial(zor::ContactMaterial& contactMaterial) {
+  zor::Material const* const a = contactMaterial.getMaterial1();
+  zor::Material const* const b = contactMaterial.getMaterial2();
+  m_contactMaterials[ordered(a, b)] = &contactMaterial;
+}
+
+bool SpaceImpl::removeContactMaterial(zor::ContactMaterial& contactMaterial) {
+  zor::Material const* const a = contactMaterial.getMaterial1();
+  zor::Material const* const b = contactMaterial.getMaterial2();
+  auto const it = m_contactMaterials.find(ordered(a, b));
+  if (it == m_contactMaterials.end() || it->second.get() != &contactMaterial)
+    return false;
+  m_contactMaterials.erase(it);
+  return true;
+}
+
+zor::ContactMaterial* SpaceImpl::findContactMaterial(zor::Material const* a, zor::Material const* b) const {
+  if (m_contactMaterials.empty())
+    return nullptr;
+  auto const it = m_contactMaterials.find(ordered(a, b));
+  return it == m_contactMaterials.end() ? nullptr : it->second.get();
+}
+
+// --- contacts
+
+GeometryPair& SpaceImpl::internPair(GeometryImpl& first, GeometryImpl& second) {
+  std::unique_ptr<GeometryPair>& pair = m_pairs[PairKey(&first, &second)];
+  if (!pair)
+    pair = std::make_unique<GeometryPair>(GeometryPair{&first, &second});
+  return *pair;
+}
+
+void SpaceImpl::setUpContact(btManifoldPoint& point, GeometryImpl& first, GeometryImpl& second) {
+  point.m_userPersistentData = &internPair(first, second);
+  zor::Material const &a = *first.material, &b = *second.material;
+  if (zor::ContactMaterial const* const known = findContactMaterial(&a, &b)) {
+    point.m_combinedFriction = known->getFriction();
+    point.m_combinedRestitution = known->getRestitution();
+  } else {
+    point.m_combinedFriction = zor::ContactMaterial::combineFriction(a, b);
+    point.m_combinedRestitution = zor::ContactMaterial::combineRestitution(a, b);
+  }
+}
+
+bool SpaceImpl::isTouching(btManifoldPoint const& point) {
+  return point.getDistance() <= touchDistance || point.m_appliedImpulse > 0.0;
+}
+
+zorCollide::ContactPoint SpaceImpl::makePoint(btManifoldPoint const& point, bool swapped) const {
+  double const side = swapped ? -1.0 : 1.0;
+  btVector3 const middle = (point.m_positionWorldOnA + point.m_positionWorldOnB) * 0.5;
+  zorCollide::ContactPoint result(fromBt(middle), fromBt(point.m_normalWorldOnB * side),
+                                  -point.getDistance());
+  if (m_lastTimeStep > 0.0) {
+    btVector3 const friction = point.m_lateralFrictionDir1 * point.m_appliedImpulseLateral1 +
+                               point.m_lateralFrictionDir2 * point.m_appliedImpulseLateral2;
+    result.setNormalForceMagnitude(point.m_appliedImpulse / m_lastTimeStep);
+    result.setTangentialForce(fromBt(friction * (side / m_lastTimeStep)));
+  }
+  return result;
+}
+
+zorCollide::LocalGeometryContactVector
+SpaceImpl::collectContacts(std::function<int(GeometryPair const&)> const& accept) const {
+  zorCollide::LocalGeometryContactVector contacts;
+  std::unordered_map<PairKey, size_t, PairHash> places;
+  for (int i = 0; i < m_dispatcher->getNumManifolds(); ++i) {
+    btPersistentManifold const& manifold = *m_dispatcher->getManifoldByIndexInternal(i);
+    for (int k = 0; k < manifold.getNumContacts(); ++k) {
+      btManifoldPoint const& point = manifold.getContactPoint(k);
+      GeometryPair const* const pair = pairOf(point);
+      int const order = pair && isTouching(point) ? accept(*pair) : 0;
+      if (order == 0)
+        continue;
+      // The engine may hold a pair in both orders; the first one found stands for both.
+      auto const found = places.try_emplace(ordered<void const*>(pair->first, pair->second), contacts.size());
+      if (found.second)
+        contacts.push_back(
+            order > 0 ? zorCollide::GeometryContact(&pair->first->geometry(), &pair->second->geometry())
+                      : zorCollide::GeometryContact(&pair->second->geometry(), &pair->first->geometry()));
+      zorCollide::GeometryContact& contact = contacts[found.first->second];
+      contact.addPoint(makePoint(point, contact.getGeometry1() != &pair->first->geometry()));
+    }
+  }
+  return contacts;
+}
+
+// --- rays
+
+GeometryImpl* SpaceImpl::castRay(Ray const& ray, bool includeSensors, Hit& hit) const {
+  GeometryImpl* nearest = nullptr;
+  visitAlong(*m_broadphase, ray, std::min(hit.distance, longestRay), [&](GeometryImpl& geometry) {
+    if (geometry.enabled && (includeSensors || !geometry.sensor) && geometry.castRay(ray, hit))
+      nearest = &geometry;
+  });
+  return nearest;
+}
+
+void SpaceImpl::castRayAll(Ray const& ray, double maxDistance, bool includeSensors,
+                           zorCollide::RayHitVector& hits) const {
+  visitAlong(*m_broadphase, ray, std::min(maxDistance, longestRay), [&](GeometryImpl& geometry) {
+    if (geometry.enabled && (includeSensors || !geometry.sensor))
+      geometry.castRayOnEach(ray, maxDistance, hits);
+  });
+  std::sort(hits.begin(), hits.end(),
+            [](auto const& a, auto const& b) { return a.getDistance() < b.getDistance(); });
+}
+
+} // namespace zorBullet

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "bullet/ConvexImpl.h"
+
+namespace zorBullet {
+
+class SphereImpl final : public ConvexImpl {
+public:
+  explicit SphereImpl(double radius);
+
+  void build(btTransform const& local, bool moving, LeafSet& leaves) const override;
+  bool castRay(Ray const& ray, Hit& hit) const override;
+  MassData massData() const override;
+  btVector3 support(btVector3 const& direction) const override;
+
+private:
+  double m_radius;
+};
+
+} // namespace zorBullet
