@@ -61,8 +61,11 @@ def _total_memory():
 
 def _choose(report):
     """The toolchain that a run would use, or None when it is not there yet."""
-    lacking = host.missing()
     asked = toolchain.choice()
+    if privateroot.inside():
+        report.line("toolchain", f"this shell's private root, {privateroot.inside()}")
+        return toolchain.Toolchain(None, layout.cache_folder())
+    lacking = host.missing()
     if not lacking and asked != "root":
         report.line("toolchain", "this machine's own")
         return toolchain.Toolchain(None, layout.cache_folder())

@@ -39,6 +39,13 @@ def swig_version():
     return found.group(1) if found else ""
 
 
+def identity():
+    """Changes when objects built before by this machine's tools cannot be used any more."""
+    parts = [_output(command).strip() for command in (["g++", "-dumpfullversion"], ["python3", "--version"])]
+    parts += [_output(["pkg-config", "--modversion", library]).strip() for library in ("openscenegraph-osg", "bullet-float64")]
+    return " ".join(["host", *parts])
+
+
 def missing(first_only=False):
     """What this machine lacks, in words; with `first_only` the search ends at the first thing."""
     return list(_missing()) if not first_only else list(_take_first(_missing()))

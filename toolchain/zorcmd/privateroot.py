@@ -11,6 +11,8 @@ from zorcmd import layout, lock, mirror, packages, sandbox
 from zorcmd.errors import ZorError
 from zorcmd.progress import Step, note
 
+# What a root knows of itself, seen from inside.
+OWN_FOLDER = Path("/usr/local/share/zor")
 NEEDED_BYTES = 4 * 1024**3
 _NO_MIRROR = (
     "check the network, or name a Debian mirror that holds this release: ZOR_DEBIAN_MIRROR=http://HOST/debian ./zor ...\n"
@@ -27,6 +29,14 @@ def ready(cache=None):
     """The complete root, or None."""
     root = folder(cache) / "root"
     return root if root.is_dir() else None
+
+
+def inside(own=OWN_FOLDER):
+    """Name of the private root that this process already runs in; "" outside of one."""
+    try:
+        return (own / "name").read_text()
+    except OSError:
+        return ""
 
 
 def others(cache=None):
@@ -70,9 +80,9 @@ class _Maker:
         self._check_disk()
         self.mirror, origin = mirror.choose()
         self.settings = mirror.apt_settings()
-        note(f"setting up the toolchain once, in {self.final} (about 2.5 GB; mirror: {origin})")
         install_tools()
         self._check_sandbox()
+        note(f"setting up the toolchain once, in {self.final} (about 2.5 GB; mirror: {origin})")
         self.archives.mkdir(parents=True, exist_ok=True)
         self.partial.mkdir(parents=True, exist_ok=True)
         if not self._marked("base"):
@@ -129,25 +139,27 @@ class _Maker:
 
     def _packages(self):
         """Download and installation; both go on where an interrupted run stopped."""
-        cache = self.root / "opt/zor"
-        cache.mkdir(parents=True, exist_ok=True)
+        own = self.root / OWN_FOLDER.relative_to("/")
+        own.mkdir(parents=True, exist_ok=True)
         for source in (layout.PACKAGES, layout.INSTALLER):
-            shutil.copy2(source, cache / source.name)
-        self._inside("Packages: download", ["/opt/zor/install-packages", "--download-only"], _NO_MIRROR)
+            shutil.copy2(source, own / source.name)
+        (own / "name").write_text(self.final.name)
+        install = OWN_FOLDER / layout.INSTALLER.name
+        self._inside("Packages: download", [install, "--download-only"], _NO_MIRROR)
         again = "run the same command again; if it fails in the same way, remove " + str(self.partial)
-        self._inside("Packages: installation", ["/opt/zor/install-packages"], again)
+        self._inside("Packages: installation", [install], again)
 
     def _inside(self, title, argv, hint):
         """Runs a command in the root while it is still writable."""
-        words = ["bwrap", "--bind", self.root, "/", "--dev-bind", "/dev", "/dev", "--proc", "/proc", "--tmpfs", "/run"]
+        words = [sandbox.program(), "--bind", self.root, "/", "--dev-bind", "/dev", "/dev", "--proc", "/proc", "--tmpfs", "/run"]
         words += ["--bind", self.archives, "/var/cache/apt/archives"]
         if os.path.exists("/etc/resolv.conf"):
             words += ["--ro-bind", os.path.realpath("/etc/resolv.conf"), "/etc/resolv.conf"]
         options = []
         bundle = "/etc/ssl/certs/ca-certificates.crt"
         if self.mirror and self.mirror.startswith("https:") and os.path.exists(bundle):
-            words += ["--ro-bind", bundle, "/opt/ca.crt"]
-            options += ["-o", "Acquire::https::CAInfo=/opt/ca.crt"]
+            words += ["--ro-bind", bundle, "/run/ca.crt"]
+            options += ["-o", "Acquire::https::CAInfo=/run/ca.crt"]
         if self.mirror and self.mirror.startswith("file:"):
             place = "/" + self.mirror[len("file:") :].lstrip("/")
             words += ["--ro-bind", place, place]

@@ -34,12 +34,12 @@ class Step:
     A step that ends well within `silent` seconds shows nothing.
     """
 
-    def __init__(self, title, log, stream=sys.stderr, silent=0.0):
+    def __init__(self, title, log, stream=None, silent=0.0):
         self.title = title
         self._silent = silent
         self.log = log
-        self._stream = stream
-        self._live = stream.isatty()
+        self._stream = stream or sys.stderr
+        self._live = self._stream.isatty()
         self._latest = ""
         self._done = threading.Event()
         self._started = time.monotonic()

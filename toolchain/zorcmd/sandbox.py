@@ -91,9 +91,14 @@ def command(root, argv, cwd=None):
     authority = os.environ.get("XAUTHORITY")
     if authority and os.path.exists(authority) and not authority.startswith(f"/run/user/{os.getuid()}/"):
         own.append(authority)
-    words = ["bwrap", *_system_binds(root), *_host_binds(root), *_own_binds(own)]
+    words = [program(), *_system_binds(root), *_host_binds(root), *_own_binds(own)]
     words += ["--die-with-parent", "--chdir", cwd, "--", *argv]
     return [str(word) for word in words]
+
+
+def program():
+    """bwrap by its full path: the search path inside is not the host's."""
+    return shutil.which("bwrap") or "bwrap"
 
 
 def why_not():

@@ -105,7 +105,7 @@ class TestRun:
     def _python(self):
         report = self.reports / "pytest.xml"
         report.unlink(missing_ok=True)
-        chosen = [layout.REPOSITORY / self.pattern] if self.file else [layout.REPOSITORY / "tests/python"]
+        chosen = [layout.REPOSITORY / self.pattern] if self.file else _python_folders()
         command = ["python3", "-X", "faulthandler", "-m", "pytest", "--rootdir", layout.REPOSITORY, "-c", layout.TOOLCHAIN / "pytest.ini"]
         command += ["-p", "zorcmd.pytest_pattern", f"--junitxml={report}", "-v" if self.verbose else "-q", *chosen]
         environ = self._environment(leaks=False)
@@ -141,6 +141,10 @@ def sanitizer_options(leaks):
         "LSAN_OPTIONS": f"suppressions={layout.TOOLCHAIN / 'asan.supp'}:print_suppressions=0",
         "PYTHONMALLOC": "malloc",
     }
+
+
+def _python_folders():
+    return [folder for folder in (layout.REPOSITORY / "tests/python", layout.REPOSITORY / "tests/toolchain") if folder.is_dir()]
 
 
 def _cores():

@@ -18,7 +18,7 @@ class Toolchain:
     def __init__(self, root, cache):
         self.root = root
         self.cache = cache
-        self.identity = packages.current_root_name() if root else "host"
+        self.identity = packages.current_root_name() if root else privateroot.inside() or host.identity()
 
     @property
     def name(self):
@@ -83,9 +83,12 @@ def obtain():
     privateroot.check_machine()
     cache = layout.cache_folder()
     asked = choice()
+    if privateroot.inside():
+        return Toolchain(None, cache)
     # A complete root answers at once; asking the host takes a dozen processes.
-    if asked != "native" and privateroot.ready(cache) and host.python_version() != host.PYTHON:
-        return Toolchain(privateroot.ready(cache), cache)
+    root = privateroot.ready(cache)
+    if root and asked != "native":
+        return Toolchain(root, cache)
     lacking = host.missing(first_only=asked != "native") if asked != "root" else ["asked for"]
     if not lacking:
         return Toolchain(None, cache)
