@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 namespace zor {
 
 /**
@@ -20,6 +22,13 @@ protected:
 
   /** Gives up what the instance holds. It must stay usable as if new, or refuse with an exception. */
   virtual void shutdown() = 0;
+
+private:
+  class Registry;
+  static std::shared_ptr<Registry> const& registry();
+
+  // Kept by every instance, since static ones may die after the function's own static pointer.
+  std::shared_ptr<Registry> m_registry;
 };
 
 } // namespace zor

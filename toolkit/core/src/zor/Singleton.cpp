@@ -6,46 +6,52 @@
 
 namespace zor {
 
-namespace {
-struct Registry {
-  std::mutex mutex;
-  std::vector<Singleton*> instances;
+class Singleton::Registry {
+public:
+  void add(Singleton* instance) {
+    std::lock_guard const lock(m_mutex);
+    m_instances.push_back(instance);
+  }
+
+  void remove(Singleton* instance) {
+    std::lock_guard const lock(m_mutex);
+    std::erase(m_instances, instance);
+  }
+
+  bool contains(Singleton* instance) const {
+    std::lock_guard const lock(m_mutex);
+    return std::find(m_instances.begin(), m_instances.end(), instance) != m_instances.end();
+  }
+
+  std::vector<Singleton*> getInstances() const {
+    std::lock_guard const lock(m_mutex);
+    return m_instances;
+  }
+
+private:
+  mutable std::mutex m_mutex;
+  std::vector<Singleton*> m_instances;
 };
 
-// Constructed before the first singleton is, hence destroyed after it.
-Registry& registry() {
-  static Registry instance;
+std::shared_ptr<Singleton::Registry> const& Singleton::registry() {
+  static std::shared_ptr<Registry> const instance = std::make_shared<Registry>();
   return instance;
 }
-} // namespace
 
-Singleton::Singleton() {
-  Registry& all = registry();
-  std::lock_guard const lock(all.mutex);
-  all.instances.push_back(this);
+Singleton::Singleton() : m_registry(registry()) {
+  m_registry->add(this);
 }
 
 Singleton::~Singleton() {
-  Registry& all = registry();
-  std::lock_guard const lock(all.mutex);
-  std::erase(all.instances, this);
+  m_registry->remove(this);
 }
 
 void Singleton::shutdownAll() {
-  std::vector<Singleton*> instances;
-  {
-    Registry& all = registry();
-    std::lock_guard const lock(all.mutex);
-    instances = all.instances;
-  }
-  // Unlocked: a shutdown may make or destroy other singletons, so each is looked up again.
-  for (auto it = instances.rbegin(); it != instances.rend(); ++it) {
-    std::unique_lock lock(registry().mutex);
-    auto const& present = registry().instances;
-    bool const alive = std::find(present.begin(), present.end(), *it) != present.end();
-    lock.unlock();
-    if (alive) {
-      (*it)->shutdown();
+  std::vector<Singleton*> const instances = registry()->getInstances();
+  // A shutdown may make or destroy other singletons, so each is looked up again.
+  for (auto instance = instances.rbegin(); instance != instances.rend(); ++instance) {
+    if (registry()->contains(*instance)) {
+      (*instance)->shutdown();
     }
   }
 }
