@@ -1,3 +1,4 @@
+#include <zor/ref_ptr.h>
 #include <zorIO/ArgumentParser.h>
 #include <zorIO/Environment.h>
 #include <zorUtil/StringUtil.h>
@@ -17,22 +18,25 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using zorIO::ArgumentParser;
 
-void declare(ArgumentParser& parser) {
-  parser.addFlag("-h,--help", "shows this text");
-  parser.addFlag("-v,--verbose", "tells more");
-  parser.addOption("-w,--width", "width of the window in pixels", "640", "PIXELS");
-  parser.addOption("--offset", "moves the scene");
-  parser.addPositional("script", "scene script");
+typedef zor::ref_ptr<ArgumentParser> Parser;
+typedef std::vector<std::string> Arguments;
+
+void declare(Parser const& parser) {
+  parser->addFlag("-h,--help", "shows this text");
+  parser->addFlag("-v,--verbose", "tells more");
+  parser->addOption("-w,--width", "width of the window in pixels", "640", "PIXELS");
+  parser->addOption("--offset", "moves the scene");
+  parser->addPositional("script", "scene script");
 }
 
 std::string failureOf(std::vector<std::string> arguments) {
-  ArgumentParser parser(arguments);
+  Parser const parser(new ArgumentParser(arguments));
   declare(parser);
   try {
-    parser.parse();
+    parser->parse();
   } catch (std::invalid_argument const& e) {
-    EXPECT_FALSE(parser.has("--verbose"));
-    EXPECT_FALSE(parser.isParsed());
+    EXPECT_FALSE(parser->has("--verbose"));
+    EXPECT_FALSE(parser->isParsed());
     return e.what();
   }
   return "no failure";
@@ -40,83 +44,83 @@ std::string failureOf(std::vector<std::string> arguments) {
 
 TEST(ArgumentParser, ReadsOptionsFlagsAndPositionals) {
   char const* const argv[] = {"prog", "-vv", "--width=800", "a.zorPy", "--offset", "-1.5", "--width", "900"};
-  ArgumentParser parser(8, argv);
+  Parser const parser(new ArgumentParser(8, argv));
   declare(parser);
-  parser.parse();
-  EXPECT_EQ(parser.getProgramName(), "prog");
-  EXPECT_EQ(parser.count("-v"), 2u);
-  EXPECT_FALSE(parser.has("help"));
-  EXPECT_EQ(parser.getInt("--width"), 900);
-  EXPECT_THAT(parser.getValues("w"), ElementsAre("800", "900"));
-  EXPECT_EQ(parser.getReal("--offset"), -1.5);
-  EXPECT_EQ(parser.getValue("script"), "a.zorPy");
-  EXPECT_THAT(parser.getPositionals(), ElementsAre("a.zorPy"));
+  parser->parse();
+  EXPECT_EQ(parser->getProgramName(), "prog");
+  EXPECT_EQ(parser->count("-v"), 2u);
+  EXPECT_FALSE(parser->has("help"));
+  EXPECT_EQ(parser->getInt("--width"), 900);
+  EXPECT_THAT(parser->getValues("w"), ElementsAre("800", "900"));
+  EXPECT_EQ(parser->getReal("--offset"), -1.5);
+  EXPECT_EQ(parser->getValue("script"), "a.zorPy");
+  EXPECT_THAT(parser->getPositionals(), ElementsAre("a.zorPy"));
 }
 
 TEST(ArgumentParser, DefaultsAndNumbers) {
-  ArgumentParser parser({"prog", "--offset", "1e3x"});
+  Parser const parser(new ArgumentParser(Arguments{"prog", "--offset", "1e3x"}));
   declare(parser);
-  parser.parse();
-  EXPECT_FALSE(parser.has("--width"));
-  EXPECT_EQ(parser.getInt("--width"), 640);
-  EXPECT_EQ(parser.getValue("script"), "");
-  EXPECT_THROW(parser.getReal("--offset"), std::invalid_argument);
-  EXPECT_THROW(parser.getInt("--offset"), std::invalid_argument);
-  EXPECT_THROW(parser.getValue("--nothing"), std::invalid_argument);
-  parser.setArguments({"prog", "--width", "99999999999999999999"});
-  parser.parse();
-  EXPECT_THROW(parser.getInt("--width"), std::invalid_argument);
-  EXPECT_FALSE(parser.has("--offset")) << "values of an earlier command line are forgotten";
+  parser->parse();
+  EXPECT_FALSE(parser->has("--width"));
+  EXPECT_EQ(parser->getInt("--width"), 640);
+  EXPECT_EQ(parser->getValue("script"), "");
+  EXPECT_THROW(parser->getReal("--offset"), std::invalid_argument);
+  EXPECT_THROW(parser->getInt("--offset"), std::invalid_argument);
+  EXPECT_THROW(parser->getValue("--nothing"), std::invalid_argument);
+  parser->setArguments({"prog", "--width", "99999999999999999999"});
+  parser->parse();
+  EXPECT_THROW(parser->getInt("--width"), std::invalid_argument);
+  EXPECT_FALSE(parser->has("--offset")) << "values of an earlier command line are forgotten";
 }
 
 TEST(ArgumentParser, SaysWhatIsWrong) {
   EXPECT_THAT(failureOf({"prog", "-v", "--colour", "red"}), HasSubstr("--colour"));
   EXPECT_THAT(failureOf({"prog", "-v", "--width"}), HasSubstr("--width"));
   EXPECT_THAT(failureOf({"prog", "a.zorPy", "b.zorPy"}), HasSubstr("b.zorPy"));
-  ArgumentParser parser({"prog"});
-  parser.addPositional("input", "the input", true);
-  EXPECT_THROW(parser.parse(), std::invalid_argument);
+  Parser const parser(new ArgumentParser(Arguments{"prog"}));
+  parser->addPositional("input", "the input", true);
+  EXPECT_THROW(parser->parse(), std::invalid_argument);
 }
 
 TEST(ArgumentParser, KeepsWhatNobodyDeclaredIfAllowed) {
-  ArgumentParser parser({"prog", "--mine", "3", "-v", "a.zorPy", "b", "--", "-w"});
+  Parser const parser(new ArgumentParser(Arguments{"prog", "--mine", "3", "-v", "a.zorPy", "b", "--", "-w"}));
   declare(parser);
-  parser.setAllowUnknown(true);
-  parser.parse();
-  EXPECT_TRUE(parser.has("--verbose"));
-  EXPECT_THAT(parser.getUnknown(), testing::Contains("--mine"));
-  parser.addOption("--mine", "declared late");
-  EXPECT_FALSE(parser.isParsed());
-  parser.parse();
-  EXPECT_EQ(parser.getInt("--mine"), 3);
-  EXPECT_EQ(parser.getValue("script"), "a.zorPy");
+  parser->setAllowUnknown(true);
+  parser->parse();
+  EXPECT_TRUE(parser->has("--verbose"));
+  EXPECT_THAT(parser->getUnknown(), testing::Contains("--mine"));
+  parser->addOption("--mine", "declared late");
+  EXPECT_FALSE(parser->isParsed());
+  parser->parse();
+  EXPECT_EQ(parser->getInt("--mine"), 3);
+  EXPECT_EQ(parser->getValue("script"), "a.zorPy");
 }
 
 TEST(ArgumentParser, TakesAllPositionals) {
-  ArgumentParser parser({"prog", "a", "b", "c"});
-  parser.addPositional("files", "the files", true, true);
-  parser.parse();
-  EXPECT_THAT(parser.getPositionals(), ElementsAre("a", "b", "c"));
-  parser.setArguments({});
-  EXPECT_THROW(parser.parse(), std::invalid_argument);
+  Parser const parser(new ArgumentParser(Arguments{"prog", "a", "b", "c"}));
+  parser->addPositional("files", "the files", true, true);
+  parser->parse();
+  EXPECT_THAT(parser->getPositionals(), ElementsAre("a", "b", "c"));
+  parser->setArguments({});
+  EXPECT_THROW(parser->parse(), std::invalid_argument);
 }
 
 TEST(ArgumentParser, RefusesBadDeclarations) {
-  ArgumentParser parser;
+  Parser const parser(new ArgumentParser);
   declare(parser);
-  EXPECT_THROW(parser.addFlag("--width", "again"), std::invalid_argument);
-  EXPECT_THROW(parser.addOption("--", "nothing"), std::invalid_argument);
-  EXPECT_THROW(parser.addPositional("--file", "dashes"), std::invalid_argument);
-  EXPECT_TRUE(parser.isDeclared("-w"));
-  EXPECT_FALSE(parser.isDeclared("-x"));
-  parser.parse(); // no arguments at all
+  EXPECT_THROW(parser->addFlag("--width", "again"), std::invalid_argument);
+  EXPECT_THROW(parser->addOption("--", "nothing"), std::invalid_argument);
+  EXPECT_THROW(parser->addPositional("--file", "dashes"), std::invalid_argument);
+  EXPECT_TRUE(parser->isDeclared("-w"));
+  EXPECT_FALSE(parser->isDeclared("-x"));
+  parser->parse(); // no arguments at all
 }
 
 TEST(ArgumentParser, UsageNamesEverything) {
-  ArgumentParser parser({"prog"});
-  parser.setDescription("Shows a scene.");
+  Parser const parser(new ArgumentParser(Arguments{"prog"}));
+  parser->setDescription("Shows a scene.");
   declare(parser);
-  zor::String const usage = parser.getUsage();
+  zor::String const usage = parser->getUsage();
   for (char const* part : {"Shows a scene.", "prog", "--help", "-w", "--width", "PIXELS", "640",
                            "width of the window in pixels", "script", "scene script"}) {
     EXPECT_THAT(usage, HasSubstr(part));

@@ -29,7 +29,6 @@ public:
 
   ArgumentParser(ArgumentParser const&) = delete;
   ArgumentParser& operator=(ArgumentParser const&) = delete;
-  ~ArgumentParser() override;
 
   /** Replaces the command line; declarations stay. \param arguments - first the program's name */
   void setArguments(std::vector<std::string> const& arguments);
@@ -116,6 +115,9 @@ public:
 
   /** \return the usage text: call, arguments and options with their descriptions */
   zor::String getUsage() const;
+
+protected:
+  ~ArgumentParser() override;
 
 private:
   struct Impl;
