@@ -35,8 +35,8 @@ void ScreenLayer::traverse(osg::NodeVisitor& visitor) {
   auto const culling = cull->getCullingMode();
   cull->setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
   cull->setCullingMode(osg::CullSettings::NO_CULLING);
-  cull->pushProjectionMatrix(cull->createOrReuseMatrix(m_projection(viewport->width(), viewport->height())));
-  cull->pushModelViewMatrix(cull->createOrReuseMatrix(osg::Matrixd()), osg::Transform::ABSOLUTE_RF);
+  cull->pushProjectionMatrix(new osg::RefMatrix(m_projection(viewport->width(), viewport->height())));
+  cull->pushModelViewMatrix(new osg::RefMatrix, osg::Transform::ABSOLUTE_RF);
   osg::Group::traverse(visitor);
   cull->popModelViewMatrix();
   cull->popProjectionMatrix();

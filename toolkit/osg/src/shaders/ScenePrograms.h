@@ -1,0 +1,61 @@
+#pragma once
+
+#include <osg/Program>
+#include <osg/ref_ptr>
+
+#include <string>
+
+// The shader programs of the scene decorator: GLSL 1.20, so that they run on the compatibility profile of
+// every driver. State of the fixed pipeline reaches the scene's program as built-in uniforms and, where those
+// leave out what they depend on, as the defines named here.
+
+namespace zorOSG {
+
+namespace define {
+
+/** Drawn in the colours of the vertices, without light. */
+inline std::string const UNLIT = "ZOR_UNLIT";
+/** There is a texture on unit 0. */
+inline std::string const TEXTURE = "ZOR_TEXTURE";
+/** The colours of the vertices take the place of the material's diffuse colour. */
+inline std::string const VERTEX_COLOR = "ZOR_VERTEXCOLOR";
+/** There are no normals: faces are lit as flat. */
+inline std::string const FLAT = "ZOR_FLAT";
+/** No shadow falls here. */
+inline std::string const UNSHADOWED = "ZOR_UNSHADOWED";
+/** There is a shadow map; the value is the number of the light that it belongs to. */
+inline std::string const SHADOW = "ZOR_SHADOW";
+/** The shadow map is sampled with soft edges. */
+inline std::string const SOFT_SHADOW = "ZOR_SOFTSHADOW";
+
+/** What a light needs of the shader; the value of its define. */
+enum class LightKind { DIRECTIONAL = 1, POSITIONAL = 2, ATTENUATED = 3, SPOT = 4 };
+
+/** \return name of the define of a light that is on */
+inline std::string light(unsigned int index) {
+  return "ZOR_LIGHT" + std::to_string(index);
+}
+
+/** \return name of the define of a light with highlights */
+inline std::string specular(unsigned int index) {
+  return "ZOR_SPECULAR" + std::to_string(index);
+}
+
+} // namespace define
+
+/** Number of lights that the scene's program knows. */
+constexpr unsigned int LIGHT_COUNT = 3;
+
+/** Texture unit of the shadow map; above those that fixed-pipeline state can switch on. */
+constexpr unsigned int SHADOW_UNIT = 7;
+
+/** \return program that lights the scene per pixel, with shadows where a map is bound */
+osg::ref_ptr<osg::Program> makeSceneProgram();
+
+/** \return program that writes nothing but depth */
+osg::ref_ptr<osg::Program> makeDepthProgram();
+
+/** \return program that draws vertices in normalized device coordinates in their colours, dithered */
+osg::ref_ptr<osg::Program> makeBackgroundProgram();
+
+} // namespace zorOSG
