@@ -11,6 +11,8 @@
 #include <fstream>
 #include <stdexcept>
 
+#include <unistd.h>
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -138,7 +140,7 @@ protected:
   }
   ~ResourcePathTest() override { fs::remove_all(root); }
 
-  fs::path const root = fs::path(testing::TempDir()) / "zor_resource_path_test";
+  fs::path const root = fs::path(testing::TempDir()) / ("zor_resource_path_test_" + std::to_string(getpid()));
   zorIO::ResourcePath path;
 };
 

@@ -13,6 +13,8 @@
 #include <thread>
 #include <vector>
 
+#include <unistd.h>
+
 namespace {
 
 using testing::ElementsAre;
@@ -117,7 +119,7 @@ TEST_F(NotifyTest, TargetMayThrowAndLog) {
 }
 
 TEST_F(NotifyTest, WritesToConsoleAndFile) {
-  std::string const path = testing::TempDir() + "zor_notify_test.log";
+  std::string const path = testing::TempDir() + "zor_notify_test_" + std::to_string(getpid()) + ".log";
   Notify::instance().setLogFile(path);
   EXPECT_THROW(Notify::instance().setLogFile("/nowhere/at/all.log"), std::runtime_error);
   EXPECT_EQ(Notify::instance().getLogFile(), path);

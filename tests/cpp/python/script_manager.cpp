@@ -11,6 +11,8 @@
 #include <stdexcept>
 #include <thread>
 
+#include <unistd.h>
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -73,7 +75,8 @@ protected:
 
   ScriptManager& manager;
   std::vector<zor::NotifyMessage> reports;
-  fs::path const folder = fs::path(testing::TempDir()) / "zor_script_manager_test";
+  fs::path const folder =
+      fs::path(testing::TempDir()) / ("zor_script_manager_test_" + std::to_string(getpid()));
 
 private:
   int m_target = 0;
