@@ -42,3 +42,7 @@ endif()
 if(ZOR_TIDY)
   find_program(ZOR_CLANG_TIDY clang-tidy REQUIRED)
 endif()
+
+# Generated wrappers take gigabytes each to compile, so they have a pool of their own.
+set(ZOR_WRAPPER_JOBS 1 CACHE STRING "How many generated wrappers may be compiled at once")
+set_property(GLOBAL PROPERTY JOB_POOLS zor_wrappers=${ZOR_WRAPPER_JOBS})
