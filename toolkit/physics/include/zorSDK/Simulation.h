@@ -169,6 +169,7 @@ protected:
   ~Simulation() override;
 
 private:
+  friend class Assembly; // enters and leaves nested ones
   std::unique_ptr<SimulationImpl> m_impl;
 };
 

@@ -7,6 +7,7 @@
 #include <zorSDK/Simulation.h>
 
 #include "zor/Checks.h"
+#include "zorSDK/SimulationImpl.h"
 
 namespace zorSDK {
 
@@ -99,7 +100,7 @@ bool Assembly::add(Assembly* assembly) {
   m_assemblies.push_back(assembly);
   assembly->m_parent = this;
   if (m_simulation)
-    m_simulation->add(assembly);
+    m_simulation->m_impl->enterAssembly(*assembly);
   return true;
 }
 
@@ -125,9 +126,14 @@ bool Assembly::remove(EventListener* listener) {
 
 bool Assembly::remove(Assembly* assembly) {
   zor::ref_ptr<Assembly> const keep = assembly;
-  if (!removeFrom(m_assemblies, assembly, m_simulation))
+  zor::checkNotNull(assembly, "Assembly::remove");
+  auto const at = find(m_assemblies, *assembly);
+  if (at == m_assemblies.end())
     return false;
+  m_assemblies.erase(at);
   assembly->m_parent = nullptr;
+  if (assembly->m_simulation)
+    assembly->m_simulation->m_impl->leaveAssembly(*assembly);
   return true;
 }
 

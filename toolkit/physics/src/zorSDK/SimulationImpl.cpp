@@ -301,6 +301,7 @@ void SimulationImpl::step() {
     timed(m_statistics.collisionTime, [&] {
       m_spaceImpl.beforeStep();
       world().findContacts(dt);
+      m_spaceImpl.prepareContacts(dt);
     });
     m_spaceImpl.setLastTimeStep(0); // these contacts have no forces yet
     callContactListeners();
@@ -326,6 +327,7 @@ void SimulationImpl::move(double dt) {
         m_spaceImpl.beforeStep();
         world().findContacts(dt);
         dropRemovedContacts();
+        m_spaceImpl.prepareContacts(dt);
       });
     timed(m_statistics.solverTime, [&] {
       for (auto const& constraint : constraints)

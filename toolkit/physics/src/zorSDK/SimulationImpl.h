@@ -42,6 +42,10 @@ public:
   bool remove(EventListener& listener);
   void cleanup();
 
+  /** The contents of an assembly, nested in another or not. */
+  void enterAssembly(Assembly& assembly);
+  void leaveAssembly(Assembly& assembly);
+
   void step();
   void setTimeStep(double dt);
   void setTime(double time);
@@ -77,8 +81,6 @@ private:
     size_t operator()(GeometryKey const& key) const noexcept;
   };
 
-  void enterAssembly(Assembly& assembly);
-  void leaveAssembly(Assembly& assembly);
   void notifyRemoval(EventListener& listener);
 
   void move(double dt);
