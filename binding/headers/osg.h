@@ -23,3 +23,5 @@
 #include <osg/Texture2D>
 #include <osg/TextureCubeMap>
 #include <osg/Uniform>
+#include <tuple>
+#include <vector>

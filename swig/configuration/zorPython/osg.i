@@ -8,6 +8,8 @@
 %}
 
 %include "shared/common.i"
+%include "shared/scene_graph.i"
+%include <std_vector.i>
 %include "osg/results.i"
 %include "osg/values.i"
 %include "osg/nodes.i"

@@ -9,7 +9,6 @@
 %}
 
 %include "shared/toolkit.i"
-%include "shared/directors.i"
 %import "zor.i"
 %import "zorStream.i"
 %import "zorCollide.i"

@@ -1,42 +1,4 @@
-// Pointers that the scene graph gives: a proxy of the object's concrete class, as far as that is registered,
-// which holds a reference of its own.
-
-%{
-#include "runtime/DynamicType.h"
-
-template <class Object>
-static PyObject* zorWrapNode(Object const* constObject, swig_type_info* type) {
-  Object* object = const_cast<Object*>(constObject);
-  if (!object) Py_RETURN_NONE;
-  void* address = object;
-  std::string name = zorBinding::pointerTypeName(typeid(*object));
-  // Arrays are instances of one template; their own name is the one by which they are registered.
-  if (auto* array = dynamic_cast<osg::Array*>(object)) name = std::string("osg::") + array->className() + " *";
-  swig_type_info* concrete = SWIG_TypeQuery(name.c_str());
-  if (concrete && concrete->clientdata) {
-    type = concrete;
-    address = dynamic_cast<void*>(object);
-  }
-  // Other drawables' proxies don't give a reference back: see the head of the node section.
-  bool const isLoose = dynamic_cast<osg::Drawable*>(object) && typeid(*object) != typeid(osg::Geometry) &&
-                       typeid(*object) != typeid(osg::ShapeDrawable);
-  if (isLoose) return SWIG_NewPointerObj(address, type, 0);
-  object->ref();
-  return SWIG_NewPointerObj(address, type, SWIG_POINTER_OWN);
-}
-%}
-
-%define OSG_SHARED(CLASS)
-#ifndef ZOR_BORROWED_RESULTS
-%typemap(out) osg::CLASS*, osg::CLASS const* {
-  if ($owner & SWIG_POINTER_OWN) {
-    $result = SWIG_NewPointerObj(SWIG_as_voidptr($1), $descriptor(osg::CLASS*), $owner);
-  } else {
-    $result = zorWrapNode($1, $descriptor(osg::CLASS*));
-  }
-}
-#endif
-%enddef
+// Which pointers of the scene graph come back as shared proxies.
 
 OSG_SHARED(Node)
 OSG_SHARED(Group)
@@ -50,3 +12,31 @@ OSG_SHARED(Uniform)
 OSG_SHARED(Image)
 OSG_SHARED(Light)
 OSG_SHARED(Array)
+
+// What a function returns that makes a group with several children: the group, and a number for each child.
+namespace std {
+template <class First, class Second>
+class tuple {
+public:
+  ~tuple();
+};
+}
+%extend std::tuple<osg::Group*, std::vector<size_t> > {
+  osg::Group* _group() const { return std::get<0>(*$self); }
+  PyObject* _indices() const {
+    std::vector<size_t> const& indices = std::get<1>(*$self);
+    PyObject* list = PyList_New(static_cast<Py_ssize_t>(indices.size()));
+    for (std::size_t i = 0; list && i < indices.size(); ++i) {
+      PyList_SET_ITEM(list, static_cast<Py_ssize_t>(i), PyLong_FromSize_t(indices[i]));
+    }
+    return list;
+  }
+  %pythoncode %{
+    def __len__(self):
+        return 2
+
+    def __getitem__(self, index):
+        return (self._group(), self._indices())[index]
+  %}
+}
+%template(GroupAndIndices) std::tuple<osg::Group*, std::vector<size_t> >;

@@ -24,3 +24,22 @@
   }
 }
 %enddef
+
+// A virtual method of a class below those that Python may derive from. A call that comes from the Python object
+// which overrides the method, or which lacks it, goes to the toolkit's own implementation.
+%define ZOR_UPCALL(CLASS, METHOD, ARGUMENTS)
+%exception CLASS::METHOD {
+  try {
+    auto const* director = dynamic_cast<Swig::Director const*>(arg1);
+    if (director && director->swig_get_self() == swig_obj[0]) {
+      arg1->CLASS::METHOD ARGUMENTS;
+    } else {
+      $action
+    }
+  } catch (...) {
+    zorBinding::setToolkitError();
+    SWIG_fail;
+  }
+  if (zorBinding::errorPending()) SWIG_fail;
+}
+%enddef

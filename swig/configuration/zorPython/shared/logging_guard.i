@@ -12,6 +12,9 @@
   } catch (std::exception const& error) {
     zorBinding::logError("$wrapname", "swig/configuration/zorPython/" FILE ".i", LINE, error);
     SWIG_fail;
+  } catch (...) {
+    zorBinding::setToolkitError();
+    SWIG_fail;
   }
   if (zorBinding::errorPending()) SWIG_fail;
 }

@@ -3,3 +3,4 @@
 %include "shared/common.i"
 %include "shared/referenced.i"
 %include "shared/vectors.i"
+%include "shared/directors.i"

@@ -55,6 +55,11 @@ ZOR_SHARED(zor::Frame)
 
 %include <zor/Object.h>
 %ignore zor::Component::getObjects;
+ZOR_UPCALL(zor::Component, setContext, (arg2))
+ZOR_UPCALL(zor::Component, rebind, ())
+ZOR_UPCALL(zor::Component, addObject, (arg2, arg3))
+ZOR_UPCALL(zor::Component, removeObject, (arg2))
+ZOR_UPCALL(zor::Component, printSubtree, ())
 %include <zor/Component.h>
 %include <zor/Frame.h>
 

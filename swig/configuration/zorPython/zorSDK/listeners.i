@@ -43,6 +43,10 @@ ZOR_STEP_EVENT(ContactEventListener, impact, 91, zorSDK::ContactEventListener::K
 ZOR_STEP_EVENT(ContactEventListener, contact, 92, zorSDK::ContactEventListener::KEEP_CONTACT)
 ZOR_STEP_EVENT(ContactEventListener, separation, 93, )
 
+ZOR_UPCALL(zorSDK::EventListener, setMask, (arg2))
+ZOR_UPCALL(zorSDK::EventListener, addNotification, ())
+ZOR_UPCALL(zorSDK::EventListener, removeNotification, ())
+
 %include <zorSDK/EventListener.h>
 %include <zorSDK/StepEventListener.h>
 %include <zorSDK/ContactEventListener.h>

@@ -18,7 +18,9 @@ public:
   /** Creates an identity transform. */
   Transform();
 
+#ifndef SWIG
   using osg::MatrixTransform::setName;
+#endif
 
   /**
    * Sets the node's name.
@@ -26,7 +28,9 @@ public:
    */
   void setName(std::string const& name) override;
 
+#ifndef SWIG
   using osg::MatrixTransform::addChild;
+#endif
 
   /**
    * Adds a geometry node below this transform.
@@ -42,7 +46,9 @@ public:
    */
   bool addChild(osg::Node* child) override;
 
+#ifndef SWIG
   using osg::MatrixTransform::setMatrix;
+#endif
 
   /**
    * Sets the whole matrix.

@@ -1,0 +1,2 @@
+// The application.
+%include <zorOSG/ExampleApplication.h>

@@ -1,0 +1,2 @@
+// What an application can build.
+%include <zorOSG/SceneDescription.h>

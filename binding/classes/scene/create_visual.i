@@ -1,0 +1,2 @@
+// Visuals of simulation objects.
+%include <zorOSG/CreateVisual.h>

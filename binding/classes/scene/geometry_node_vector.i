@@ -1,0 +1,84 @@
+// The vector of nodes that the lookup functions return: pointers that it does not own. Positions count from the
+// start only.
+
+%{
+#include "runtime/NodeVector.h"
+typedef zor::Vector<zorOSG::GeometryNode*> ZorNodeVector;
+typedef zorBinding::ListOperations<zorOSG::GeometryNode*> ZorNodeList;
+%}
+
+%define ZOR_NODE_VECTOR_GUARD(METHOD)
+ZOR_SEQUENCE_GUARD(zor::Vector<zorOSG::GeometryNode*>::METHOD)
+%enddef
+ZOR_NODE_VECTOR_GUARD(Vector)
+ZOR_NODE_VECTOR_GUARD(__getitem__)
+ZOR_NODE_VECTOR_GUARD(__setitem__)
+ZOR_NODE_VECTOR_GUARD(Insert)
+ZOR_NODE_VECTOR_GUARD(InsertRange)
+ZOR_NODE_VECTOR_GUARD(RemoveAt)
+ZOR_NODE_VECTOR_GUARD(RemoveRange)
+ZOR_NODE_VECTOR_GUARD(GetRange)
+ZOR_NODE_VECTOR_GUARD(SetRange)
+ZOR_NODE_VECTOR_GUARD(Repeat)
+ZOR_NODE_VECTOR_GUARD(Reverse)
+
+namespace zor {
+
+/** Nodes in a row; the nodes are not owned. */
+template <>
+class Vector<zorOSG::GeometryNode*> {
+public:
+  Vector();
+  Vector(Vector const& other);
+  %extend {
+    /** \param capacity - number of nodes to make room for; negative raises IndexError */
+    Vector(int capacity) { return ZorNodeList::create(capacity); }
+  }
+  ~Vector();
+  void clear();
+  %extend {
+    size_t __len__() const { return $self->size(); }
+  }
+  size_t capacity() const;
+  void reserve(size_t n);
+  %extend {
+    void append(zorOSG::GeometryNode* x) { $self->push_back(x); }
+    zorOSG::GeometryNode* __getitem__(int index) const {
+      return (*$self)[zorBinding::checkedPosition(index, $self->size())];
+    }
+    void __setitem__(int index, zorOSG::GeometryNode* val) {
+      (*$self)[zorBinding::checkedPosition(index, $self->size())] = val;
+    }
+    void Insert(int index, zorOSG::GeometryNode* x) {
+      $self->insert($self->begin() + zorBinding::checkedPosition(index, $self->size() + 1), x);
+    }
+    void InsertRange(int index, zor::Vector<zorOSG::GeometryNode*> const& values) {
+      ZorNodeList::insertRange(*$self, index, values);
+    }
+    void AddRange(zor::Vector<zorOSG::GeometryNode*> const& values) {
+      ZorNodeList::insertRange(*$self, static_cast<int>($self->size()), values);
+    }
+    void RemoveAt(int index) { $self->erase($self->begin() + zorBinding::checkedPosition(index, $self->size())); }
+    void RemoveRange(int index, int count) { ZorNodeList::removeRange(*$self, index, count); }
+    zor::Vector<zorOSG::GeometryNode*>* GetRange(int index, int count) const {
+      return ZorNodeList::getRange(*$self, index, count);
+    }
+    void SetRange(int index, zor::Vector<zorOSG::GeometryNode*> const& values) {
+      ZorNodeList::setRange(*$self, index, values);
+    }
+    int IndexOf(zorOSG::GeometryNode* value) const { return ZorNodeList::indexOf(*$self, value); }
+    int LastIndexOf(zorOSG::GeometryNode* value) const { return ZorNodeList::lastIndexOf(*$self, value); }
+    bool __contains__(zorOSG::GeometryNode* value) const { return $self->contains(value); }
+    bool __delitem__(zorOSG::GeometryNode* value) { return ZorNodeList::removeValue(*$self, value); }
+    /** Not iterable: positions are how nodes are reached. */
+    PyObject* __iter__() { return nullptr; }
+    static zor::Vector<zorOSG::GeometryNode*>* Repeat(zorOSG::GeometryNode* value, int count) {
+      return new ZorNodeVector(zorBinding::checkedCount(count), value);
+    }
+    void Reverse() { std::reverse($self->begin(), $self->end()); }
+    void Reverse(int index, int count) { ZorNodeList::reverse(*$self, index, count); }
+  }
+};
+
+} // namespace zor
+%template(GeometryNodePtrVector) zor::Vector<zorOSG::GeometryNode*>;

@@ -1,0 +1,2 @@
+// One light of the decorated scene.
+%include <zorOSG/LightSource.h>

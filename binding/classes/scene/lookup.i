@@ -1,0 +1,2 @@
+// Finding nodes again.
+%include <zorOSG/Lookup.h>

@@ -1,0 +1,2 @@
+// Model files.
+%include <zorOSG/ReadNode.h>

@@ -1,0 +1,2 @@
+// How nodes look.
+%include <zorOSG/RenderState.h>

@@ -1,0 +1,3 @@
+// A text as a node.
+ZOR_OSG_COUNTED(Text, zorOSG::Text)
+%include <zorOSG/Text.h>

@@ -1,0 +1,2 @@
+// A shared texture.
+%include <zorOSG/Texture2D.h>

@@ -1,0 +1,3 @@
+// A transform set by its parts.
+ZOR_OSG_COUNTED(Transform, zorOSG::Transform)
+%include <zorOSG/Transform.h>

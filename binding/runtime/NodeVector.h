@@ -1,0 +1,90 @@
+#pragma once
+
+#include <zor/Vector.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+
+namespace zorBinding {
+
+/**
+ * \param index - position, from the start only
+ * \param size - first position that is too large
+ * \return index as a position
+ * Throws std::out_of_range "index".
+ */
+std::size_t checkedPosition(int index, std::size_t size);
+
+/** \return count as a size \throws std::out_of_range with the given name of the parameter if it is negative */
+std::size_t checkedCount(int count, char const* name = "count");
+
+/** Throws as checkedPosition() and checkedCount(), std::invalid_argument "invalid range" if the range ends beyond
+ * size. */
+void checkRange(int index, int count, std::size_t size);
+
+/** Operations of a list that counts positions from the start, for vectors of plain pointers. */
+template <class T>
+struct ListOperations {
+  typedef zor::Vector<T> Vector;
+
+  static Vector* create(int capacity) {
+    std::size_t const size = checkedCount(capacity, "capacity");
+    auto result = std::make_unique<Vector>();
+    result->reserve(size);
+    return result.release();
+  }
+
+  static void insertRange(Vector& vector, int index, Vector const& values) {
+    std::size_t const at = checkedPosition(index, vector.size() + 1);
+    Vector const copy(values); // may be the vector itself
+    vector.insert(vector.begin() + at, copy.begin(), copy.end());
+  }
+
+  static void removeRange(Vector& vector, int index, int count) {
+    checkRange(index, count, vector.size());
+    vector.erase(vector.begin() + index, vector.begin() + index + count);
+  }
+
+  static Vector* getRange(Vector const& vector, int index, int count) {
+    checkRange(index, count, vector.size());
+    return new Vector(vector.begin() + index, vector.begin() + index + count);
+  }
+
+  static void setRange(Vector& vector, int index, Vector const& values) {
+    if (index < 0 || static_cast<std::size_t>(index) + values.size() > vector.size()) {
+      checkedPosition(-1, 0);
+    }
+    std::copy(values.begin(), values.end(), vector.begin() + index);
+  }
+
+  static void reverse(Vector& vector, int index, int count) {
+    checkRange(index, count, vector.size());
+    std::reverse(vector.begin() + index, vector.begin() + index + count);
+  }
+
+  static int indexOf(Vector const& vector, T value) {
+    auto const found = std::find(vector.begin(), vector.end(), value);
+    return found == vector.end() ? -1 : static_cast<int>(found - vector.begin());
+  }
+
+  static int lastIndexOf(Vector const& vector, T value) {
+    for (std::size_t i = vector.size(); i > 0; --i) {
+      if (vector[i - 1] == value) {
+        return static_cast<int>(i - 1);
+      }
+    }
+    return -1;
+  }
+
+  static bool removeValue(Vector& vector, T value) {
+    auto const found = vector.find(value);
+    if (found == vector.end()) {
+      return false;
+    }
+    vector.erase(found);
+    return true;
+  }
+};
+
+} // namespace zorBinding

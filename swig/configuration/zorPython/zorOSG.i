@@ -1,0 +1,70 @@
+%module(directors="1", threads="1") zorOSG
+
+%constant int SWIG_MODULE_zorOSG = 1;
+
+%{
+#include "headers/osg.h"
+#include "headers/osgDB.h"
+#include "headers/osgText.h"
+#include "headers/osgGA.h"
+#include "headers/osgViewer.h"
+#include "headers/zor.h"
+#include "headers/zorStream.h"
+#include "headers/zorIO.h"
+#include "headers/zorRender.h"
+#include "headers/zorCollide.h"
+#include "headers/zorSDK.h"
+#include "headers/zorOSG.h"
+%}
+
+// What this module returns is borrowed: the scene graph, the application or the simulation owns it.
+#define ZOR_BORROWED_RESULTS
+
+// The input callbacks of the simulation's listener are reported under this module's own listener.
+#define ZOR_GUI_LISTENER "zorOSG::GuiEventListener"
+#define ZOR_GUI_FILE "zorOSG.i"
+#define ZOR_GUI_LINES 681
+
+%include "shared/toolkit.i"
+%include <std_vector.i>
+
+%import "osg.i"
+%import "osgDB.i"
+%import "osgText.i"
+%import "osgGA.i"
+%import "osgViewer.i"
+%import "zor.i"
+%import "zorStream.i"
+%import "zorIO.i"
+%import "zorRender.i"
+%import "zorCollide.i"
+%import "zorSDK.i"
+
+// A node class whose proxies hold a reference through functions that the visualisation library exports.
+%define ZOR_OSG_COUNTED(CLASS, FUNCTIONS)
+%feature("ref") zorOSG::CLASS #FUNCTIONS "_reference($this);"
+%extend zorOSG::CLASS {
+  ~CLASS() { FUNCTIONS ## _unreference($self); }
+}
+%enddef
+
+%include "scene/text.i"
+%include "scene/geometry_node.i"
+%include "scene/transform.i"
+%include "scene/references.i"
+%include "scene/lookup.i"
+%include "application/scene_decorator.i"
+%include "sensors/render_target.i"
+%include "sensors/capture.i"
+%include "scene/create_visual.i"
+%include "scene/read.i"
+%include "scene/render_state.i"
+%include "scene/light_source.i"
+%include "scene/texture.i"
+%include "scene/primitives.i"
+%include "application/camera_data.i"
+%include "application/gui_event_listener.i"
+%include "application/example_application_listener.i"
+%include "application/scene_description.i"
+%include "application/example_application.i"
+%include "scene/geometry_node_vector.i"
