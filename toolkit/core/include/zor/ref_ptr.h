@@ -25,7 +25,10 @@ public:
 
   ~ref_ptr() { reset(); }
 
-  ref_ptr& operator=(ref_ptr const& other) noexcept { return *this = other.m_pointer; }
+  ref_ptr& operator=(ref_ptr const& other) noexcept {
+    ref_ptr(other).swap(*this);
+    return *this;
+  }
 
   ref_ptr& operator=(ref_ptr&& other) noexcept {
     ref_ptr(std::move(other)).swap(*this);

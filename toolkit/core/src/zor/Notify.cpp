@@ -52,10 +52,10 @@ struct Notify::Impl {
   void writeLine(String const& line) {
     std::lock_guard const lock(mutex);
     if (console) {
-      std::cerr << line << std::endl;
+      std::cerr << line << '\n' << std::flush;
     }
     if (file.is_open()) {
-      file << line << std::endl;
+      file << line << '\n' << std::flush;
     }
   }
 
@@ -207,7 +207,7 @@ std::ostream& endMessage(std::ostream& stream) {
   if (&stream == &threadMessage().stream) {
     Notify::instance().endMessage();
   } else if (&stream != &swallowingStream()) {
-    stream << std::endl;
+    stream << '\n' << std::flush;
   }
   return stream;
 }

@@ -57,8 +57,8 @@ public:
    * \return the manager, or null if there is none and none was to be made
    * \throws std::runtime_error if the interpreter can't be started
    */
-  static ScriptManager* instance(zor::String programName, zor::String home, zor::String modulePath,
-                                 bool create);
+  static ScriptManager* instance(zor::String const& programName, zor::String const& home,
+                                 zor::String const& modulePath, bool create);
 
   /** \return the manager, made if there is none */
   static ScriptManager& getOrCreate();

@@ -57,6 +57,12 @@ zor::UInt ErrorLog::record(ScriptError const& error) {
   return 1;
 }
 
+bool ErrorLog::isKnown(ScriptError const& error) const {
+  std::lock_guard const lock(m_mutex);
+  return std::any_of(m_errors.begin(), m_errors.end(),
+                     [&error](ScriptError const& known) { return isSameKind(known, error); });
+}
+
 std::vector<ScriptError> ErrorLog::getErrors() const {
   std::lock_guard const lock(m_mutex);
   return m_errors;

@@ -13,6 +13,9 @@ public:
   /** Records an error and reports it if it is new or its count has reached a power of ten. */
   void add(ScriptError const& error);
 
+  /** \return true if an error of the same kind has been recorded */
+  bool isKnown(ScriptError const& error) const;
+
   std::vector<ScriptError> getErrors() const;
   zor::UInt getCount() const;
   void clear();

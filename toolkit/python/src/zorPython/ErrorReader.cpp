@@ -3,19 +3,6 @@
 namespace zorPython {
 
 namespace {
-zor::String formatTraceback(PyObject* exception) {
-  PythonReference const module(PyImport_ImportModule("traceback"));
-  PythonReference const lines(module ? PyObject_CallMethod(module.get(), "format_exception", "O", exception)
-                                     : nullptr);
-  PythonReference const separator(PyUnicode_FromString(""));
-  PythonReference const text(lines && separator ? PyUnicode_Join(separator.get(), lines.get()) : nullptr);
-  if (!text) {
-    PyErr_Clear();
-    return {};
-  }
-  return toText(text.get());
-}
-
 int readLine(PyObject* object, char const* attribute) {
   PythonReference const line(PyObject_GetAttrString(object, attribute));
   long const value = line && PyLong_Check(line.get()) ? PyLong_AsLong(line.get()) : 0;
@@ -67,8 +54,20 @@ ScriptError readError(PyObject* exception) {
   } else {
     readPlace(exception, error);
   }
-  error.traceback = formatTraceback(exception);
   return error;
+}
+
+zor::String readTraceback(PyObject* exception) {
+  PythonReference const module(PyImport_ImportModule("traceback"));
+  PythonReference const lines(module ? PyObject_CallMethod(module.get(), "format_exception", "O", exception)
+                                     : nullptr);
+  PythonReference const separator(PyUnicode_FromString(""));
+  PythonReference const text(lines && separator ? PyUnicode_Join(separator.get(), lines.get()) : nullptr);
+  if (!text) {
+    PyErr_Clear();
+    return {};
+  }
+  return toText(text.get());
 }
 
 std::optional<int> readStopRequest(PyObject* exception) {

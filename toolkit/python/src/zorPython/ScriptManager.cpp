@@ -129,8 +129,8 @@ ScriptManager::ScriptManager() : m_impl(std::make_unique<Impl>()) {}
 
 ScriptManager::~ScriptManager() = default;
 
-ScriptManager* ScriptManager::instance(zor::String programName, zor::String home, zor::String modulePath,
-                                       bool create) {
+ScriptManager* ScriptManager::instance(zor::String const& programName, zor::String const& home,
+                                       zor::String const& modulePath, bool create) {
   ScriptManager* manager = nullptr;
   {
     Holder& held = holder();
@@ -175,6 +175,9 @@ void ScriptManager::registerError(zor::String label) {
   }
   ScriptError error = readError(exception.get());
   error.label = std::move(label);
+  if (!m_impl->errors.isKnown(error)) { // formatting is dear, and an error may come in every frame
+    error.traceback = readTraceback(exception.get());
+  }
   m_impl->errors.add(error);
 }
 
