@@ -55,6 +55,7 @@ function(zor_add_swig_module name)
     OUTPUT_NAME _${name} PREFIX "" SUFFIX ".so"
     LIBRARY_OUTPUT_DIRECTORY ${ZOR_PYTHON_DIR}
     CXX_VISIBILITY_PRESET hidden
+    JOB_POOL_COMPILE zor_wrappers
     BUILD_RPATH "$ORIGIN/../lib" INSTALL_RPATH "$ORIGIN/../lib")
   add_dependencies(zor_modules ${target})
 endfunction()
