@@ -191,6 +191,7 @@ TEST_F(Constraints, BallJointChainHangsTogether) {
     joints.push_back(join(new zor::BallJoint(Vec3(0.5 * i, 0, 0), links[static_cast<size_t>(i)].get(),
                                              i ? links[static_cast<size_t>(i - 1)].get() : nullptr)));
   }
+  simulation->setNumSubSteps(4); // the end of the chain cracks like a whip
   for (int i = 0; i < 300; ++i) {
     simulation->stepForward();
     for (auto const& joint : joints)

@@ -117,9 +117,9 @@ TEST_F(Simulations, SameSceneMovesTheSame) {
 TEST_F(Simulations, StatisticsDescribeTheLastStep) {
   addGround();
   addBox(Vec3(0.5, 0.5, 0.5), Vec3(0, 0, 0.5));
-  run(0.5);
+  run(2.0);
   zorSDK::SimulationStatistics const statistics = simulation->getStatistics();
-  EXPECT_EQ(statistics.steps, 30u);
+  EXPECT_EQ(statistics.steps, 120u);
   EXPECT_EQ(statistics.bodies, 1u);
   EXPECT_EQ(statistics.contacts, 1u);
   EXPECT_GE(statistics.contactPoints, 3u);
