@@ -4,6 +4,7 @@
 #include <new>
 
 #include <BulletCollision/CollisionDispatch/btEmptyCollisionAlgorithm.h>
+#include <BulletCollision/CollisionDispatch/btInternalEdgeUtility.h>
 #include <BulletCollision/CollisionDispatch/btManifoldResult.h>
 
 #include "bullet/GeometryImpl.h"
@@ -12,8 +13,11 @@
 namespace zorBullet {
 namespace {
 
-bool contactAdded(btManifoldPoint& point, btCollisionObjectWrapper const* wrapper0, int, int,
-                  btCollisionObjectWrapper const* wrapper1, int, int) {
+bool contactAdded(btManifoldPoint& point, btCollisionObjectWrapper const* wrapper0, int part0, int index0,
+                  btCollisionObjectWrapper const* wrapper1, int part1, int index1) {
+  // Each call looks itself whether its first object is a triangle of a mesh with edge data.
+  btAdjustInternalEdgeContacts(point, wrapper1, wrapper0, part1, index1);
+  btAdjustInternalEdgeContacts(point, wrapper0, wrapper1, part0, index0);
   GeometryImpl* const first = geometryOf(*wrapper0);
   GeometryImpl* const second = geometryOf(*wrapper1);
   if (first && second && first->space())

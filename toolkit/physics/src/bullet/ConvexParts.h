@@ -9,7 +9,7 @@
 namespace zorBullet {
 
 /**
- * Encloses a mesh in up to `count` hulls: cuts it again and again along the plane that saves most volume.
+ * Encloses a mesh in up to `count` hulls: cuts the emptiest hull in two, again and again.
  * Not exact: what is hollow stays filled where no cut opens it.
  */
 std::vector<Hull> makeConvexParts(MeshData const& mesh, size_t count);

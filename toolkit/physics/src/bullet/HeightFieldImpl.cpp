@@ -3,12 +3,20 @@
 #include <algorithm>
 #include <cmath>
 
+#include <BulletCollision/CollisionDispatch/btInternalEdgeUtility.h>
 #include <BulletCollision/CollisionShapes/btHeightfieldTerrainShape.h>
+#include <BulletCollision/CollisionShapes/btTriangleInfoMap.h>
 
 #include "bullet/RayTriangle.h"
 
 namespace zorBullet {
 namespace {
+
+/** What the engine's shape reads. */
+struct BuiltData {
+  std::shared_ptr<HeightGrid const> grid;
+  btTriangleInfoMap edges;
+};
 
 /** Walks along one axis of the grid, from cell border to cell border. */
 struct Walk {
@@ -47,8 +55,11 @@ void HeightFieldImpl::build(btTransform const& local, bool, LeafSet& leaves) con
                                                   grid.heights.data(), grid.lowest, top, 2, true);
   shape->setLocalScaling(btVector3(grid.stepX(), grid.stepY(), 1.0));
   shape->setMargin(std::min(0.002, 0.001 * std::hypot(grid.sizeX, grid.sizeY)));
+  auto built = std::make_shared<BuiltData>();
+  built->grid = m_grid;
+  btGenerateInternalEdgeInfo(shape.get(), &built->edges);
   btTransform const lifted(btMatrix3x3::getIdentity(), btVector3(0, 0, 0.5 * (grid.lowest + top)));
-  leaves.push_back(Leaf{m_grid, std::move(shape), local * lifted});
+  leaves.push_back(Leaf{std::move(built), std::move(shape), local * lifted});
 }
 
 bool HeightFieldImpl::clipToBox(Ray const& ray, double& enter, double& exit) const {

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include <BulletCollision/CollisionDispatch/btInternalEdgeUtility.h>
+
 #include "bullet/Conversions.h"
 
 namespace zorBullet {
@@ -47,6 +49,14 @@ btBvhTriangleMeshShape& MeshData::tree() const {
     m_tree = std::make_unique<btBvhTriangleMeshShape>(m_triangles.get(), compressed, true);
   });
   return *m_tree;
+}
+
+btTriangleInfoMap& MeshData::edges() const {
+  std::call_once(m_edgesOnce, [this] {
+    btGenerateInternalEdgeInfo(&tree(), &m_edges);
+    tree().setTriangleInfoMap(nullptr); // the tree serves rays only
+  });
+  return m_edges;
 }
 
 Hull const& MeshData::hull() const {

@@ -6,6 +6,7 @@
 
 #include <BulletCollision/CollisionShapes/btBvhTriangleMeshShape.h>
 #include <BulletCollision/CollisionShapes/btTriangleIndexVertexArray.h>
+#include <BulletCollision/CollisionShapes/btTriangleInfoMap.h>
 
 #include <zor/Types.h>
 #include <zor/Vec3.h>
@@ -30,6 +31,9 @@ struct MeshData {
   btBvhTriangleMeshShape& tree() const;
   /** The triangles as the engine reads them. */
   btStridingMeshInterface& triangles() const { return *m_triangles; }
+  /** What the engine knows about each edge, so that bodies do not stumble over edges between flat neighbours.
+   */
+  btTriangleInfoMap& edges() const;
   /** Hull around all. */
   Hull const& hull() const;
   bool isClosed() const;
@@ -42,6 +46,8 @@ private:
   std::unique_ptr<btTriangleIndexVertexArray> m_triangles;
   mutable std::once_flag m_treeOnce;
   mutable std::unique_ptr<btBvhTriangleMeshShape> m_tree;
+  mutable std::once_flag m_edgesOnce;
+  mutable btTriangleInfoMap m_edges;
   mutable std::once_flag m_hullOnce;
   mutable Hull m_hull;
   mutable std::once_flag m_closedOnce;

@@ -44,6 +44,7 @@ void MeshImpl::build(btTransform const& local, bool moving, LeafSet& leaves) con
   auto shape = std::make_unique<btBvhTriangleMeshShape>(&m_data->triangles(),
                                                         tree.usesQuantizedAabbCompression(), false);
   shape->setOptimizedBvh(tree.getOptimizedBvh());
+  shape->setTriangleInfoMap(&m_data->edges());
   btVector3 lower, upper;
   shape->getAabb(btTransform::getIdentity(), lower, upper);
   shape->setMargin(std::min(0.002, 0.001 * (upper - lower).length())); // the engine thickens both sides by it

@@ -23,6 +23,19 @@ bool isFixed(btCollisionObject const& object) {
   return object.isStaticObject();
 }
 
+btVector3 velocityAt(btCollisionObject const& object, btVector3 const& point) {
+  auto const* const body = btRigidBody::upcast(&object);
+  return body ? body->getVelocityInLocalPoint(point - object.getWorldTransform().getOrigin())
+              : btVector3(0, 0, 0);
+}
+
+/** Speed (m/s) at which two objects come together at a point. */
+double approachSpeed(btPersistentManifold const& manifold, btManifoldPoint const& point) {
+  btVector3 const velocity = velocityAt(*manifold.getBody1(), point.m_positionWorldOnB) -
+                             velocityAt(*manifold.getBody0(), point.m_positionWorldOnA);
+  return velocity.dot(point.m_normalWorldOnB);
+}
+
 /** Hands over each object whose box the ray meets. */
 template <class Visit>
 class RayVisitor final : public btBroadphaseRayCallback {
@@ -100,6 +113,24 @@ void SpaceImpl::beforeStep() {
   }
   applyFilters();
   moveFollowers();
+}
+
+void SpaceImpl::prepareContacts(double dt) {
+  double const gain = m_world->getGravity().length() * dt; // of speed within the step
+  for (int i = 0; i < m_dispatcher->getNumManifolds(); ++i) {
+    btPersistentManifold& manifold = *m_dispatcher->getManifoldByIndexInternal(i);
+    for (int k = 0; k < manifold.getNumContacts(); ++k) {
+      btManifoldPoint& point = manifold.getContactPoint(k);
+      if (GeometryPair const* const pair = pairOf(point))
+        setSurface(point, *pair); // a point may be older than a change of its materials
+      if (point.m_combinedRestitution == 0.0 || point.getDistance() <= 0.0)
+        continue;
+      if ((approachSpeed(manifold, point) + gain) * dt > point.getDistance())
+        point.setDistance(0.0);
+      else
+        point.m_combinedRestitution = 0.0;
+    }
+  }
 }
 
 void SpaceImpl::update() {
@@ -227,8 +258,13 @@ GeometryPair& SpaceImpl::internPair(GeometryImpl& first, GeometryImpl& second) {
 }
 
 void SpaceImpl::setUpContact(btManifoldPoint& point, GeometryImpl& first, GeometryImpl& second) {
-  point.m_userPersistentData = &internPair(first, second);
-  zor::Material const &a = *first.material, &b = *second.material;
+  GeometryPair const& pair = internPair(first, second);
+  point.m_userPersistentData = const_cast<GeometryPair*>(&pair);
+  setSurface(point, pair);
+}
+
+void SpaceImpl::setSurface(btManifoldPoint& point, GeometryPair const& pair) const {
+  zor::Material const &a = *pair.first->material, &b = *pair.second->material;
   if (zor::ContactMaterial const* const known = findContactMaterial(&a, &b)) {
     point.m_combinedFriction = known->getFriction();
     point.m_combinedRestitution = known->getRestitution();

@@ -48,6 +48,11 @@ public:
    * the first call on, geometries that stand still do not meet each other. */
   void beforeStep();
 
+  /** Call between finding contacts and computing motion: brings friction and restitution of all
+   * points up to date, and lets bounce what will touch within the step, and only that: the engine else takes
+   * the way to the surface off the bounce. */
+  void prepareContacts(double dt);
+
   /** Says how long the last step was, from which forces follow (impulse / time); 0 gives no forces. */
   void setLastTimeStep(double dt) { m_lastTimeStep = dt; }
   double getLastTimeStep() const { return m_lastTimeStep; }
@@ -107,6 +112,7 @@ private:
   };
 
   GeometryPair& internPair(GeometryImpl& first, GeometryImpl& second);
+  void setSurface(btManifoldPoint& point, GeometryPair const& pair) const;
   void applyFilters();
   void moveFollowers();
 
