@@ -31,9 +31,9 @@ public:
     checkNormals(mesh);
   }
 
-  std::set<osg::Geometry*> distinctMeshes() const { return {meshes.begin(), meshes.end()}; }
+  std::set<osg::ref_ptr<osg::Geometry>> distinctMeshes() const { return {meshes.begin(), meshes.end()}; }
 
-  std::vector<osg::Geometry*> meshes;
+  std::vector<osg::ref_ptr<osg::Geometry>> meshes;
   double volume = 0.0; // by the divergence theorem: positive only if the triangles face outwards
   unsigned int triangles = 0;
   double leastAgreement = 1.0; // of vertex normals with the faces that they belong to (cosine)

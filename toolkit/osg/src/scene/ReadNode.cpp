@@ -56,7 +56,7 @@ osg::Node* readNodeFile(std::string const& filename, osgDB::ReaderWriter::Option
     return nullptr;
   }
   osgDB::ReaderWriter::ReadResult result = osgDB::Registry::instance()->readNode(path, options);
-  osg::ref_ptr<osg::Node> const node = result.getNode();
+  osg::ref_ptr<osg::Node> node = result.getNode();
   if (!node) {
     logReadError("Model file", path, reasonFor(result, path));
     return nullptr;
@@ -64,7 +64,7 @@ osg::Node* readNodeFile(std::string const& filename, osgDB::ReaderWriter::Option
   VertexBufferEnabler enabler;
   node->accept(enabler);
   result = osgDB::ReaderWriter::ReadResult(); // its reference goes first: the caller gets the last one
-  return osg::ref_ptr<osg::Node>(node).release();
+  return node.release();
 }
 
 } // namespace zorOSG
