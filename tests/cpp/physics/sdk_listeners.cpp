@@ -108,6 +108,14 @@ TEST_F(Listeners, AreCalledInOrderPhaseByPhase) {
   EXPECT_EQ(first->getSimulation(), nullptr);
 }
 
+TEST_F(Listeners, AreToldWhenTheSimulationDies) {
+  auto const recorder = listen(new Recorder(log, "a"));
+  simulation = nullptr;
+  EXPECT_THAT(log, ElementsAre("a added", "a lost")) << "a dying simulation is not handed out";
+  simulation = new zorSDK::Simulation;
+  EXPECT_TRUE(simulation->add(recorder.get()));
+}
+
 TEST_F(Listeners, SeeTheTimeAndPlaceOfTheirPhase) {
   auto const body = addSphere(0.5, Vec3(0, 0, 10));
   auto const recorder = listen(new Recorder(log, "a"));

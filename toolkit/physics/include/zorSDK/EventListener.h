@@ -32,7 +32,8 @@ public:
 
   /** Called when the listener has been added to a simulation; getSimulation tells which. */
   virtual void addNotification();
-  /** Called when the listener is about to leave its simulation; getSimulation still tells which. */
+  /** Called when the listener is about to leave its simulation; getSimulation still tells which,
+   * or null when the simulation is being destroyed. */
   virtual void removeNotification();
 
   /** \return The simulation that the listener is in, or null. */

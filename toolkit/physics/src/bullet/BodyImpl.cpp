@@ -367,6 +367,7 @@ void BodyImpl::leaveWorld() {
 void BodyImpl::beforeStep(bool autoSleep) {
   m_oldVelocity = m_engine.getLinearVelocity();
   m_oldAngularVelocity = m_engine.getAngularVelocity();
+  m_wasActive = m_engine.isActive();
   int const state = m_engine.getActivationState();
   if (m_control == zor::RigidBody::KINEMATICS) {
     bool const moves = m_oldVelocity.length2() > 0 || m_oldAngularVelocity.length2() > 0;
@@ -396,7 +397,8 @@ void BodyImpl::afterStep(double dt) {
 }
 
 bool BodyImpl::synchronise() {
-  if (!m_inWorld || m_control == zor::RigidBody::STATIC || !m_engine.isActive())
+  bool const moved = m_wasActive || m_engine.isActive(); // it moves in the step that puts it to sleep, too
+  if (!m_inWorld || m_control == zor::RigidBody::STATIC || !moved)
     return true;
   btTransform const& pose = m_engine.getWorldTransform();
   bool const finite = isFinite(pose.getOrigin()) && isFinite(pose.getBasis()[0]) &&

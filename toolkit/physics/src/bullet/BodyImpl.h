@@ -114,6 +114,7 @@ private:
   zorSDK::Simulation* m_simulation = nullptr;
   SpaceImpl* m_space = nullptr;
   bool m_inWorld = false;
+  bool m_wasActive = false; // before the step
   btVector3 m_oldVelocity{0, 0, 0};
   btVector3 m_oldAngularVelocity{0, 0, 0};
   btVector3 m_acceleration{0, 0, 0};

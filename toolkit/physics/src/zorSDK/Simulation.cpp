@@ -31,7 +31,9 @@ zor::UInt checkCount(zor::UInt count, zor::UInt most, char const* where) {
 
 Simulation::Simulation() : m_impl(std::make_unique<SimulationImpl>(*this)) {}
 
-Simulation::~Simulation() = default;
+Simulation::~Simulation() {
+  m_impl->shutDown();
+}
 
 bool Simulation::add(zor::RigidBody* body) {
   return m_impl->add(zor::checkNotNull(body, "Simulation::add"));

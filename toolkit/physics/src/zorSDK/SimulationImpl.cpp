@@ -60,7 +60,10 @@ SimulationImpl::SimulationImpl(Simulation& owner)
   solverInfo().m_numIterations = DEFAULT_ITERATIONS;
 }
 
-SimulationImpl::~SimulationImpl() {
+SimulationImpl::~SimulationImpl() = default;
+
+void SimulationImpl::shutDown() {
+  m_dying = true;
   cleanup();
 }
 
@@ -69,6 +72,9 @@ SimulationImpl::~SimulationImpl() {
 bool SimulationImpl::add(zor::RigidBody& body) {
   if (body.getSimulation())
     return refuse("body", body.getName(), "is already in a simulation");
+  for (auto const& geometry : body.getGeometries())
+    if (geometry->getSpace())
+      return refuse("body", body.getName(), "has a geometry that is in a space by itself");
   bodies.push_back(&body);
   body.getImpl().enter(&m_owner, m_spaceImpl);
   return true;
@@ -219,6 +225,8 @@ bool SimulationImpl::remove(EventListener& listener) {
 
 // The listener leaves also when its own method throws.
 void SimulationImpl::notifyRemoval(EventListener& listener) {
+  if (m_dying) // nobody may take a reference of the simulation any more
+    listener.m_simulation = nullptr;
   struct Leave {
     EventListener& listener;
     ~Leave() { listener.m_simulation = nullptr; }

@@ -41,6 +41,8 @@ public:
   bool remove(Assembly& assembly);
   bool remove(EventListener& listener);
   void cleanup();
+  /** As cleanup, for a simulation that is being destroyed. */
+  void shutDown();
 
   /** The contents of an assembly, nested in another or not. */
   void enterAssembly(Assembly& assembly);
@@ -102,6 +104,7 @@ private:
   double m_startTime = 0; // time is counted in steps from here, which does not add up rounding
   zor::UInt m_stepsSinceStart = 0;
   bool m_stepping = false;
+  bool m_dying = false;
   SimulationStatistics m_statistics;
 
   EventListenerRefVector m_called; // copy, as listeners may be added and removed inside a call
