@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iomanip>
@@ -116,6 +116,19 @@ TEST_F(NotifyTest, TargetMayThrowAndLog) {
   Notify::instance().removeTarget(bad);
   EXPECT_THAT(texts(), ElementsAre("once"));
   EXPECT_THROW(Notify::instance().addTarget({}), std::invalid_argument);
+}
+
+struct LogsAtExit {
+  ~LogsAtExit() { zor::notify(Notify::NOTIFY_ERROR) << "last words" << zor::endMessage; }
+};
+
+TEST(NotifyDeathTest, StaticObjectsMayLogWhileTheProcessEnds) {
+  auto const leave = [] {
+    static LogsAtExit const object;
+    zor::notify(Notify::NOTIFY_ERROR) << "first" << zor::endMessage;
+    std::exit(0);
+  };
+  EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "Error: last words");
 }
 
 TEST_F(NotifyTest, WritesToConsoleAndFile) {

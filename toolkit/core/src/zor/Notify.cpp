@@ -19,15 +19,35 @@ struct ThreadMessage {
   NotifyMessage message{Notify::NOTIFY_INFO, {}, {}, {}, 0};
 };
 
-ThreadMessage& threadMessage() {
-  thread_local ThreadMessage instance;
-  return instance;
+// A stream without a buffer fails at once and so formats nothing: the cheap way to swallow a message.
+struct SwallowingStream {
+  std::ostream stream{nullptr};
+};
+
+// The calling thread's T. The main thread's dies before static objects do, which may still log: they share
+// one that is never destroyed.
+template <class T>
+T& perThread() {
+  thread_local bool gone = false; // trivial, so it may be read to the very end
+  struct Slot {
+    T value;
+    ~Slot() { gone = true; }
+  };
+  if (gone) {
+    alignas(T) static unsigned char storage[sizeof(T)];
+    static T* const last = new (storage) T;
+    return *last;
+  }
+  thread_local Slot slot;
+  return slot.value;
 }
 
-// A stream without a buffer fails at once and so formats nothing: the cheap way to swallow a message.
+ThreadMessage& threadMessage() {
+  return perThread<ThreadMessage>();
+}
+
 std::ostream& swallowingStream() {
-  thread_local std::ostream instance(nullptr);
-  return instance;
+  return perThread<SwallowingStream>().stream;
 }
 
 thread_local bool t_sending = false; // a target that writes to the log must not be sent its own message

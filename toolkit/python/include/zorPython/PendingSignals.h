@@ -3,8 +3,8 @@
 namespace zorPython {
 
 /**
- * Lets the interpreter see signals during a long call that never returns to it, as a run loop is: Python's own
- * signal handlers only set a mark, which somebody has to look at.
+ * Lets the interpreter see signals during a long call that never returns to it, as a run loop is: Python's
+ * own signal handlers only set a mark, which somebody has to look at.
  */
 class PendingSignals {
 public:
