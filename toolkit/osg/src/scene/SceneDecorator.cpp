@@ -93,7 +93,7 @@ void SceneDecorator::setShadowMethod(ShadowMethod method) {
   if (!available)
     zor::notify(zor::Notify::NOTIFY_WARNING) << "Scene decorator: shadow method " << static_cast<int>(method)
                                              << " is drawn as a soft shadow map" << zor::endMessage;
-  m_parts->shadowMethod = available ? method : SOFT_SHADOWMAP;
+  m_parts->setShadowMethod(available ? method : SOFT_SHADOWMAP);
 }
 
 SceneDecorator::ShadowMethod SceneDecorator::getShadowMethod() const {

@@ -4,7 +4,8 @@ namespace zorOSG {
 
 namespace {
 
-char const* const DEFINES = R"(#version 120
+char const* const DEFINES = R"(#version 130
+#extension GL_ARB_texture_gather : enable
 #pragma import_defines(ZOR_UNLIT, ZOR_TEXTURE, ZOR_VERTEXCOLOR, ZOR_FLAT, ZOR_UNSHADOWED)
 #pragma import_defines(ZOR_SHADOW, ZOR_SOFTSHADOW)
 #pragma import_defines(ZOR_LIGHT0, ZOR_LIGHT1, ZOR_LIGHT2, ZOR_SPECULAR0, ZOR_SPECULAR1, ZOR_SPECULAR2)
@@ -68,36 +69,52 @@ uniform sampler2D zor_texture;
 #endif
 
 #ifdef SHADOWED
-uniform sampler2DShadow zor_shadowMap;
 uniform vec2 zor_shadowMapSize;
-
-float tap(vec2 at, float depth) { return shadow2D(zor_shadowMap, vec3(at, depth)).r; }
-
-// The part of the light that gets through. The soft one is a filter five texels wide out of nine taps, each
-// between four texels; the weights are those of a triangle in both directions.
-float lightThrough() {
-  if (zorShadowCoord.w <= 0.0)
-    return 1.0;
-  vec3 coord = zorShadowCoord.xyz / zorShadowCoord.w;
-  float depth = clamp(coord.z, 0.0, 1.0);
 #ifdef ZOR_SOFTSHADOW
-  vec2 texel = 1.0 / zor_shadowMapSize;
-  vec2 at = coord.xy * zor_shadowMapSize;
-  vec2 base = floor(at + 0.5);
-  vec2 f = at + 0.5 - base;
-  base = (base - 0.5) * texel;
-  vec2 w0 = 4.0 - 3.0 * f;
-  vec2 w2 = 1.0 + 3.0 * f;
-  vec2 p0 = base + ((3.0 - 2.0 * f) / w0 - 2.0) * texel;
-  vec2 p1 = base + ((3.0 + f) / 7.0) * texel;
-  vec2 p2 = base + (f / w2 + 2.0) * texel;
-  float sum = w0.y * (w0.x * tap(p0, depth) + 7.0 * tap(vec2(p1.x, p0.y), depth) + w2.x * tap(vec2(p2.x, p0.y), depth));
-  sum += 7.0 * (w0.x * tap(vec2(p0.x, p1.y), depth) + 7.0 * tap(p1, depth) + w2.x * tap(vec2(p2.x, p1.y), depth));
-  sum += w2.y * (w0.x * tap(vec2(p0.x, p2.y), depth) + 7.0 * tap(vec2(p1.x, p2.y), depth) + w2.x * tap(p2, depth));
-  return sum / 144.0;
+uniform sampler2D zor_shadowMap;
+
+// Whether light reaches the four texels around a corner: left and right above it, right and left below.
+vec4 lit(vec2 corner, float depth) {
+#ifdef GL_ARB_texture_gather
+  return step(depth, textureGather(zor_shadowMap, corner));
 #else
-  return tap(coord.xy, depth);
+  vec2 side = 0.5 / zor_shadowMapSize;
+  return step(depth, vec4(texture2D(zor_shadowMap, corner + vec2(-side.x, side.y)).r,
+                          texture2D(zor_shadowMap, corner + side).r,
+                          texture2D(zor_shadowMap, corner + vec2(side.x, -side.y)).r,
+                          texture2D(zor_shadowMap, corner - side).r));
 #endif
+}
+
+// The mean of three by three lookups that each blend four texels.
+float lightAt(vec2 at, float depth) {
+  vec2 texel = 1.0 / zor_shadowMapSize;
+  vec2 place = at * zor_shadowMapSize - 0.5;
+  vec2 base = floor(place);
+  vec2 f = place - base;
+  vec2 corner = base * texel;
+  vec4 lowLeft = lit(corner, depth);
+  vec4 lowRight = lit(corner + vec2(2.0, 0.0) * texel, depth);
+  vec4 highLeft = lit(corner + vec2(0.0, 2.0) * texel, depth);
+  vec4 highRight = lit(corner + vec2(2.0, 2.0) * texel, depth);
+  vec4 weights = vec4(1.0 - f.x, 1.0, 1.0, f.x);
+  vec4 rows;
+  rows.x = dot(weights, vec4(lowLeft.wz, lowRight.wz));
+  rows.y = dot(weights, vec4(lowLeft.xy, lowRight.xy));
+  rows.z = dot(weights, vec4(highLeft.wz, highRight.wz));
+  rows.w = dot(weights, vec4(highLeft.xy, highRight.xy));
+  return dot(rows, vec4(1.0 - f.y, 1.0, 1.0, f.y)) / 9.0;
+}
+#else
+uniform sampler2DShadow zor_shadowMap;
+
+float lightAt(vec2 at, float depth) { return shadow2D(zor_shadowMap, vec3(at, depth)).r; }
+#endif
+
+// The part of the light that gets through.
+float lightThrough() {
+  vec3 coord = zorShadowCoord.xyz / zorShadowCoord.w;
+  return zorShadowCoord.w > 0.0 ? lightAt(coord.xy, clamp(coord.z, 0.0, 1.0)) : 1.0;
 }
 #endif
 

@@ -60,6 +60,13 @@ void SceneDecorator::Parts::setProgram(bool enable, bool override) {
     state->removeAttribute(program);
 }
 
+void SceneDecorator::Parts::setShadowMethod(ShadowMethod method) {
+  std::lock_guard const lock(m_mutex);
+  if (method != shadowMethod)
+    m_shadowMaps.clear();
+  shadowMethod = method;
+}
+
 bool SceneDecorator::Parts::castsShadows() const {
   return shadowsEnabled && shaderEnabled && shadowMethod != NO_SHADOWS && lights.isEnabled(shadowLight);
 }
@@ -112,7 +119,7 @@ osg::StateSet* SceneDecorator::Parts::cullShadows(osgUtil::CullVisitor& visitor)
   if (!castsShadows() || !view)
     return nullptr;
   auto const& light = *static_cast<osg::Light const*>(lights.source(shadowLight).getLight());
-  return shadowMapOf(*view).cull(visitor, light, m_survey, shadowMethod != SHADOWMAP);
+  return shadowMapOf(*view).cull(visitor, light, m_survey);
 }
 
 ShadowMap& SceneDecorator::Parts::shadowMapOf(osg::Camera& view) {
@@ -121,7 +128,7 @@ ShadowMap& SceneDecorator::Parts::shadowMapOf(osg::Camera& view) {
       return *map;
   std::erase_if(m_shadowMaps, [](auto const& map) { return map->isStale(); });
   auto const content = [this](osg::NodeVisitor& visitor) { decorator.osg::Group::traverse(visitor); };
-  m_shadowMaps.push_back(std::make_unique<ShadowMap>(view, content));
+  m_shadowMaps.push_back(std::make_unique<ShadowMap>(view, content, shadowMethod != SHADOWMAP));
   return *m_shadowMaps.back();
 }
 

@@ -40,6 +40,7 @@ public:
   void releaseGLObjects(osg::State* state) const;
 
   void setProgram(bool enable, bool override);
+  void setShadowMethod(ShadowMethod method);
   bool castsShadows() const;
 
   SceneDecorator& decorator;

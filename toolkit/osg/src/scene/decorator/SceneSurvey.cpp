@@ -1,13 +1,12 @@
 #include "SceneSurvey.h"
 
+#include "Boxes.h"
 #include "Defines.h"
 
 #include <zorOSG/ExampleApplication.h>
 
 #include <osg/Texture2D>
 #include <osg/Transform>
-
-#include <cmath>
 
 namespace zorOSG {
 
@@ -78,18 +77,6 @@ bool isFilled(osg::Geometry const& geometry) {
       return true;
   }
   return false;
-}
-
-/** The box around a transformed box, from its centre and half extents. */
-osg::BoundingBoxd transformed(osg::BoundingBox const& box, osg::Matrixd const& matrix) {
-  osg::Vec3d const center = osg::Vec3d(box.center()) * matrix;
-  osg::Vec3d const half(0.5 * (box.xMax() - box.xMin()), 0.5 * (box.yMax() - box.yMin()),
-                        0.5 * (box.zMax() - box.zMin()));
-  osg::Vec3d reach;
-  for (int column = 0; column < 3; ++column)
-    for (int row = 0; row < 3; ++row)
-      reach[column] += std::abs(matrix(row, column)) * half[row];
-  return {center - reach, center + reach};
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "ShadowFit.h"
 
+#include "Boxes.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -89,17 +91,6 @@ private:
   bool m_parallel;
   osg::Matrixd m_view;
 };
-
-/**
- * A flat thing that lies lowest of all has nothing below it that its shadow could fall on. Leaving it out
- * keeps a wide ground from taking the map away from the bodies on it.
- */
-bool isGround(osg::BoundingBoxd const& box, osg::BoundingBoxd const& scene) {
-  double const width = std::max(box.xMax() - box.xMin(), box.yMax() - box.yMin());
-  double const height = box.zMax() - box.zMin();
-  double const sceneHeight = scene.zMax() - scene.zMin();
-  return height <= 0.1 * width && box.zMin() - scene.zMin() <= 0.02 * sceneHeight;
-}
 
 osg::BoundingBoxd boxOfCasters(ShadowTask const& task) {
   osg::BoundingBoxd box;
