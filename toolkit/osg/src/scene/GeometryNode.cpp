@@ -7,6 +7,7 @@
 #include <osg/NodeVisitor>
 
 #include "Convert.h"
+#include "GeometryNodeRegistry.h"
 #include "ShapeVisual.h"
 
 namespace zorOSG {
@@ -67,6 +68,7 @@ void GeometryNode::setGeometry(zorCollide::Geometry* geometry) {
   m_geometry = geometry;
   if (!geometry)
     return;
+  GeometryNodeRegistry::instance().add(geometry, this);
   geometry->getShapeChangeEvent().add(shapeCallback);
   geometry->getRemovalEvent().add(m_removalCallback);
   updateTransform();
@@ -75,6 +77,7 @@ void GeometryNode::setGeometry(zorCollide::Geometry* geometry) {
 void GeometryNode::stopListening() {
   if (!m_geometry)
     return;
+  GeometryNodeRegistry::instance().remove(m_geometry, this);
   m_geometry->getShapeChangeEvent().remove(shapeCallback);
   m_geometry->getRemovalEvent().remove(m_removalCallback);
   m_geometry = nullptr;

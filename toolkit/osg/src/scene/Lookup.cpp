@@ -4,6 +4,8 @@
 
 #include <osg/NodeVisitor>
 
+#include "GeometryNodeRegistry.h"
+
 namespace zorOSG {
 
 namespace {
@@ -44,10 +46,26 @@ private:
   bool m_onlyFirst;
 };
 
+bool isBelow(osg::Node const& node, osg::Group const* root) {
+  if (&node == root)
+    return true;
+  for (unsigned int i = 0; i < node.getNumParents(); ++i)
+    if (isBelow(*node.getParent(i), root))
+      return true;
+  return false;
+}
+
 GeometryNodePtrVector find(zorCollide::Geometry const* geometry, osg::Group* root, bool onlyFirst) {
-  GeometryNodeFinder finder(geometry, onlyFirst);
-  if (geometry && root)
-    root->accept(finder);
+  GeometryNodePtrVector found;
+  if (!geometry || !root)
+    return found;
+  for (GeometryNode* node : GeometryNodeRegistry::instance().find(geometry))
+    if (isBelow(*node, root))
+      found.push_back(node);
+  if (found.size() < 2)
+    return found;
+  GeometryNodeFinder finder(geometry, onlyFirst); // the order of the scene
+  root->accept(finder);
   return finder.found;
 }
 

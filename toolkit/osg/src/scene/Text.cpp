@@ -4,6 +4,7 @@
 
 #include "Checks.h"
 #include "Convert.h"
+#include "TextFont.h"
 #include "VisualState.h"
 
 namespace zorOSG {
@@ -20,6 +21,9 @@ osgText::String decoded(zor::String const& text) {
 
 Text::Text() : m_text(new osgText::Text) {
   m_text->setDataVariance(osg::Object::DYNAMIC); // the text may change while a frame is drawn
+  if (defaultTextFont())
+    m_text->setFont(defaultTextFont());
+  m_text->setFontResolution(48, 48);
   m_text->setCharacterSize(defaultCharacterSize);
   m_text->setAxisAlignment(osgText::TextBase::SCREEN);
   m_text->setColor(osg::Vec4(1.0f, 1.0f, 1.0f, 1.0f));

@@ -78,7 +78,9 @@ osg::Material& groundMaterial() {
 
 bool hasLook(osg::Node const& node) {
   osg::StateSet const* state = node.getStateSet();
-  if (state && state->getAttribute(osg::StateAttribute::MATERIAL))
+  auto const* material =
+      state ? static_cast<osg::Material const*>(state->getAttribute(osg::StateAttribute::MATERIAL)) : nullptr;
+  if (material && !isDefault(material))
     return true;
   for (unsigned int i = 0; i < node.getNumParents(); ++i)
     if (hasLook(*node.getParent(i)))

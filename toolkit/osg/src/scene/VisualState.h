@@ -24,7 +24,7 @@ osg::Material& defaultMaterial();
 /** As defaultMaterial(), for planes and landscapes: what rests on the ground stands out from it. */
 osg::Material& groundMaterial();
 
-/** True if a node, or one above it, says how what is below it looks. */
+/** True if a node, or one above it, says how what is below it looks; default looks say nothing. */
 bool hasLook(osg::Node const& node);
 
 /** Turns blending and sorted drawing on for an alpha below 1, else off. */
