@@ -31,6 +31,18 @@ TEST_F(ContactForces, RestingBoxIsCarriedWithItsWeight) {
   }
 }
 
+TEST_F(ContactForces, CornersOfBoxShareItsWeight) {
+  addGround();
+  auto const box = addBox(Vec3(0.5, 0.5, 0.5), Vec3(0, 0, 0.5));
+  run(0.5);
+  auto const contacts = simulation->getSpace()->getGeometryContacts(box.get());
+  ASSERT_EQ(contacts.size(), 1u);
+  ASSERT_EQ(contacts[0].getPoints().size(), 4u);
+  double const quarter = box->getMassProperties()->getMass() * G / 4;
+  for (zorCollide::ContactPoint const& point : contacts[0].getPoints())
+    EXPECT_NEAR(point.getNormalForceMagnitude(), quarter, 0.05 * quarter);
+}
+
 TEST_F(ContactForces, LightBodyCarriesHeavyOne) {
   addGround();
   auto const light = addBox(Vec3(0.5, 0.5, 0.5), Vec3(0, 0, 0.5));

@@ -24,7 +24,7 @@ bool isFinite(btVector3 const& v) {
 }
 
 bool isIdentity(btTransform const& t) {
-  btTransform const identity = btTransform::getIdentity();
+  btTransform const& identity = btTransform::getIdentity();
   if (t.getOrigin().length2() > 1e-24)
     return false;
   for (int i = 0; i < 3; ++i)

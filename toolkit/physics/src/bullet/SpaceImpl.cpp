@@ -36,6 +36,13 @@ double approachSpeed(btPersistentManifold const& manifold, btManifoldPoint const
   return velocity.dot(point.m_normalWorldOnB);
 }
 
+// A body that lands flat on a plane gets its corners' contacts at once, not one in each step.
+std::unique_ptr<btCollisionConfiguration> makeConfiguration() {
+  auto configuration = std::make_unique<btDefaultCollisionConfiguration>();
+  configuration->setPlaneConvexMultipointIterations();
+  return configuration;
+}
+
 /** Hands over each object whose box the ray meets. */
 template <class Visit>
 class RayVisitor final : public btBroadphaseRayCallback {
@@ -75,7 +82,7 @@ size_t SpaceImpl::PairHash::operator()(PairKey const& key) const noexcept {
 }
 
 SpaceImpl::SpaceImpl(zorCollide::Space& space)
-    : m_space(space), m_configuration(std::make_unique<btDefaultCollisionConfiguration>()),
+    : m_space(space), m_configuration(makeConfiguration()),
       m_dispatcher(std::make_unique<ContactDispatcher>(*this, m_configuration.get())),
       m_filter(std::make_unique<OverlapFilter>(*this)), m_broadphase(std::make_unique<btDbvtBroadphase>()),
       m_solver(std::make_unique<ConstraintSolver>()),
