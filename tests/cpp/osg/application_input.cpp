@@ -151,13 +151,14 @@ TEST_F(ApplicationInput, escape_quits_even_past_a_listener_unless_the_applicatio
 }
 
 TEST_F(ApplicationInput, help_lists_keys_scenes_and_what_listeners_say) {
-  app->addScene("ramp.py", std::string("buildRamp"), '7');
+  app->addScene([](zorSDK::Simulation*, zorOSG::ExampleApplication* a) { return a->getSceneRoot(); }, '7');
+  ASSERT_TRUE(app->createSceneFromKey('7'));
   addRecorder()->setName("q: raise the arm");
   EXPECT_EQ(TextFinder(*app->getRoot()).text.find("raise the arm"), std::string::npos);
   press('h');
   runFrames(2);
   std::string const help = TextFinder(*app->getRoot()).text;
-  for (char const* part : {"pause or play", "quit", "7         buildRamp", "q: raise the arm"})
+  for (char const* part : {"pause or play", "quit", "7         built-in scene", "q: raise the arm"})
     EXPECT_NE(help.find(part), std::string::npos) << part << " in " << help;
 }
 

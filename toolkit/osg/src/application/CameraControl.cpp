@@ -17,6 +17,22 @@ namespace zorOSG {
 
 namespace {
 
+constexpr char const* MARKER_NAME = "TrackedPoint";
+
+/**
+ * The library's tracker takes a node's bound, which a transform gives in its parent's coordinates, for one in the
+ * node's own. A child without content has its centre at the node's origin in either reading.
+ */
+osg::Node* trackedPoint(GeometryNode& node) {
+  for (unsigned i = 0; i < node.getNumChildren(); ++i)
+    if (node.getChild(i)->getName() == MARKER_NAME)
+      return node.getChild(i);
+  osg::ref_ptr<osg::Group> const marker = new osg::Group;
+  marker->setName(MARKER_NAME);
+  node.addChild(marker);
+  return marker.get();
+}
+
 void requireUsable(CameraControl::Pose const& pose) {
   osg::Vec3d const direction = toOsg(pose.center) - toOsg(pose.eye);
   osg::Vec3d const side = direction ^ toOsg(pose.up);
@@ -101,7 +117,7 @@ void CameraControl::track(GeometryNode& node, Pose const& pose, int trackerMode)
   osg::ref_ptr<osgGA::NodeTrackerManipulator> tracker = new osgGA::NodeTrackerManipulator;
   tracker->setTrackerMode(static_cast<osgGA::NodeTrackerManipulator::TrackerMode>(trackerMode));
   tracker->setRotationMode(osgGA::NodeTrackerManipulator::ELEVATION_AZIM);
-  tracker->setTrackNode(&node);
+  tracker->setTrackNodePath(trackedPoint(node)->getParentalNodePaths().front());
   tracker->setAutoComputeHomePosition(false);
   tracker->setHomePosition(toOsg(pose.eye), toOsg(pose.center), toOsg(pose.up));
   m_viewer->setCameraManipulator(tracker.get(), false);

@@ -130,7 +130,7 @@ void EglContext::openWithMostSamples() {
     samples /= 2;
   }
   if (samples != asked)
-    OSG_NOTICE << getPath() << ": " << samples << " samples per pixel instead of " << asked << std::endl;
+    OSG_INFO << getPath() << ": " << samples << " samples per pixel instead of " << asked << std::endl;
   _traits->samples = static_cast<unsigned int>(samples);
   _traits->sampleBuffers = samples > 0 ? 1 : 0;
 }
