@@ -41,6 +41,8 @@ endif()
 
 if(ZOR_TIDY)
   find_program(ZOR_CLANG_TIDY clang-tidy REQUIRED)
+  # It reads the compiler's own options, of which it knows not all.
+  set(ZOR_CLANG_TIDY ${ZOR_CLANG_TIDY} --extra-arg=-Wno-unknown-warning-option)
 endif()
 
 # Generated wrappers take gigabytes each to compile, so they have a pool of their own.
