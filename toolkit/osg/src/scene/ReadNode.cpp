@@ -9,6 +9,7 @@
 #include <osgDB/Registry>
 
 #include "MeshBuilder.h"
+#include "ReaderMessages.h"
 #include "ResourceFile.h"
 
 namespace zorOSG {
@@ -30,12 +31,13 @@ std::string findModel(std::string const& filename, bool searchForIve) {
   return findResourceFile(filename);
 }
 
-std::string reasonFor(osgDB::ReaderWriter::ReadResult const& result, std::string const& path) {
+std::string reasonFor(osgDB::ReaderWriter::ReadResult const& result, std::string const& path,
+                      std::string const& printed) {
   if (!result.message().empty())
     return result.message();
   if (result.notHandled() || result.notFound()) // the file is there, so its reader is not
     return "no reader for files with extension \"" + osgDB::getFileExtension(path) + "\"";
-  return "the file holds no model that the reader understands";
+  return printed.empty() ? "the file holds no model that the reader understands" : printed;
 }
 
 } // namespace
@@ -55,12 +57,14 @@ osg::Node* readNodeFile(std::string const& filename, osgDB::ReaderWriter::Option
       logReadError("Model file", path, "it is a folder");
     return nullptr;
   }
+  ReaderMessages const printed;
   osgDB::ReaderWriter::ReadResult result = osgDB::Registry::instance()->readNode(path, options);
   osg::ref_ptr<osg::Node> node = result.getNode();
   if (!node) {
-    logReadError("Model file", path, reasonFor(result, path));
+    logReadError("Model file", path, reasonFor(result, path, printed.text()));
     return nullptr;
   }
+  printed.log(path);
   VertexBufferEnabler enabler;
   node->accept(enabler);
   result = osgDB::ReaderWriter::ReadResult(); // its reference goes first: the caller gets the last one

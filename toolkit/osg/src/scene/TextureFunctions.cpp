@@ -14,6 +14,7 @@
 #include <zorOSG/Lookup.h>
 
 #include "Checks.h"
+#include "ReaderMessages.h"
 #include "ResourceFile.h"
 #include "VisualState.h"
 
@@ -50,11 +51,13 @@ osg::ref_ptr<osg::Texture2D> readTexture(std::string const& filename) {
     logMissingFile("Image file", filename);
     return nullptr;
   }
+  ReaderMessages const printed;
   osg::ref_ptr<osg::Image> const image = osgDB::readRefImageFile(path);
   if (!image || image->s() <= 0 || image->t() <= 0) {
-    logReadError("Image file", path, "no reader understands it");
+    logReadError("Image file", path, printed.text().empty() ? "no reader understands it" : printed.text());
     return nullptr;
   }
+  printed.log(path);
   return textureOf(image);
 }
 
