@@ -4,6 +4,7 @@
 
 #include <osg/GL>
 #include <osg/Geometry>
+#include <osg/ShapeDrawable>
 
 #include <array>
 #include <stdexcept>
@@ -118,6 +119,27 @@ int countBetween(osg::Image const& image) {
       between += value > 0.1 && value < 0.9 ? 1 : 0;
     }
   return between;
+}
+
+/** Cached meshes and programs live longer than a context, as when one application follows another. */
+TEST(OffscreenContext, nodesKeptBeyondAContextAreDrawnInTheNext) {
+  osg::ref_ptr<osg::ShapeDrawable> const ball = new osg::ShapeDrawable(new osg::Sphere({}, 1.0f));
+  ball->setUseDisplayList(false);
+  ball->setUseVertexBufferObjects(true);
+  osg::ref_ptr<osg::Program> const program = new osg::Program;
+  program->addShader(new osg::Shader(osg::Shader::FRAGMENT, "void main() { gl_FragColor = vec4(1.0); }"));
+  ball->getOrCreateStateSet()->setAttribute(program);
+  for (int i = 0; i < 3; ++i) {
+    zorTest::Offscreen view(20, 20);
+    view.lookAt({0.0, -3.0, 0.0}, {});
+    // What another run put into the context takes the handles that the kept nodes remember.
+    osg::ref_ptr<osg::Group> const scene = new osg::Group;
+    for (int k = 0; k < i; ++k)
+      scene->addChild(new osg::ShapeDrawable(new osg::Box({0.0f, 90.0f, 0.0f}, 1.0f)));
+    scene->addChild(ball);
+    EXPECT_DOUBLE_EQ(1.0, zorTest::brightness(*view.render(scene), {10.0, 10.0})) << "context " << i;
+    view.viewer().setSceneData(nullptr);
+  }
 }
 
 /** Where the driver's multisampled buffers cannot be read the context has none and says so in its traits. */

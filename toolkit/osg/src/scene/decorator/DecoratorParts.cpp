@@ -17,12 +17,13 @@ std::array<osg::Vec4, 4> const SKY = {{{0.56f, 0.66f, 0.77f, 1.0f},
                                        {0.90f, 0.92f, 0.94f, 1.0f},
                                        {0.90f, 0.92f, 0.94f, 1.0f}}};
 
-osg::Vec4 const AMBIENT(0.26f, 0.27f, 0.29f, 1.0f);
+osg::Vec4 const AMBIENT(0.34f, 0.34f, 0.35f, 1.0f);
 
 } // namespace
 
 SceneDecorator::Parts::Parts(SceneDecorator& owner, int width, int height, int enabledLights)
-    : decorator(owner), hud(width, height), nonShadowed(new AttachedGroup), state(new osg::StateSet) {
+    : decorator(owner), hud(width, height), nonShadowed(new AttachedGroup), state(new osg::StateSet),
+      m_program(makeSceneProgram()) {
   lights.setEnabled(enabledLights);
   while (shadowLight + 1 < LIGHT_COUNT && !lights.isEnabled(shadowLight))
     ++shadowLight;
@@ -52,12 +53,11 @@ void SceneDecorator::Parts::makeState() {
 }
 
 void SceneDecorator::Parts::setProgram(bool enable, bool override) {
-  static osg::ref_ptr<osg::Program> const program = makeSceneProgram();
   shaderEnabled = enable;
   if (enable)
-    state->setAttribute(program, onValue(override));
+    state->setAttribute(m_program, onValue(override));
   else
-    state->removeAttribute(program);
+    state->removeAttribute(m_program);
 }
 
 void SceneDecorator::Parts::setShadowMethod(ShadowMethod method) {

@@ -61,6 +61,7 @@ private:
   osg::StateSet* cullShadows(osgUtil::CullVisitor& visitor);
   ShadowMap& shadowMapOf(osg::Camera& view);
 
+  osg::ref_ptr<osg::Program> m_program;
   std::mutex m_mutex; ///< views may be culled by threads of their own
   SceneSurvey m_survey;
   unsigned int m_surveyedFrame = ~0u;

@@ -2,6 +2,8 @@
 
 #include <zor/Notify.h>
 
+#include <osgDB/FileNameUtils>
+#include <osgDB/FileUtils>
 #include <osgText/Font>
 
 #include <cmath>
@@ -17,20 +19,21 @@ constexpr float LINE_SPACING = 1.35f;
 char const* const DEFAULT_FONT = "DejaVuSans.ttf";
 
 /** Folder of the default font where distributions put it, which is on no search path. */
-char const* const FONT_FOLDER = "/usr/share/fonts/truetype/dejavu/";
+std::string const FONT_FOLDER = "/usr/share/fonts/truetype/dejavu/";
 
+/** The search answers a file that it does not find with any other font; that is refused here. */
 osg::ref_ptr<osgText::Font> readFont(std::string const& name) {
-  if (osg::ref_ptr<osgText::Font> font = osgText::readRefFontFile(name))
-    return font;
-  return osgText::readRefFontFile(FONT_FOLDER + name);
+  std::string file = osgText::findFontFile(name);
+  bool const isFile = !osgDB::getFileExtension(name).empty();
+  if (isFile && osgDB::getSimpleFileName(file) != osgDB::getSimpleFileName(name))
+    file = osgDB::fileExists(FONT_FOLDER + name) ? FONT_FOLDER + name : std::string();
+  return file.empty() ? nullptr : osgText::readRefFontFile(file);
 }
 
 } // namespace
 
 HudText::HudText() : m_node(new osg::Geode) {
-  m_font = osgText::readRefFontFile(std::string(FONT_FOLDER) + DEFAULT_FONT);
-  if (!m_font)
-    m_font = readFont(DEFAULT_FONT);
+  m_font = readFont(DEFAULT_FONT);
   m_fontName = m_font ? DEFAULT_FONT : "built-in";
   if (!m_font)
     m_font = osgText::Font::getDefaultFont();

@@ -158,6 +158,20 @@ void cutByView(ShadowTask const& task, LightView const& light, Bounds& bounds) {
   bounds.cut(visible);
 }
 
+/** \return height of what the view shows, at the distance of a point (m) */
+double viewHeight(ShadowTask const& task, osg::Vec3d const& point) {
+  double const distance = std::abs((point * task.view).z());
+  bool const perspective = task.projection(3, 3) == 0.0;
+  return 2.0 * (perspective ? distance : 1.0) / std::abs(task.projection(1, 1));
+}
+
+/** Makes a range at least so large. */
+void widen(double& low, double& high, double least) {
+  double const more = std::max(0.0, 0.5 * (least - (high - low)));
+  low -= more;
+  high += more;
+}
+
 /** Rounds a range up to a size from a coarse ladder and moves its lower end to a multiple of a texel. */
 void steady(double& low, double& high, int mapSize) {
   double const margin = 8.0 / mapSize * (high - low);
@@ -192,6 +206,10 @@ ShadowFit fitShadow(ShadowTask const& task) {
   cutByView(task, light, bounds);
   if (bounds.empty())
     return fit;
+  double const distance = light.isParallel() ? 1.0 : 0.5 * (bounds.near + bounds.far);
+  double const least = task.softness * viewHeight(task, casters.center()) / distance * task.mapSize;
+  widen(bounds.uMin, bounds.uMax, least);
+  widen(bounds.vMin, bounds.vMax, least);
   steady(bounds.uMin, bounds.uMax, task.mapSize);
   steady(bounds.vMin, bounds.vMax, task.mapSize);
   fit.view = light.matrix();

@@ -24,6 +24,7 @@ struct ShadowTask {
   osg::BoundingBoxd scene;                       ///< box of everything that is drawn
   osg::Matrixd view;                             ///< scene to eye of the view that shows the shadows
   osg::Matrixd projection;                       ///< that view's projection
+  double softness = 0.0;                         ///< least size of a texel, in parts of the view's height
   int mapSize = 0;                               ///< texels along a side of the map
 };
 

@@ -27,6 +27,10 @@ namespace {
 constexpr int SOFT_MAP_SIZE = 1024;
 constexpr int SHARP_MAP_SIZE = 2048;
 
+/** A soft edge is at least this part of the view's height wide, a quarter of it a texel, or it would look
+ * sharp. */
+constexpr double SOFTNESS = 0.25 * 0.009;
+
 /** The scene graph's bin of what is see-through. */
 constexpr int TRANSPARENT_BIN = 10;
 
@@ -143,7 +147,7 @@ osg::StateSet* ShadowMap::cull(osgUtil::CullVisitor& visitor, osg::Light const& 
   osg::Matrixd const toEye = *visitor.getModelViewMatrix();
   ShadowFit const fit =
       fitShadow({osg::Vec4d(light.getPosition()), osg::Vec3d(light.getDirection()), survey.casters(),
-                 survey.scene(), toEye, *visitor.getProjectionMatrix(), m_size});
+                 survey.scene(), toEye, *visitor.getProjectionMatrix(), m_soft ? SOFTNESS : 0.0, m_size});
   if (fit.empty)
     return nullptr;
   cullDepthPass(visitor, fit, survey.scene());
