@@ -17,6 +17,7 @@
 #include <zor/Material.h>
 #include <zor/Mutex.h>
 #include <zor/Name.h>
+#include <zor/Notify.h>
 #include <zor/Object.h>
 #include <zor/ObserverFrame.h>
 #include <zor/Plane.h>

@@ -23,6 +23,7 @@
 #include <zorOSG/SceneDecorator.h>
 #include <zorOSG/SceneDescription.h>
 #include <zorOSG/Text.h>
+#include <zorOSG/TextFunctions.h>
 #include <zorOSG/Texture2D.h>
 #include <zorOSG/Transform.h>
 #include <zorOSG/VideoFFMPEGPipeCapture.h>

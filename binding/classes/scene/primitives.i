@@ -1,3 +1,4 @@
 // Text, axes, grids and simple bodies of lines and triangles.
-%include <zorOSG/Primitives.h>
+%include <zorOSG/TextFunctions.h>
 %include <zorOSG/CreateAxes.h>
+%include <zorOSG/Primitives.h>

@@ -18,12 +18,12 @@
 %}
 
 // What this module returns is borrowed: the scene graph, the application or the simulation owns it.
-#define ZOR_BORROWED_RESULTS
+%define ZOR_BORROWED_RESULTS %enddef
 
 // The input callbacks of the simulation's listener are reported under this module's own listener.
-#define ZOR_GUI_LISTENER "zorOSG::GuiEventListener"
-#define ZOR_GUI_FILE "zorOSG.i"
-#define ZOR_GUI_LINES 681
+%define ZOR_GUI_LISTENER "zorOSG::GuiEventListener" %enddef
+%define ZOR_GUI_FILE "zorOSG.i" %enddef
+%define ZOR_GUI_LINES 681 %enddef
 
 %include "shared/toolkit.i"
 %include <std_vector.i>
@@ -68,3 +68,15 @@
 %include "application/scene_description.i"
 %include "application/example_application.i"
 %include "scene/geometry_node_vector.i"
+
+// Errors of callbacks need a script manager from the first frame on.
+%{
+#include <zorPython/ScriptManager.h>
+%}
+%init %{
+  zorPython::ScriptManager::getOrCreate();
+%}
+
+%pythoncode %{
+from zorPython import getCurrentApplication
+%}

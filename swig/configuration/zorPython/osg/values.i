@@ -69,6 +69,9 @@ OSG_VEC2(Vec2f, float)
 OSG_VEC2(Vec2d, double)
 OSG_VEC3(Vec3f, float)
 OSG_VEC3(Vec3d, double)
+%extend osg::Vec3d {
+  Vec3d(osg::Vec3f const& other) { return new osg::Vec3d(other); }
+}
 OSG_VEC4(Vec4f, float)
 OSG_VEC4(Vec4d, double)
 
@@ -158,6 +161,8 @@ typedef Matrixd Matrix;
   void set(ptrdiff_t row, ptrdiff_t column, double value) {
     (*$self)(zorBinding::checkedIndex(row, 4), zorBinding::checkedIndex(column, 4)) = value;
   }
+  static osg::Matrixd translate(osg::Vec3f const& v) { return osg::Matrixd::translate(v); }
+  static osg::Matrixd rotate(double angle, osg::Vec3f const& axis) { return osg::Matrixd::rotate(angle, axis); }
   osg::Matrixd __mul__(osg::Matrixd const& next) const { return *$self * next; }
   bool __eq__(osg::Matrixd const& other) const { return *$self == other; }
   bool __ne__(osg::Matrixd const& other) const { return *$self != other; }

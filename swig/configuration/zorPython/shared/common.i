@@ -14,3 +14,10 @@
 %include "shared/values.i"
 
 %include "shared/types.i"
+
+%{
+#include "runtime/Registry.h"
+%}
+%init %{
+  zorBinding::keepTypeRegistry();
+%}

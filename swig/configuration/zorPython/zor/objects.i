@@ -21,6 +21,11 @@ static void zorOrphanDirector(zor::Referenced* object, PyObject* wrapped) {
   Swig::Director* director = object->getReferenceCount() > 1 ? dynamic_cast<Swig::Director*>(object) : nullptr;
   SwigPyObject* holder = director ? SWIG_Python_GetSwigThis(wrapped) : nullptr;
   if (!holder) return;
+  if (!Py_IsFinalizing()) {
+    zor::notify(zor::Notify::NOTIFY_INFO)
+        << "the Python object of a " << SWIG_TypePrettyName(holder->ty) << " died while the toolkit uses it: "
+        << "its overrides are not called any more" << zor::endMessage;
+  }
   PyObject* plain = SWIG_NewPointerObj(holder->ptr, holder->ty, 0);
   if (plain) {
     zorSetDirectorSelf(*director, plain);

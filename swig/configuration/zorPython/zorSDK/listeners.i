@@ -6,9 +6,9 @@
 %feature("director") zorSDK::GuiEventListener;
 
 #ifndef ZOR_GUI_LISTENER
-#define ZOR_GUI_LISTENER "zorSDK::GuiEventListener"
-#define ZOR_GUI_FILE "zorSDK.i"
-#define ZOR_GUI_LINES 78
+%define ZOR_GUI_LISTENER "zorSDK::GuiEventListener" %enddef
+%define ZOR_GUI_FILE "zorSDK.i" %enddef
+%define ZOR_GUI_LINES 78 %enddef
 #endif
 
 ZOR_SCRIPT_MANAGED(zorSDK::EventListener::addNotification, "zorSDK::EventListener::addNotification", "addNotification", "zorSDK.i", 74, )

@@ -28,6 +28,16 @@ public:
    */
   explicit CameraData(osgViewer::Viewer const* viewer);
 
+  zor::Vec3 eye;                 ///< camera position, metres
+  zor::Vec3 center;              ///< point looked at, metres
+  zor::Vec3 up;                  ///< up direction
+  double fieldOfView = 0;        ///< vertical field of view, degrees; 0 for a parallel projection
+  double aspectRatio = 0;        ///< width over height
+  double nearClippingPlane = 0;  ///< distance of the near plane, metres
+  double farClippingPlane = 0;   ///< distance of the far plane, metres
+  double nearFarRatio = 0;       ///< smallest near over far when the planes are computed from the scene
+  bool valid = false;            ///< the record holds data
+
   /**
    * Applies the settings to a camera.
    * \param camera receives view and projection
@@ -41,16 +51,6 @@ public:
    * Throws std::invalid_argument if viewer is null, std::runtime_error if the record is not valid.
    */
   void applyTo(osgViewer::Viewer* viewer) const;
-
-  zor::Vec3 eye;                 ///< camera position, metres
-  zor::Vec3 center;              ///< point looked at, metres
-  zor::Vec3 up;                  ///< up direction
-  double fieldOfView = 0;        ///< vertical field of view, degrees; 0 for a parallel projection
-  double aspectRatio = 0;        ///< width over height
-  double nearClippingPlane = 0;  ///< distance of the near plane, metres
-  double farClippingPlane = 0;   ///< distance of the far plane, metres
-  double nearFarRatio = 0;       ///< smallest near over far when the planes are computed from the scene
-  bool valid = false;            ///< the record holds data
 };
 
 } // namespace zorOSG

@@ -15,23 +15,23 @@ public:
   /** \param sim - simulation to synchronise with; may be null. */
   ImageCapture(zorSDK::Simulation* sim = nullptr);
 
-  /** \return the file suffix without the dot. */
-  std::string getPostfix() const;
-
   /** \param postfix - file suffix without the dot, such as "bmp" or "png"; it selects the format. */
   void setPostfix(std::string const& postfix);
 
-  /** \return the text before the number in every file name. */
-  std::string getPrefix() const;
+  /** \return the file suffix without the dot. */
+  std::string getPostfix() const;
 
   /** \param prefix - text before the number in every file name. */
   void setPrefix(std::string const& prefix);
 
-  /** \return the output directory. */
-  std::string getDirectoryPath() const;
+  /** \return the text before the number in every file name. */
+  std::string getPrefix() const;
 
   /** \param path - output directory; it is made when capturing starts. */
   void setDirectoryPath(std::string const& path);
+
+  /** \return the output directory. */
+  std::string getDirectoryPath() const;
 
   /**
    * Starts capturing.

@@ -62,9 +62,6 @@ public:
                    float stopAfter = -1, bool isSlowUnittest = false);
 #endif
 
-  /** \return true if the description names a scene that can be built */
-  bool isValid() const { return valid; }
-
   zorOSG::BuildScenePtr scene = nullptr; ///< build function; null for script and file scenes
   bool unittest = true;                  ///< takes part in the automatic run
   float stopAfter = -1;                  ///< simulated seconds of the automatic run, -1 for not set
@@ -72,6 +69,9 @@ public:
   bool valid = false;                    ///< names a scene that can be built
   std::string scriptFunction;            ///< function to call in the script
   std::string fileName;                  ///< script or model file
+
+  /** \return true if the description names a scene that can be built */
+  bool isValid() const { return valid; }
 };
 
 } // namespace zorOSG
