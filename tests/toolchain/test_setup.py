@@ -9,7 +9,7 @@ import time
 
 import pytest
 from conftest import REPOSITORY
-from zorcmd import layout, lock, packages, privateroot, sandbox
+from zorcmd import lock, packages, privateroot, sandbox
 from zorcmd.errors import ZorError
 
 LIST = "g++ # compiler\nswig/suite\n\ncmake ninja-build\n"
@@ -183,7 +183,7 @@ def test_settings_of_the_hosts_interpreter_stay_outside(monkeypatch):
     monkeypatch.setenv("LD_LIBRARY_PATH", "/host/lib")
     monkeypatch.setenv("PYTHONHOME", "/host/python")
     monkeypatch.setenv("MY_SETTING", "kept")
-    values = sandbox.environment(layout.cache_folder(), {"EXTRA": "1"})
+    values = sandbox.environment({"EXTRA": "1"})
     assert "LD_LIBRARY_PATH" not in values and "PYTHONHOME" not in values
     assert values["MY_SETTING"] == "kept" and values["EXTRA"] == "1"
     assert values["PATH"] == sandbox.ROOT_PATH

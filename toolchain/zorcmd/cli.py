@@ -58,7 +58,7 @@ def _parser():
 
 def script_environment(build, environ=os.environ):
     """What makes the modules importable and the data found, without a setting of the user's."""
-    python = [str(build.python)] + [p for p in environ.get("ZOR_USER_PYTHONPATH", "").split(":") if p]
+    python = [str(build.python)] + [p for p in environ.get("PYTHONPATH", "").split(":") if p]
     files = [p for p in environ.get("ZOR_FILE_PATH", "").split(":") if p] + [str(layout.REPOSITORY / "data")]
     return {"PYTHONPATH": ":".join(python), "ZOR_FILE_PATH": ":".join(files)}
 

@@ -15,9 +15,9 @@ SYSTEM = {"bin", "boot", "dev", "etc", "lib", "lib32", "lib64", "libx32", "lost+
 HOST_FILES = ("/etc/passwd", "/etc/group", "/etc/hosts", "/etc/localtime", "/etc/machine-id", "/etc/resolv.conf")
 # Settings of the host's own interpreter and loader, which mean nothing or harm in the root.
 _FOREIGN = (
-    "LD_LIBRARY_PATH LD_PRELOAD PYTHONHOME PYTHONPATH PYTHONSTARTUP PYTHONDONTWRITEBYTECODE VIRTUAL_ENV PERL5LIB "
+    "LD_LIBRARY_PATH LD_PRELOAD PYTHONHOME PYTHONPATH PYTHONSTARTUP VIRTUAL_ENV PERL5LIB "
     "PKG_CONFIG_PATH CMAKE_PREFIX_PATH CC CXX CFLAGS CXXFLAGS LDFLAGS CPATH LIBRARY_PATH OSG_LIBRARY_PATH BASH_ENV "
-    "LANG LANGUAGE LC_CTYPE LC_NUMERIC LC_TIME LC_COLLATE LC_MONETARY LC_MESSAGES ZOR_USER_PYTHONPATH"
+    "LANG LANGUAGE LC_CTYPE LC_NUMERIC LC_TIME LC_COLLATE LC_MONETARY LC_MESSAGES"
 ).split()
 
 
@@ -74,10 +74,10 @@ def _own_binds(paths):
     return arguments
 
 
-def environment(cache, extra=None):
+def environment(extra=None):
     """Environment inside: the user's, less what belongs to the host's interpreter and loader."""
     values = {key: value for key, value in os.environ.items() if key not in _FOREIGN}
-    values.update(PATH=ROOT_PATH, LC_ALL="C.UTF-8", CCACHE_DIR=str(cache / "ccache"))
+    values.update(PATH=ROOT_PATH, LC_ALL="C.UTF-8")
     values.update(extra or {})
     return values
 

@@ -28,12 +28,13 @@ class Toolchain:
         return sandbox.command(self.root, argv) if self.root else [str(word) for word in argv]
 
     def environment(self, extra=None):
-        if self.root:
-            return sandbox.environment(self.cache, extra)
-        values = {key: value for key, value in os.environ.items() if key not in ("PYTHONPATH", "PYTHONDONTWRITEBYTECODE")}
-        values.setdefault("CCACHE_DIR", str(self.cache / "ccache"))
+        # Relative paths in the compiler's arguments let another clone use what this one compiled.
+        values = {"CCACHE_DIR": str(self.cache / "ccache"), "CCACHE_BASEDIR": str(layout.REPOSITORY), "CCACHE_NOHASHDIR": "1"}
         values.update(extra or {})
-        return values
+        if self.root:
+            return sandbox.environment(values)
+        own = {key: value for key, value in os.environ.items() if key != "PYTHONPATH"}
+        return {**own, **values}
 
     def output(self, argv, extra=None):
         """Standard output of a short command; "" when it fails."""

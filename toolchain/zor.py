@@ -1,3 +1,5 @@
+"""What ./zor starts."""
+
 import sys
 
 from zorcmd.cli import main
