@@ -205,6 +205,28 @@ TEST(SceneShapes, EqualShapesShareOneMeshAsLongAsItIsDrawn) {
   EXPECT_FALSE(watched.valid());
 }
 
+TEST(SceneShapes, ARenderCacheKeepsMeshesForBodiesThatComeLater) {
+  osg::ref_ptr<osg::Group> const root = new osg::Group;
+  ref_ptr<zorOSG::RigidBodyRenderCache> const cache = new zorOSG::RigidBodyRenderCache;
+  auto const drawAssembly = [&] {
+    ref_ptr<zorSDK::Assembly> const assembly = new zorSDK::Assembly;
+    ref_ptr<zor::RigidBody> const body = new zor::RigidBody;
+    body->add(new zorCollide::Geometry(new zorCollide::Sphere(0.7)));
+    body->add(new zorCollide::Geometry(new zorCollide::Box(0.7, 0.7, 0.7)));
+    assembly->add(body.get());
+    osg::Group* const visual = zorOSG::createVisualTemplateCaching(assembly.get(), root.get(), cache.get());
+    return osg::observer_ptr<osg::Geometry>(SceneProbe(*visual).meshes.at(0));
+  };
+  auto const first = drawAssembly(); // the visuals go with the bodies
+  EXPECT_EQ(SceneProbe(*root).triangles, 0u);
+  EXPECT_EQ(cache->size(), 2u);
+  ASSERT_TRUE(first.valid());
+  EXPECT_EQ(drawAssembly(), first);
+  EXPECT_EQ(cache->size(), 2u);
+  cache->clear();
+  EXPECT_FALSE(first.valid());
+}
+
 TEST(SceneShapes, SmoothingOneVisualLeavesItsTwinsAlone) {
   osg::ref_ptr<osg::Group> const root = new osg::Group;
   ref_ptr<zorCollide::Geometry> const first = new zorCollide::Geometry(new zorCollide::Box(1, 1, 1));
@@ -216,6 +238,8 @@ TEST(SceneShapes, SmoothingOneVisualLeavesItsTwinsAlone) {
   EXPECT_EQ(zorOSG::smoothNormals(smooth), 1);
   EXPECT_NE(SceneProbe(*smooth).meshes.at(0), mesh);
   EXPECT_NEAR(SceneProbe(*smooth).leastAgreement, 1.0, 1e-5); // edges sharper than the crease angle stay
+  EXPECT_EQ(zorOSG::smoothNormals(smooth, 3.0f), 1);
+  EXPECT_NEAR(SceneProbe(*smooth).leastAgreement, 1.0 / std::sqrt(3.0), 1e-4); // towards the corners now
   EXPECT_EQ(SceneProbe(*flat).meshes.at(0), mesh);
   EXPECT_EQ(mesh->getNormalArray(), normals);
   osg::ref_ptr<osg::Group> const empty = new osg::Group;

@@ -9,6 +9,7 @@
 
 #include "Checks.h"
 #include "MeshBuilder.h"
+#include "SeamSmoother.h"
 #include "ShapeMeshCache.h"
 
 namespace zorOSG {
@@ -53,6 +54,7 @@ int smoothNormals(osg::Node* node, float creaseAngle) {
       mesh = copy;
     }
     osgUtil::SmoothingVisitor::smooth(*mesh, creaseAngle);
+    smoothSeams(*mesh, creaseAngle);
     useVertexBuffers(*mesh);
     mesh->dirtyGLObjects();
   }
