@@ -95,6 +95,14 @@ def test_full_disk_is_said_before_anything_is_made(stand_ins, monkeypatch):
     assert stand_ins() == []
 
 
+def test_cache_folder_that_cannot_be_made_is_named(stand_ins, tmp_path, monkeypatch):
+    (tmp_path / "a file").write_text("")
+    monkeypatch.setenv("ZOR_CACHE", str(tmp_path / "a file" / "cache"))
+    assert privateroot.ready() is None
+    with pytest.raises(ZorError, match="a file/cache"):
+        privateroot.ensure()
+
+
 def test_forbidden_sandbox_says_why(stand_ins, programs):
     programs("bwrap", 'echo "bwrap: No permissions to create a new namespace" >&2; exit 1')
     with pytest.raises(ZorError, match="No permissions to create a new namespace"):

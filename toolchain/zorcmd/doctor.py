@@ -38,7 +38,7 @@ def _gigabytes(size):
 
 
 def _existing_parent(path):
-    while not path.exists():
+    while not os.path.exists(path):
         path = path.parent
     return path
 
@@ -81,7 +81,7 @@ def _choose(report):
     root = privateroot.ready()
     if not root:
         partial = privateroot.folder().with_name(privateroot.folder().name + ".partial")
-        state = "its set-up was interrupted" if partial.exists() else "not made yet"
+        state = "its set-up was interrupted" if os.path.exists(partial) else "not made yet"
         report.lacks("private root", f"{privateroot.folder()} ({state}); ./zor build makes it")
         return None
     report.line("private root", str(root))

@@ -28,7 +28,7 @@ def folder(cache=None):
 def ready(cache=None):
     """The complete root, or None."""
     root = folder(cache) / "root"
-    return root if root.is_dir() else None
+    return root if os.path.isdir(root) else None
 
 
 def inside(own=OWN_FOLDER):
@@ -43,7 +43,7 @@ def others(cache=None):
     """Roots and left-overs that belong to other package lists."""
     current = folder(cache)
     keep = {current.name, current.name + ".partial"}
-    if not current.parent.is_dir():
+    if not os.path.isdir(current.parent):
         return []
     return sorted(path for path in current.parent.iterdir() if path.is_dir() and path.name not in keep)
 
