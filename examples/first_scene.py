@@ -174,7 +174,7 @@ def build_scene():
     decorator = application.getSceneDecorator()
     decorator.setBackgroundColor(zor.Vec3(0.50, 0.66, 0.84), zor.Vec3(0.90, 0.93, 0.95))
     application.setCameraHome(zor.Vec3(25.5, -15.0, 10.5), zor.Vec3(8.6, 0.2, 2.0))
-    print(f"built {simulation.getRigidBodies().size()} bodies, the rabbit has {triangles} triangles", flush=True)
+    print(f"built {len(simulation.getRigidBodies())} bodies, the rabbit has {triangles} triangles", flush=True)
     return scene.root
 
 
@@ -221,7 +221,7 @@ class Monitor(zorOSG.ExampleApplicationListener):
         decorator = application.getSceneDecorator()
         decorator.setText(0, f"time {simulation.getTimeStamp():5.2f} s", white)
         decorator.setText(1, f"{self.rate:5.1f} frames/s", white)
-        decorator.setText(2, f"{simulation.getRigidBodies().size()} bodies", white)
+        decorator.setText(2, f"{simulation.getStatistics().bodies} bodies", white)
 
     def postFrame(self, application):
         self.frames += 1
