@@ -9,7 +9,6 @@
 
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <stdexcept>
 #include <thread>
 
@@ -32,20 +31,6 @@ double secondsSince(Clock::time_point start) {
 void sleepFor(double seconds) {
   if (seconds > 0)
     std::this_thread::sleep_for(Seconds(seconds));
-}
-
-/** \return the exit code that a script asked for with SystemExit, 130 if it was interrupted instead. */
-int requestedExitCode(zorPython::ScriptManager const& manager, bool& interrupted) {
-  auto const errors = manager.getErrors();
-  interrupted = errors.empty() || errors.back().type != "SystemExit";
-  if (interrupted)
-    return EXIT_AFTER_SIGNAL + SIGINT;
-  std::string const& text = errors.back().message;
-  if (text.empty() || text == "None")
-    return 0;
-  char* end = nullptr;
-  long const code = std::strtol(text.c_str(), &end, 10);
-  return *end == '\0' ? static_cast<int>(code) : 1; // a text instead of a number means failure
 }
 
 } // namespace
@@ -167,9 +152,20 @@ void ExampleApplication::Impl::checkInterrupts() {
     app.stop(EXIT_AFTER_SIGNAL + SIGINT);
     return;
   }
+  takeScriptStop();
+}
+
+void ExampleApplication::Impl::takeScriptStop() {
   auto* const manager = zorPython::ScriptManager::instance("", "", "", false);
-  if (manager && manager->takeStopRequest())
-    app.stop(requestedExitCode(*manager, interrupted));
+  std::optional<int> const code = manager ? manager->takeStopRequest() : std::nullopt;
+  if (!code)
+    return;
+  app.stop(*code);
+  bool const isInterrupt = *code == EXIT_AFTER_SIGNAL + SIGINT;
+  if (isInterrupt && isRunning)
+    interrupted = true;
+  else if (isInterrupt)
+    zorPython::PendingSignals::raiseAfterReturn();
 }
 
 void ExampleApplication::Impl::startCaptures() {
@@ -225,10 +221,13 @@ int ExampleApplication::run() {
   m.isRunning = true;
   try {
     initSimulation(nullptr, m.wantsGraphics);
-    if (m.buildStartScene())
+    if (m.buildStartScene()) {
       m.startCaptures();
-    else
-      stop(1);
+    } else {
+      m.checkInterrupts();
+      if (!m.stopped)
+        stop(1);
+    }
     m.clock.restart(getTimeStep());
     while (!breakRequested())
       m.frame();

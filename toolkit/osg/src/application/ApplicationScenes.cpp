@@ -275,6 +275,8 @@ osg::Group* ExampleApplication::executePythonScript(zor::String const& file, zor
     osg::Group* const scene =
         m_impl->script.run(file, function, this, m_impl->simulation.get(), m_impl->graph.sceneRoot());
     success = scene != nullptr;
+    if (!success)
+      m_impl->takeScriptStop(); // Ctrl-C during the build is no error of the script
     return scene;
   } catch (std::exception const& error) {
     fail(file + ": " + error.what());

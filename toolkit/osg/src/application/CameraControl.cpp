@@ -20,8 +20,8 @@ namespace {
 constexpr char const* MARKER_NAME = "TrackedPoint";
 
 /**
- * The library's tracker takes a node's bound, which a transform gives in its parent's coordinates, for one in the
- * node's own. A child without content has its centre at the node's origin in either reading.
+ * The library's tracker takes a node's bound, which a transform gives in its parent's coordinates, for one in
+ * the node's own. A child without content has its centre at the node's origin in either reading.
  */
 osg::Node* trackedPoint(GeometryNode& node) {
   for (unsigned i = 0; i < node.getNumChildren(); ++i)

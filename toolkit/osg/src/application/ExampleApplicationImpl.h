@@ -80,6 +80,7 @@ struct ExampleApplication::Impl {
   void updateStatistics();
   bool stopTimeReached() const;
   void checkInterrupts();
+  void takeScriptStop();
   void startCaptures();
   void finish();
 

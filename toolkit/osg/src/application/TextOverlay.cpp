@@ -14,7 +14,7 @@ constexpr float MARGIN = 20;
 osg::ref_ptr<osgText::Text> makeText() {
   osg::ref_ptr<osgText::Text> text = new osgText::Text;
   text->setDataVariance(osg::Object::DYNAMIC);
-  if (auto font = osgText::readRefFontFile("DejaVuSansMono.ttf"))
+  if (auto font = osgText::readRefFontFile("DejaVu Sans Mono"))
     text->setFont(font);
   text->setCharacterSize(CHARACTER_SIZE);
   text->setColor(osg::Vec4(1, 1, 1, 1));

@@ -41,13 +41,18 @@ osg::ref_ptr<osg::GraphicsContext> openWindow(ViewerHost::Settings const& settin
     reason = "DISPLAY is not set";
     return nullptr;
   }
+  reason = "the display '" + std::string(std::getenv("DISPLAY")) + "' cannot be opened";
+  osg::ref_ptr<osg::GraphicsContext::Traits> traits = makeTraits(settings, settings.samples);
+  auto* const system = osg::GraphicsContext::getWindowingSystemInterface();
+  if (!system || system->getNumScreens(*traits) == 0)
+    return nullptr;
   for (int const samples : {settings.samples, 0}) {
-    osg::ref_ptr<osg::GraphicsContext> context =
-        osg::GraphicsContext::createGraphicsContext(makeTraits(settings, samples).get());
+    traits = makeTraits(settings, samples);
+    osg::ref_ptr<osg::GraphicsContext> context = osg::GraphicsContext::createGraphicsContext(traits.get());
     if (context && context->valid())
       return context;
   }
-  reason = "the display '" + std::string(std::getenv("DISPLAY")) + "' cannot be opened";
+  reason += " for OpenGL";
   return nullptr;
 }
 
