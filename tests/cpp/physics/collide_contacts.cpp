@@ -232,6 +232,33 @@ TEST_F(CollideContacts, EverySolidRestsOnEveryGround) {
   }
 }
 
+TEST_F(CollideContacts, NothingStumblesOverInnerEdges) {
+  ref_ptr<HeightField> const field(new HeightField(41, 9, 20, 4));
+  Shape* const grounds[] = {field.get(), new Trimesh(field->getVertices(), field->getIndices())};
+  for (Shape* ground : grounds) {
+    SCOPED_TRACE(ground->getTypeName());
+    simulation = new zorSDK::Simulation;
+    ref_ptr<zor::Material> const ice(new zor::Material("ice", 1000.0, 0.0));
+    addFixed(ground)->setMaterial(ice.get());
+    ref_ptr<zor::RigidBody> const sliders[] = {makeBody(new Box(0.3, 0.2, 0.2), Vec3(-8, -1, 0.202)),
+                                               makeBody(new Cylinder(0.2, 0.4), Vec3(-8, 0.1, 0.202)),
+                                               makeBody(new Sphere(0.2), Vec3(-8, 1, 0.202))};
+    for (auto const& slider : sliders) {
+      slider->setVelocity(Vec3(3, 0, 0));
+      simulation->add(slider.get());
+    }
+    for (int step = 0; step < 300; ++step) {
+      simulation->stepForward();
+      for (auto const& slider : sliders)
+        ASSERT_NEAR(slider->getPosition().z(), 0.2, 0.01) << "after " << step << " steps";
+    }
+    for (auto const& slider : sliders) {
+      EXPECT_NEAR(slider->getVelocity().x(), 3.0, 0.01);
+      EXPECT_NEAR(slider->getVelocity().y(), 0.0, 0.01);
+    }
+  }
+}
+
 TEST_F(CollideContacts, LargeMeshIsABody) {
   // A torus of 20,000 triangles.
   constexpr zor::UInt32 around = 100, across = 100;

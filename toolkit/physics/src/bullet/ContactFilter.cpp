@@ -8,6 +8,7 @@
 #include <BulletCollision/CollisionDispatch/btManifoldResult.h>
 
 #include "bullet/GeometryImpl.h"
+#include "bullet/GridShape.h"
 #include "bullet/SpaceImpl.h"
 
 namespace zorBullet {
@@ -18,9 +19,11 @@ bool contactAdded(btManifoldPoint& point, btCollisionObjectWrapper const* wrappe
   // Each call looks itself whether its first object is a triangle of a mesh with edge data.
   btAdjustInternalEdgeContacts(point, wrapper1, wrapper0, part1, index1);
   btAdjustInternalEdgeContacts(point, wrapper0, wrapper1, part0, index0);
+  GridShape::straighten(point, *wrapper0, true);
+  GridShape::straighten(point, *wrapper1, false);
   GeometryImpl* const first = geometryOf(*wrapper0);
   GeometryImpl* const second = geometryOf(*wrapper1);
-  if (first && second && first->space())
+  if (first && second && first->space() && first->space() == second->space())
     first->space()->setUpContact(point, *first, *second);
   return true;
 }

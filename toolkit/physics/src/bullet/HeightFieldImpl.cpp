@@ -3,20 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include <BulletCollision/CollisionDispatch/btInternalEdgeUtility.h>
-#include <BulletCollision/CollisionShapes/btHeightfieldTerrainShape.h>
-#include <BulletCollision/CollisionShapes/btTriangleInfoMap.h>
-
+#include "bullet/GridShape.h"
 #include "bullet/RayTriangle.h"
 
 namespace zorBullet {
 namespace {
-
-/** What the engine's shape reads. */
-struct BuiltData {
-  std::shared_ptr<HeightGrid const> grid;
-  btTriangleInfoMap edges;
-};
 
 /** Walks along one axis of the grid, from cell border to cell border. */
 struct Walk {
@@ -50,16 +41,10 @@ void HeightFieldImpl::build(btTransform const& local, bool, LeafSet& leaves) con
   HeightGrid const& grid = *m_grid;
   // The engine centres the field between the two heights that it is given, and needs them apart.
   double const top = std::max(grid.highest, grid.lowest + 1e-6);
-  auto shape =
-      std::make_unique<btHeightfieldTerrainShape>(static_cast<int>(grid.numX), static_cast<int>(grid.numY),
-                                                  grid.heights.data(), grid.lowest, top, 2, true);
-  shape->setLocalScaling(btVector3(grid.stepX(), grid.stepY(), 1.0));
+  auto shape = std::make_unique<GridShape>(m_grid, top);
   shape->setMargin(std::min(0.002, 0.001 * std::hypot(grid.sizeX, grid.sizeY)));
-  auto built = std::make_shared<BuiltData>();
-  built->grid = m_grid;
-  btGenerateInternalEdgeInfo(shape.get(), &built->edges);
   btTransform const lifted(btMatrix3x3::getIdentity(), btVector3(0, 0, 0.5 * (grid.lowest + top)));
-  leaves.push_back(Leaf{std::move(built), std::move(shape), local * lifted});
+  leaves.push_back(Leaf{m_grid, std::move(shape), local * lifted});
 }
 
 bool HeightFieldImpl::clipToBox(Ray const& ray, double& enter, double& exit) const {
