@@ -1,0 +1,35 @@
+"""Shared by all Python tests: run with the folder of the built modules on PYTHONPATH (`./zor test` does)."""
+
+import os
+import subprocess
+import sys
+
+import pytest
+
+
+@pytest.fixture(autouse=True)
+def no_leak_message(capfd):
+    """A wrapped object that nobody can destroy is reported on standard output by the wrappers themselves."""
+    yield
+    out, err = capfd.readouterr()
+    sys.stdout.write(out)
+    sys.stderr.write(err)
+    assert "memory leak" not in out + err
+
+
+@pytest.fixture
+def run_python(tmp_path):
+    """Runs Python code in a fresh interpreter with every warning an error; gives its standard output."""
+
+    path = os.pathsep.join(os.path.abspath(folder) for folder in os.environ.get("PYTHONPATH", "").split(os.pathsep))
+
+    def run(code, *arguments, check=True, environment=None):
+        result = subprocess.run(
+            [sys.executable, "-W", "error", "-X", "dev", "-c", code, *arguments],
+            capture_output=True, text=True, cwd=tmp_path, timeout=300, env={**os.environ, "PYTHONPATH": path, **(environment or {})})
+        if check:
+            assert result.returncode == 0, result.stdout + result.stderr
+            assert "memory leak" not in result.stdout + result.stderr
+        return result
+
+    return run
