@@ -15,6 +15,7 @@
 #include <zor/Hinge.h>
 #include <zor/LockJoint.h>
 #include <zor/Material.h>
+#include <zor/Matrix3x3.h>
 #include <zor/Mutex.h>
 #include <zor/Name.h>
 #include <zor/Notify.h>

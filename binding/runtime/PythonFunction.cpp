@@ -20,23 +20,34 @@ struct LockedRelease {
   }
 };
 
-} // namespace
-
-std::function<void()> functionOf(PyObject* callable, std::string label) {
+std::shared_ptr<PyObject> keep(PyObject* callable) {
   if (!PyCallable_Check(callable)) {
     throw std::invalid_argument(std::string("a callable is expected, not ") + Py_TYPE(callable)->tp_name);
   }
-  Py_INCREF(callable);
-  std::shared_ptr<PyObject> const kept(callable, LockedRelease());
-  return [kept, label = std::move(label)] {
-    PyGILState_STATE const lock = PyGILState_Ensure();
-    PyObject* result = PyObject_CallNoArgs(kept.get());
-    if (result) {
-      Py_DECREF(result);
-    } else {
-      registerDirectorError(label.c_str(), label.c_str(), "binding/runtime/PythonFunction.cpp", 0);
-    }
-    PyGILState_Release(lock);
+  return std::shared_ptr<PyObject>(Py_NewRef(callable), LockedRelease());
+}
+
+// Calls with one argument, or none if it is null.
+void callLocked(PyObject* callable, PyObject* argument, std::string const& label) {
+  PyGILState_STATE const lock = PyGILState_Ensure();
+  PyObject* result = argument ? PyObject_CallOneArg(callable, argument) : PyObject_CallNoArgs(callable);
+  if (result) {
+    Py_DECREF(result);
+  } else {
+    registerDirectorError(label.c_str(), label.c_str(), "binding/runtime/PythonFunction.cpp", 0);
+  }
+  PyGILState_Release(lock);
+}
+
+} // namespace
+
+std::function<void()> functionOf(PyObject* callable, std::string label) {
+  return [kept = keep(callable), label = std::move(label)] { callLocked(kept.get(), nullptr, label); };
+}
+
+std::function<void(bool)> boolFunctionOf(PyObject* callable, std::string label) {
+  return [kept = keep(callable), label = std::move(label)](bool value) {
+    callLocked(kept.get(), value ? Py_True : Py_False, label);
   };
 }
 

@@ -16,4 +16,7 @@ namespace zorBinding {
  */
 std::function<void()> functionOf(PyObject* callable, std::string label);
 
+/** As functionOf(), for a callable that takes a bool. */
+std::function<void(bool)> boolFunctionOf(PyObject* callable, std::string label);
+
 } // namespace zorBinding

@@ -55,6 +55,8 @@ void storeNumber(PyObject* item, char format, void*& place) {
                                                      std::numeric_limits<int>::max())));
   case 'I':
     return store(place, static_cast<unsigned>(readInteger(item, 0, std::numeric_limits<unsigned>::max())));
+  case 'B':
+    return store(place, static_cast<unsigned char>(readInteger(item, 0, 255)));
   default:
     throw std::logic_error("element type without a reader");
   }

@@ -1,5 +1,10 @@
 %module(threads="1", docstring="Reading and writing of image and model files.") osgDB
 
+// Siblings first: a type is known by the module that wraps it.
+%pythonbegin %{
+import osg
+%}
+
 %{
 #include "headers/osg.h"
 #include "headers/osgDB.h"

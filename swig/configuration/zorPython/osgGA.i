@@ -1,5 +1,10 @@
 %module(threads="1", docstring="Camera manipulators and input events of the viewer.") osgGA
 
+// Siblings first: a type is known by the module that wraps it.
+%pythonbegin %{
+import osg
+%}
+
 %{
 #include "headers/osg.h"
 #include "headers/osgGA.h"

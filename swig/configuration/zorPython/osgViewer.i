@@ -1,5 +1,11 @@
 %module(threads="1", docstring="The viewer that draws the scene.") osgViewer
 
+// Siblings first: a type is known by the module that wraps it.
+%pythonbegin %{
+import osg
+import osgGA
+%}
+
 %{
 #include "headers/osg.h"
 #include "headers/osgGA.h"

@@ -16,7 +16,7 @@
 
 // The registered type of a class; imports the module that wraps its namespace if nobody has yet.
 static swig_type_info* zorFindType(std::string const& name) {
-  std::string const pointer = name + " *";
+  std::string const pointer = zorBinding::pointerTypeName(name);
   swig_type_info* type = SWIG_TypeQuery(pointer.c_str());
   std::string const module = name.substr(0, name.find("::"));
   if ((!type || !type->clientdata) && module != name) {

@@ -1,5 +1,11 @@
 %module(directors="1", threads="1", docstring="Shapes, geometries, spaces, contacts and rays.") zorCollide
 
+// Siblings first: a type is known by the module that wraps it.
+%pythonbegin %{
+import zor
+import zorRender
+%}
+
 %{
 #include "headers/zor.h"
 #include "headers/zorRender.h"

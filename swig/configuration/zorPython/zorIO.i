@@ -1,5 +1,10 @@
 %module(directors="1", threads="1", docstring="Command line, environment and the search of resource files.") zorIO
 
+// Siblings first: a type is known by the module that wraps it.
+%pythonbegin %{
+import zor
+%}
+
 %{
 #include "headers/zor.h"
 #include "headers/zorIO.h"
@@ -9,6 +14,7 @@
 %include <std_vector.i>
 %import "zor.i"
 
+%ignore std::vector<std::string>::get_allocator;
 %template(StringVector) std::vector<std::string>;
 
 %typemap(out) zor::Vector<zor::String> const& {

@@ -1,5 +1,21 @@
 %module(directors="1", threads="1") zorOSG
 
+// Siblings first: a type is known by the module that wraps it.
+%pythonbegin %{
+import osg
+import osgDB
+import osgText
+import osgGA
+import osgViewer
+import zorPython
+import zor
+import zorStream
+import zorIO
+import zorRender
+import zorCollide
+import zorSDK
+%}
+
 %constant int SWIG_MODULE_zorOSG = 1;
 
 %{

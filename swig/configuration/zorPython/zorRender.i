@@ -1,5 +1,10 @@
 %module(directors="1", threads="1", docstring="Colours and what shapes look like.") zorRender
 
+// Siblings first: a type is known by the module that wraps it.
+%pythonbegin %{
+import zor
+%}
+
 %{
 #include "headers/zor.h"
 #include "headers/zorRender.h"

@@ -1,5 +1,12 @@
 %module(directors="1", threads="1", docstring="Simulation, assemblies and the listeners that a simulation calls.") zorSDK
 
+// Siblings first: a type is known by the module that wraps it.
+%pythonbegin %{
+import zor
+import zorStream
+import zorCollide
+%}
+
 %{
 #include "headers/zor.h"
 #include "headers/zorRender.h"

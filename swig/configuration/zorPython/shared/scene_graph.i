@@ -11,7 +11,7 @@ static PyObject* zorWrapNode(Object const* constObject, swig_type_info* type) {
   void* address = object;
   std::string name = zorBinding::pointerTypeName(typeid(*object));
   // Arrays are instances of one template; their own name is the one by which they are registered.
-  if (auto* array = dynamic_cast<osg::Array*>(object)) name = std::string("osg::") + array->className() + " *";
+  if (auto* array = dynamic_cast<osg::Array*>(object)) name = zorBinding::pointerTypeName(std::string("osg::") + array->className());
   swig_type_info* concrete = SWIG_TypeQuery(name.c_str());
   if (concrete && concrete->clientdata) {
     type = concrete;

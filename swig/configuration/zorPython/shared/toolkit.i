@@ -4,3 +4,8 @@
 %include "shared/referenced.i"
 %include "shared/vectors.i"
 %include "shared/directors.i"
+
+// Streams are no business of Python's: values print themselves.
+%ignore zor::operator<<;
+%ignore zorRender::operator<<;
+%ignore zorCollide::operator<<;

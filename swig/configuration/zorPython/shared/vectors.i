@@ -18,6 +18,11 @@ public:
   size_t capacity() const;
 };
 
+typedef Vector<double> RealVector;
+typedef Vector<float> FloatVector;
+typedef Vector<uint32_t> UInt32Vector;
+typedef Vector<uint8_t> UInt8Vector;
+
 } // namespace zor
 
 // Shared by all element types.

@@ -22,6 +22,11 @@ ZOR_SHARED(zorSDK::Simulation)
 
 ZOR_INNER_RESULT(zor::RigidBody::getMassProperties)
 
+// Named in a sibling that this module does not read.
+namespace zorCollide {
+typedef zor::Vector<zor::ref_ptr<zorCollide::Geometry> > GeometryRefVector;
+}
+
 %include <zor/ObserverFrame.h>
 %include <zor/Material.h>
 %include <zor/ContactMaterial.h>

@@ -107,9 +107,16 @@ ZOR_UPCALL(zor::Component, printSubtree, ())
 // goes to the script manager.
 %{
 typedef zor::Event::CallbackType ZorEventListener;
+typedef zor::BoolEvent::CallbackType ZorBoolEventListener;
 %}
+%newobject zor::BoolEvent::add;
+%rename(BoolListener) ZorBoolEventListener;
+%nodefaultctor ZorBoolEventListener;
 %copyctor zor::Callback;
 %copyctor zor::Event;
+%copyctor zor::BoolEvent;
+%newobject zor::BoolEvent::add;
+%rename(raise_) zor::BoolEvent::raise;
 %newobject zor::Event::add;
 %rename(raise_) zor::Event::raise;
 
@@ -119,6 +126,15 @@ typedef zor::Event::CallbackType ZorEventListener;
 class ZorEventListener {
 public:
   ~ZorEventListener();
+  bool isValid() const;
+  /** Stops listening. */
+  void reset();
+};
+
+/** Keeps a function listening to an event with a truth value. */
+class ZorBoolEventListener {
+public:
+  ~ZorBoolEventListener();
   bool isValid() const;
   /** Stops listening. */
   void reset();
@@ -162,6 +178,28 @@ public:
    */
   ZorEventListener* add(PyObject* function) {
     return new ZorEventListener($self->add(zorBinding::functionOf(function, "zor::Event")));
+  }
+}
+
+/** A signal with a truth value to which any number of functions listen. */
+class BoolEvent {
+public:
+  BoolEvent();
+  /** \return number of functions that listen */
+  size_t getNumListeners() const;
+  /** Stops all functions from listening. */
+  void clear();
+  /** Calls everything that listens. */
+  void raise(bool value);
+};
+%extend BoolEvent {
+  /**
+   * Adds a function.
+   * \param function - called with the truth value
+   * \return the listener: the function listens as long as it is kept
+   */
+  ZorBoolEventListener* add(PyObject* function) {
+    return new ZorBoolEventListener($self->add(zorBinding::boolFunctionOf(function, "zor::BoolEvent")));
   }
 }
 

@@ -106,6 +106,23 @@ ZOR_VALUE(zor::QuatT<double>, Quat, double, 4)
 ZOR_NUMBER_VECTOR(RealVector, double)
 ZOR_NUMBER_VECTOR(FloatVector, float)
 ZOR_NUMBER_VECTOR(UInt32Vector, uint32_t)
+ZOR_NUMBER_VECTOR(UInt8Vector, uint8_t)
+
+ZOR_VALUE_OPERATORS_HIDDEN(zor::Matrix3x3T)
+%copyctor zor::Matrix3x3T;
+%include <zor/Matrix3x3.h>
+%extend zor::Matrix3x3T<double> {
+  %pythoncode %{
+    def __getitem__(self, at):
+        row, column = at
+        return self.getRow(row)[column]
+
+    def __repr__(self):
+        rows = (", ".join(f"{n:g}" for n in self.getRow(i)) for i in range(3))
+        return "Matrix3x3(" + ", ".join(f"[{row}]" for row in rows) + ")"
+  %}
+}
+%template(Matrix3x3) zor::Matrix3x3T<double>;
 
 %ignore zor::RangeReal::operator==;
 %feature("python:maybecall") zor::RangeReal::__eq__;
