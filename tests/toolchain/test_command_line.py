@@ -6,7 +6,7 @@ import subprocess
 import time
 
 import pytest
-from conftest import REPOSITORY
+from zorcmd.layout import REPOSITORY
 
 built = pytest.mark.skipif(
     os.environ.get("ZOR_BUILD_DIR") != str(REPOSITORY / "build/release"),

@@ -3,7 +3,7 @@
 import re
 
 import pytest
-from conftest import REPOSITORY
+from zorcmd.layout import REPOSITORY
 
 DOCUMENTS = ["README.md", "docs/architecture.md", "docs/decisions.md", "toolchain/README.md", "benchmarks/README.md"]
 

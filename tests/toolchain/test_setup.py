@@ -8,9 +8,9 @@ import threading
 import time
 
 import pytest
-from conftest import REPOSITORY
 from zorcmd import lock, packages, privateroot, sandbox
 from zorcmd.errors import ZorError
+from zorcmd.layout import REPOSITORY
 
 LIST = "g++ # compiler\nswig/suite\n\ncmake ninja-build\n"
 
