@@ -232,6 +232,24 @@ TEST_F(CollideContacts, EverySolidRestsOnEveryGround) {
   }
 }
 
+TEST_F(CollideContacts, RaysMeetBodiesWhereTheStepHasMovedThem) {
+  simulation->setUniformGravity(Vec3());
+  auto const box = addBox(Vec3(0.5, 0.5, 0.5), Vec3());
+  ref_ptr<Geometry> const feeler(new Geometry(new Sphere(0.2)));
+  feeler->setSensor(true);
+  box->add(feeler.get(), AffineMatrix4x4::translate(3, 0, 0));
+  box->setVelocity(Vec3(60, 0, 0));
+  for (int step = 0; step < 3; ++step) {
+    simulation->stepForward();
+    double const x = box->getPosition().x();
+    EXPECT_TRUE(space().castRay(Vec3(x + 0.49, 0, 5), Vec3(0, 0, -1)).hasHit());
+    EXPECT_FALSE(space().castRay(Vec3(x - 0.51, 0, 5), Vec3(0, 0, -1)).hasHit());
+    EXPECT_EQ(space().castRay(Vec3(x + 3.1, 0, 5), Vec3(0, 0, -1), 9.0, true).getGeometry(), feeler.get());
+  }
+  box->setPosition(Vec3(0, 20, 0));
+  EXPECT_EQ(space().castRay(Vec3(3, 20, 5), Vec3(0, 0, -1), 9.0, true).getGeometry(), feeler.get());
+}
+
 TEST_F(CollideContacts, NothingStumblesOverInnerEdges) {
   ref_ptr<HeightField> const field(new HeightField(41, 9, 20, 4));
   Shape* const grounds[] = {field.get(), new Trimesh(field->getVertices(), field->getIndices())};

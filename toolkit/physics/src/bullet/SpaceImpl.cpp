@@ -98,10 +98,19 @@ SpaceImpl::~SpaceImpl() = default;
 
 // --- steps
 
-void SpaceImpl::moveFollowers() {
+void SpaceImpl::moveFollowers() const {
   for (GeometryImpl* geometry : m_withObject)
     if (geometry->followsBody())
       geometry->moveObject();
+}
+
+// The engine brings boxes up to date when it looks for contacts; rays between two steps need it earlier.
+void SpaceImpl::updateBoxes(bool sensors) const {
+  if (sensors || m_boxesAreOld)
+    moveFollowers(); // a body may have been moved by hand
+  if (m_boxesAreOld)
+    m_world->updateAabbs();
+  m_boxesAreOld = false;
 }
 
 void SpaceImpl::applyFilters() {
@@ -327,6 +336,7 @@ SpaceImpl::collectContacts(std::function<int(GeometryPair const&)> const& accept
 // --- rays
 
 GeometryImpl* SpaceImpl::castRay(Ray const& ray, bool includeSensors, Hit& hit) const {
+  updateBoxes(includeSensors);
   GeometryImpl* nearest = nullptr;
   visitAlong(*m_broadphase, ray, std::min(hit.distance, longestRay), [&](GeometryImpl& geometry) {
     if (geometry.enabled && (includeSensors || !geometry.sensor) && geometry.castRay(ray, hit))
@@ -337,6 +347,7 @@ GeometryImpl* SpaceImpl::castRay(Ray const& ray, bool includeSensors, Hit& hit) 
 
 void SpaceImpl::castRayAll(Ray const& ray, double maxDistance, bool includeSensors,
                            zorCollide::RayHitVector& hits) const {
+  updateBoxes(includeSensors);
   visitAlong(*m_broadphase, ray, std::min(maxDistance, longestRay), [&](GeometryImpl& geometry) {
     if (geometry.enabled && (includeSensors || !geometry.sensor))
       geometry.castRayOnEach(ray, maxDistance, hits);

@@ -53,8 +53,12 @@ public:
    * the way to the surface off the bounce. */
   void prepareContacts(double dt);
 
-  /** Says how long the last step was, from which forces follow (impulse / time); 0 gives no forces. */
-  void setLastTimeStep(double dt) { m_lastTimeStep = dt; }
+  /** Says that bodies were moved by a step, and how long it was, from which forces follow (impulse / time); 0
+   * gives no forces. */
+  void setLastTimeStep(double dt) {
+    m_lastTimeStep = dt;
+    m_boxesAreOld = true;
+  }
   double getLastTimeStep() const { return m_lastTimeStep; }
 
   /** The pair of a contact point, or null. */
@@ -114,7 +118,8 @@ private:
   GeometryPair& internPair(GeometryImpl& first, GeometryImpl& second);
   void setSurface(btManifoldPoint& point, GeometryPair const& pair) const;
   void applyFilters();
-  void moveFollowers();
+  void moveFollowers() const;
+  void updateBoxes(bool sensors) const;
 
   zorCollide::Space& m_space;
   std::unique_ptr<btCollisionConfiguration> m_configuration;
@@ -124,6 +129,7 @@ private:
   std::unique_ptr<btConstraintSolver> m_solver;
   std::unique_ptr<DynamicsWorld> m_world;
   double m_lastTimeStep = 0.0;
+  mutable bool m_boxesAreOld = false; // bodies have moved since the engine looked
   bool m_filtersChanged = false;
   bool m_fixedObjectsMeet = true; // until the first step, as there is nothing else to ask for
 
