@@ -274,8 +274,9 @@ public:
   std::string getScriptFile() const;
 
   /**
-   * Loads a script and calls a function of it. The function may take no parameters, or as many as it likes of
-   * (simulation, application, root). Never throws for a failing script.
+   * Loads a script and calls a function of it. The function may take no parameters, or require one to three:
+   * (simulation, application, root). Never throws for a failing script; its errors are reported with file,
+   * line and traceback.
    * \param file script, looked up on the resource path
    * \param function name of the function
    * \param success receives the outcome
@@ -308,9 +309,11 @@ public:
 
   /**
    * Runs the loop until it is stopped: builds the first scene (or the one of --scene) if none is built, then
-   * steps and draws. An exception of a listener or event handler ends the loop and leaves run() after it has
-   * tidied up; an interrupt from the keyboard ends it likewise.
-   * \return the exit code; 1 if the first scene cannot be built, 130 after an interrupt
+   * steps and draws. What a listener or event handler throws ends the loop and leaves run() after files have
+   * been finished. So does an interrupt: a script gets KeyboardInterrupt when run() returns to it.
+   * \return the exit code: that of stop(), 1 if the first scene cannot be built or a capture fails, 130 after
+   * an interrupt, 143 after SIGTERM, that of a script's SystemExit Throws std::runtime_error before init(),
+   * inside another run(), and if a capture of the command line cannot start.
    */
   virtual int run();
 

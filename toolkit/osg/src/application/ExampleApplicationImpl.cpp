@@ -20,7 +20,11 @@ ExampleApplication::Impl::Impl(ExampleApplication& owner)
 
 ExampleApplication::Impl::~Impl() {
   input->disconnect(); // the viewer, which holds it, may outlive the application in a script
-  closeViewer();
+  try {
+    closeViewer();
+  } catch (std::exception const& error) {
+    zor::notify(zor::Notify::NOTIFY_ERROR) << "closing the viewer: " << error.what() << zor::endMessage;
+  }
   CurrentApplicationScope::forget(&app);
 }
 
