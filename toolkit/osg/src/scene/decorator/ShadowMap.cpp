@@ -29,7 +29,7 @@ constexpr int SHARP_MAP_SIZE = 2048;
 
 /** A soft edge is at least this part of the view's height wide, a quarter of it a texel, or it would look
  * sharp. */
-constexpr double SOFTNESS = 0.25 * 0.009;
+constexpr double SOFTNESS = 0.25 * 0.0065;
 
 /** The scene graph's bin of what is see-through. */
 constexpr int TRANSPARENT_BIN = 10;
