@@ -21,3 +21,12 @@
 %init %{
   zorBinding::keepTypeRegistry();
 %}
+
+// No wrapper gives the interpreter lock away. The feature above does not reach the wrappers that the generator makes
+// for its own functions (disown_X), which count references.
+%{
+#undef SWIG_PYTHON_THREAD_BEGIN_ALLOW
+#define SWIG_PYTHON_THREAD_BEGIN_ALLOW
+#undef SWIG_PYTHON_THREAD_END_ALLOW
+#define SWIG_PYTHON_THREAD_END_ALLOW
+%}
