@@ -121,8 +121,8 @@ void ExampleApplication::Impl::updateStatistics() {
     auto const counts = simulation->getStatistics();
     char text[256];
     std::snprintf(text, sizeof text,
-                  "time      %8.2f s\nreal time %8.2f x\nframes    %8.1f /s\nstep      %8.2f ms\n"
-                  "bodies    %8llu\ncontacts  %8llu",
+                  "time, s      %8.2f\nreal time, x %8.2f\nframes, 1/s  %8.1f\nstep, ms     %8.2f\n"
+                  "bodies       %8llu\ncontacts     %8llu",
                   now, (now - statisticsTime) / elapsed, statisticsFrames / elapsed, counts.stepTime * 1e3,
                   static_cast<unsigned long long>(counts.bodies),
                   static_cast<unsigned long long>(counts.contacts));

@@ -91,11 +91,6 @@ bool CaptureSet::needsEveryStep() const {
   return synced(m_images.get()) || synced(m_video.get());
 }
 
-bool CaptureSet::isActive() const {
-  return isRunning(m_images.get()) || isRunning(m_video.get()) ||
-         (m_screenShots && m_screenShots->isPending());
-}
-
 void CaptureSet::takeScreenShot(std::string const& filename) {
   if (!m_viewer)
     throw std::runtime_error("takeScreenShot: the application has no graphics");
@@ -112,7 +107,7 @@ void CaptureSet::takeScreenShot(std::string const& filename) {
 }
 
 bool CaptureSet::finish() {
-  bool ok = !m_screenShots || !m_screenShots->takeFailure();
+  bool ok = !m_screenShots || m_screenShots->finish();
   if (m_images && (m_images->getCaptureStarted() || m_images->hasCaptureFailed()))
     ok = m_images->stopCapture() && ok;
   if (m_video && m_video->hasActiveVideo())

@@ -35,9 +35,6 @@ public:
   /** \return true if every simulation step has to be drawn, so that no frame of a capture is missed */
   bool needsEveryStep() const;
 
-  /** \return true if something is to be written from the next frame */
-  bool isActive() const;
-
   /**
    * Has the next frame written.
    * \param filename suffix selects the format; empty for the next free numbered name

@@ -35,4 +35,13 @@ void CaptureSet::ScreenShots::operator()(osg::RenderInfo& renderInfo) const {
   }
 }
 
+bool CaptureSet::ScreenShots::finish() {
+  for (auto const& file : std::exchange(m_files, {})) {
+    m_failed = true;
+    zor::notify(zor::Notify::NOTIFY_ERROR)
+        << "screen shot: no frame was drawn any more for " << file << zor::endMessage;
+  }
+  return !std::exchange(m_failed, false);
+}
+
 } // namespace zorOSG

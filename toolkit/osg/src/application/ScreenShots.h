@@ -12,13 +12,11 @@ class CaptureSet::ScreenShots : public osg::Camera::DrawCallback {
 public:
   void request(std::filesystem::path file) { m_files.push_back(std::move(file)); }
 
-  bool isPending() const { return !m_files.empty(); }
-
   /** \return the first file zor_screen_%05d.png that neither exists nor is asked for already */
   std::filesystem::path nextFreeName();
 
-  /** \return true if a file could not be written since the last call */
-  bool takeFailure() { return std::exchange(m_failed, false); }
+  /** Gives up what no frame has come for. \return false if a file was not written since the last call */
+  bool finish();
 
   void operator()(osg::RenderInfo& renderInfo) const override;
 

@@ -1,5 +1,7 @@
 #include "ViewerHost.h"
 
+#include "context/MultisampledDrawing.h"
+
 #include <zorOSG/OffscreenContext.h>
 
 #include <cstdlib>
@@ -87,6 +89,10 @@ ViewerHost::ViewerHost(Settings const& settings)
   camera->setViewport(0, 0, traits->width, traits->height);
   camera->setProjectionMatrixAsPerspective(FIELD_OF_VIEW, static_cast<double>(traits->width) / traits->height,
                                            0.1, 10000.0);
+  if (!window() && traits->samples == 0 && settings.samples > 0) {
+    drawMultisampled(*camera, settings.samples);
+    return;
+  }
   GLenum const buffer = traits->doubleBuffer ? GL_BACK : GL_FRONT;
   camera->setDrawBuffer(buffer);
   camera->setReadBuffer(buffer);
