@@ -24,11 +24,11 @@ import zorOSG
 import zorSDK
 
 DURATION = 6.0  # simulated seconds
-PICTURE_TIME = 3.0  # simulated seconds
+PICTURE_TIME = 3.5  # simulated seconds
 VIDEO_FPS = 30.0
 NUM_BODIES = 300
-NUM_STEPS = 9
-STEP_LENGTH, STEP_DROP, RAMP_WIDTH = 1.5, 0.55, 6.0
+NUM_STEPS = 7
+STEP_LENGTH, STEP_DROP, RAMP_WIDTH = 1.5, 0.75, 6.0
 MODEL = "/usr/share/glmark2/models/bunny.obj"
 MODEL_SIZE = 2.0  # height of the rabbit (m)
 
@@ -46,7 +46,7 @@ class Scene:
     def __init__(self, simulation):
         self.simulation = simulation
         self.root = osg.Group()
-        self.rubber = zor.Material("rubber", 400.0, 0.55)
+        self.rubber = zor.Material("rubber", 400.0, 0.28)
 
     def add(self, name, parts, position, color, static=False):
         """One body of (shape, local position, local rotation) parts."""
@@ -73,7 +73,7 @@ def build_ramp(scene):
     half = zor.Vec3(STEP_LENGTH * 0.53, RAMP_WIDTH / 2, 0.15)
     for i in range(NUM_STEPS):
         height = (NUM_STEPS - i) * STEP_DROP + 0.3
-        tread = part(zorCollide.Box(half), (i * STEP_LENGTH, 0, height), angle=math.radians(14))
+        tread = part(zorCollide.Box(half), (i * STEP_LENGTH, 0, height), angle=math.radians(17))
         scene.add(f"step {i}", [tread], zor.Vec3(0, 0, 0), SAND if i % 2 else SLATE, static=True)
 
     length = NUM_STEPS * STEP_LENGTH
@@ -83,10 +83,10 @@ def build_ramp(scene):
     for side in (-1, 1):
         board = part(zorCollide.Box(wall), (middle[0], side * (RAMP_WIDTH / 2 + 0.08), middle[1]), angle=slope)
         scene.add("wall", [board], zor.Vec3(0, 0, 0), STEEL, static=True)
-    back = part(zorCollide.Box(zor.Vec3(0.08, RAMP_WIDTH / 2, 2.2)), (-0.9, 0, NUM_STEPS * STEP_DROP + 2.2))
+    back = part(zorCollide.Box(zor.Vec3(0.08, RAMP_WIDTH / 2, 1.7)), (-0.9, 0, NUM_STEPS * STEP_DROP + 1.7))
     scene.add("back wall", [back], zor.Vec3(0, 0, 0), STEEL, static=True)
 
-    ground = part(zorCollide.Box(zor.Vec3(22, 16, 0.5)), (8, 0, -0.5))
+    ground = part(zorCollide.Box(zor.Vec3(40, 40, 0.5)), (8, 0, -0.5))
     scene.add("ground", [ground], zor.Vec3(0, 0, 0), (0.55, 0.60, 0.56), static=True)
 
 
@@ -154,7 +154,7 @@ def build_bodies(scene):
             0.1 + column * 0.62 + chance.uniform(-0.05, 0.05),
             (row - 4.5) * 0.56 + chance.uniform(-0.05, 0.05),
             NUM_STEPS * STEP_DROP + 3.4 + layer * 0.62)
-        body = scene.add(f"body {i}", random_parts(chance, chance.uniform(0.34, 0.52)), position,
+        body = scene.add(f"body {i}", random_parts(chance, chance.uniform(0.40, 0.58)), position,
                          chance.choice(PALETTE))
         axis = zor.Vec3(*(chance.uniform(-1, 1) for _ in range(3)))
         body.setRotation(zor.Quat(chance.uniform(0, math.pi), axis.normal()))
@@ -173,7 +173,7 @@ def build_scene():
 
     decorator = application.getSceneDecorator()
     decorator.setBackgroundColor(zor.Vec3(0.50, 0.66, 0.84), zor.Vec3(0.90, 0.93, 0.95))
-    application.setCameraHome(zor.Vec3(25.5, -15.0, 10.5), zor.Vec3(8.6, 0.2, 2.0))
+    application.setCameraHome(zor.Vec3(20.5, -11.5, 8.0), zor.Vec3(6.9, -0.3, 2.0))
     print(f"built {len(simulation.getRigidBodies())} bodies, the rabbit has {triangles} triangles", flush=True)
     return scene.root
 
@@ -276,7 +276,7 @@ def main():
         capture.setVideoFPS(VIDEO_FPS)
         capture.setImageCaptureFPS(VIDEO_FPS)
         capture.startCapture()
-    if math.isfinite(monitor.duration):
+    if math.isfinite(monitor.duration) and not arguments.has("--stopAfter"):
         application.stopAfter(monitor.duration)
     application.addListener(monitor)
 

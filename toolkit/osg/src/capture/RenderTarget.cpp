@@ -1,10 +1,8 @@
 #include <zorOSG/RenderTarget.h>
 
 #include "FollowingCamera.h"
+#include "context/Extensions.h"
 
-#include <osg/GLExtensions>
-#include <osg/RenderInfo>
-#include <osg/State>
 #include <osg/Viewport>
 
 #include <limits>
@@ -36,20 +34,10 @@ osg::Vec3d toOsg(zor::Vec3 const& v) {
   return osg::Vec3d(v[0], v[1], v[2]);
 }
 
-/**
- * Drivers answer for functions they do not have, and the scene graph takes the answer for support: without
- * this its multisampled buffers get no storage. Runs before the buffers are set up.
- */
+/** Runs before the buffers are set up. */
 class ExtensionCheck : public osg::Camera::DrawCallback {
 public:
-  void operator()(osg::RenderInfo& renderInfo) const override {
-    unsigned int const context = renderInfo.getContextID();
-    osg::GLExtensions* extensions = renderInfo.getState()->get<osg::GLExtensions>();
-    if (extensions->glRenderbufferStorageMultisampleCoverageNV &&
-        !osg::isGLExtensionSupported(context, "GL_NV_framebuffer_multisample_coverage")) {
-      extensions->glRenderbufferStorageMultisampleCoverageNV = nullptr;
-    }
-  }
+  void operator()(osg::RenderInfo& renderInfo) const override { supportedExtensions(renderInfo); }
 };
 
 } // namespace
