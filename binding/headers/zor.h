@@ -33,3 +33,5 @@
 #include <zor/ref_ptr.h>
 #include <zorSDK/Simulation.h>
 #include <zorStream/Serializable.h>
+
+typedef bool BoolPointer; // the Python class of a variable that holds a truth value

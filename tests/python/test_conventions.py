@@ -4,6 +4,7 @@ import gc
 import os
 import weakref
 
+import numpy
 import pytest
 
 import _osg
@@ -346,6 +347,15 @@ class TestDirectors:
         simulation.stepForward()
         assert times == [0.0]
 
+    def test_a_listener_constructor_lists_both_forms(self):
+        prototypes = mismatch(
+            "new_GuiEventListener",
+            "zorOSG::GuiEventListener::GuiEventListener(zorSDK::GuiEventListener::ActivationMask)",
+            "zorOSG::GuiEventListener::GuiEventListener(PyObject *)")
+        assert error_text(TypeError, _zorOSG.new_GuiEventListener, None, "x") == prototypes
+        assert error_text(TypeError, _zorOSG.new_GuiEventListener, None, 1, 2) == \
+            "new_GuiEventListener expected at most 2 arguments, got 3\nAdditional information:\n" + prototypes
+
     def test_missing_init_is_told(self):
         class Forgot(zorSDK.StepEventListener):
             def __init__(self):
@@ -464,3 +474,23 @@ class TestSequences:
         assert arguments.getInt("--size") == 3
         assert list(arguments.getArguments()) == ["program", "--size", "3"]
         assert "--size" in arguments.getUsage()
+        assert list(zorIO.ArgumentParser(iter(["a", "b"])).getArguments()) == ["a", "b"]
+        with pytest.raises(TypeError):
+            zorIO.ArgumentParser("not a list")
+
+    def test_simulation_objects_take_any_iterable(self):
+        corners = [(0, 0, 0), (1, 0, 0), (0, 1, 0), (0, 0, 1)]
+        triangles = (0, 2, 1, 0, 1, 3, 0, 3, 2, 1, 2, 3)
+        mesh = zorCollide.Trimesh(numpy.array(corners, dtype=float), iter(triangles))
+        assert mesh.getNumTriangles() == 4 and mesh.getVertices()[3] == zor.Vec3(0, 0, 1)
+        assert zorCollide.Convex(corners).getVolume() == pytest.approx(1 / 6)
+        assert "zorCollide::Trimesh::Trimesh(zor::Vec3Vector const &,zor::UInt32Vector const &)" in \
+            error_text(TypeError, zorCollide.Trimesh, 5, triangles)
+        assert "row of 3 numbers" in error_text(ValueError, zorCollide.Trimesh, [(1, 2)], triangles)
+
+    def test_the_visualisation_layer_takes_wrapped_vectors_only(self):
+        color = zor.Vec4(1, 1, 1, 1)
+        points = [(0, 0, 0), (1, 0, 0)]
+        assert error_text(TypeError, zorOSG.createPolyline, points, color, 1.0) == \
+            "in method 'createPolyline', argument 1 of type 'zor::Vec3Vector const &'"
+        assert isinstance(zorOSG.createPolyline(zor.Vec3Vector(points), color, 1.0), osg.Geode)

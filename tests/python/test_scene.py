@@ -181,6 +181,10 @@ def test_a_script_builds_the_scene(application, tmp_path):
     assert [e.message for e in zorPython.getErrors()] == ["no scene today"]
     assert application.createSceneFromKey(ord("9")) is False
 
+    success = zor.BoolPointer()
+    assert application.executePythonScript(str(script), "broken", success.cast()) is None
+    assert success.value() is False
+
 
 def test_every_shape_gets_a_visual_that_is_found_again():
     root, simulation = osg.Group(), zorSDK.Simulation()

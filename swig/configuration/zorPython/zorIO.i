@@ -26,6 +26,11 @@ import zor
   }
 }
 
+// The overload test must not use up an iterator.
+%typemap(typecheck, precedence=SWIG_TYPECHECK_POINTER) std::vector<std::string> const& {
+  $1 = !PyUnicode_Check($input) && (Py_TYPE($input)->tp_iter || PySequence_Check($input));
+}
+
 %ignore zorIO::ArgumentParser::ArgumentParser(int, char const* const*);
 %include <zorIO/ArgumentParser.h>
 %include <zorIO/ResourcePath.h>

@@ -3,6 +3,8 @@
 // (numpy.asarray copies nothing). While such a view is alive, whatever would move the storage raises BufferError.
 
 %{
+#include <zor/Vec2.h>
+#include <zor/Vec3.h>
 #include <zor/Vector.h>
 #include "runtime/VectorRuntime.h"
 %}
@@ -174,3 +176,47 @@ ZOR_VECTOR_COMMON(zor::Vector< VALUE >)
 }
 %template(NAME) zor::Vector< VALUE >;
 %enddef
+
+// Where a vector of numbers or values is read, the modules of simulation objects take any iterable or buffer in its
+// place. (The visualisation layer only takes wrapped vectors, but for the functions that say otherwise.)
+%{
+#include <memory>
+
+static bool zorIsIterable(PyObject* object) {
+  return !PyUnicode_Check(object) && (Py_TYPE(object)->tp_iter || PySequence_Check(object));
+}
+%}
+
+%define ZOR_ITERABLE_ARGUMENT(TYPE, MAKER...)
+#ifndef ZOR_BORROWED_RESULTS
+%typemap(in) TYPE const& (void* argp = nullptr, std::unique_ptr<TYPE> made) {
+  int const res = SWIG_ConvertPtr($input, &argp, $descriptor, 0);
+  if (SWIG_IsOK(res) && !argp) {
+    SWIG_exception_fail(SWIG_NullReferenceError, "invalid null reference in method '$symname', argument $argnum of type '$1_type'");
+  }
+  if (SWIG_IsOK(res)) {
+    $1 = reinterpret_cast<TYPE*>(argp);
+  } else if (zorIsIterable($input)) {
+    try {
+      made.reset(MAKER($input));
+    } catch (...) {
+      zorBinding::setToolkitError();
+      SWIG_fail;
+    }
+    $1 = made.get();
+  } else {
+    SWIG_exception_fail(SWIG_TypeError, "in method '$symname', argument $argnum of type '$1_type'");
+  }
+}
+%typemap(freearg) TYPE const& ""
+%typemap(typecheck, precedence=SWIG_TYPECHECK_POINTER) TYPE const& {
+  void* pointer = nullptr;
+  $1 = (SWIG_IsOK(SWIG_ConvertPtr($input, &pointer, $descriptor, SWIG_POINTER_NO_NULL)) || zorIsIterable($input)) ? 1 : 0;
+}
+#endif
+%enddef
+
+ZOR_ITERABLE_ARGUMENT(zor::RealVector, zorBinding::newNumberVector<double>)
+ZOR_ITERABLE_ARGUMENT(zor::UInt32Vector, zorBinding::newNumberVector<uint32_t>)
+ZOR_ITERABLE_ARGUMENT(zor::Vec2Vector, zorBinding::newValueVector<zor::Vec2T<double>, 2>)
+ZOR_ITERABLE_ARGUMENT(zor::Vec3Vector, zorBinding::newValueVector<zor::Vec3T<double>, 3>)

@@ -134,3 +134,8 @@ ZOR_VALUE_OPERATORS_HIDDEN(zor::Matrix3x3T)
   %}
 }
 %include <zor/RangeReal.h>
+
+// For the few parameters that are references to a truth value: `flag = BoolPointer()`, pass `flag.cast()`, read
+// `flag.value()`.
+%include <cpointer.i>
+%pointer_class(bool, BoolPointer);

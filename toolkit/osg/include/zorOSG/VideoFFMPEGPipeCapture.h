@@ -28,9 +28,6 @@ public:
   typedef zor::HashTable<enum zorOSG::VideoFFMPEGPipeCapture::OutputCodec, zor::String, CodecHash>
       CodecStringConversionMap;
 
-  /** The encoder's codec name of each codec. */
-  static CodecStringConversionMap OutputCodecStrings;
-
   /**
    * \param width - width of the finished video in pixels, 2 to 16384; all codecs but H264RGB pad an odd one
    * by a pixel.
@@ -40,6 +37,9 @@ public:
    * \throws std::invalid_argument for a size or rate outside its range.
    */
   VideoFFMPEGPipeCapture(zor::UInt width, zor::UInt height, zor::Real fps, zorSDK::Simulation* sim = nullptr);
+
+  /** The encoder's codec name of each codec. */
+  static CodecStringConversionMap OutputCodecStrings;
 
   /**
    * Creates the named pipe and starts the encoder process; startCapture() does it if it has not been done.
