@@ -49,7 +49,7 @@ function(zor_add_swig_module name)
   add_library(${target} MODULE ${wrapper})
   target_include_directories(${target} PRIVATE ${work})
   # Generated code: -O1 halves the compile time of -O2 and is not slower where it counts, inside the toolkit.
-  target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1 -g0> -fno-strict-aliasing)
+  target_compile_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-O1> -g0 -fno-strict-aliasing)
   target_link_libraries(${target} PRIVATE zor_generated_flags zorBinding Python3::Module ${ARG_LINKS})
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME _${name} PREFIX "" SUFFIX ".so"

@@ -238,6 +238,17 @@ class TestOwnership:
         assert not simulation.thisown
         assert simulation.getReferenceCount() == before
 
+    def test_what_an_application_lends_keeps_it(self):
+        def lend():
+            application = zorOSG.ExampleApplication()
+            application.initSimulation()
+            return application.getSimulation()
+
+        simulation = lend()
+        gc.collect()
+        simulation.stepForward()
+        assert simulation.getTimeStamp() > 0
+
     def test_results_of_the_simulation_outlive_it(self):
         simulation = zorSDK.Simulation()
         simulation.add(zor.RigidBody("survivor"))
