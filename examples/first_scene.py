@@ -186,6 +186,7 @@ class Keys(zorOSG.GuiEventListener):
 
     def __init__(self, simulation):
         super().__init__(zorOSG.GuiEventListener.KEYBOARD)
+        self.setName("m: reverse the turnstile, k: kick the rabbit")  # a line of the help overlay
         self.simulation = simulation
 
     def keyboard(self, key, modKeyMask, x, y, keydown):

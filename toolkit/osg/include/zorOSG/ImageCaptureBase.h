@@ -134,6 +134,9 @@ private:
   friend class CaptureSet;
   friend class RenderTarget;
 
+  /** \return true if capturing and the next frame drawn would be stored. */
+  bool isImageDue() const;
+
   /** Stores a frame that is already in main memory, if it is due. Never throws. */
   void applyImage(osg::Image const* frame) noexcept;
 

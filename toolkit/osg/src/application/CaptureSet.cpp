@@ -91,6 +91,11 @@ bool CaptureSet::needsEveryStep() const {
   return synced(m_images.get()) || synced(m_video.get());
 }
 
+bool CaptureSet::isPictureDue() const {
+  auto const due = [](ImageCaptureBase const* capture) { return capture && capture->isImageDue(); };
+  return due(m_images.get()) || due(m_video.get()) || (m_screenShots && m_screenShots->isPending());
+}
+
 void CaptureSet::takeScreenShot(std::string const& filename) {
   if (!m_viewer)
     throw std::runtime_error("takeScreenShot: the application has no graphics");

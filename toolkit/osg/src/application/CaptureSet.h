@@ -32,8 +32,11 @@ public:
   void setSync(bool sync);
   bool getSync() const { return m_sync; }
 
-  /** \return true if every simulation step has to be drawn, so that no frame of a capture is missed */
+  /** \return true if a capture keeps step with the simulation, so that steps can't be skipped in drawing */
   bool needsEveryStep() const;
+
+  /** \return true if something would be stored of a picture drawn now */
+  bool isPictureDue() const;
 
   /**
    * Has the next frame written.

@@ -12,6 +12,8 @@ class CaptureSet::ScreenShots : public osg::Camera::DrawCallback {
 public:
   void request(std::filesystem::path file) { m_files.push_back(std::move(file)); }
 
+  bool isPending() const { return !m_files.empty(); }
+
   /** \return the first file zor_screen_%05d.png that neither exists nor is asked for already */
   std::filesystem::path nextFreeName();
 

@@ -1,6 +1,6 @@
 #include "ViewerHost.h"
 
-#include "context/MultisampledDrawing.h"
+#include "context/EdgeSmoothing.h"
 
 #include <zorOSG/OffscreenContext.h>
 
@@ -90,7 +90,7 @@ ViewerHost::ViewerHost(Settings const& settings)
   camera->setProjectionMatrixAsPerspective(FIELD_OF_VIEW, static_cast<double>(traits->width) / traits->height,
                                            0.1, 10000.0);
   if (!window() && traits->samples == 0 && settings.samples > 0) {
-    drawMultisampled(*camera, settings.samples);
+    smoothEdges(*camera);
     return;
   }
   GLenum const buffer = traits->doubleBuffer ? GL_BACK : GL_FRONT;

@@ -38,24 +38,30 @@ public:
     return simulated ? simulation->getTimeStamp() : wallClock();
   }
 
+  /** \return how many images would be due at a time, of the sequence that is being taken. */
+  std::uint64_t countDueAt(double time) const {
+    // The tolerance takes up the rounding of a sum of time steps.
+    auto const slots = static_cast<std::uint64_t>(std::floor((time - startTime) * fps + 1e-6)) + 1;
+    std::uint64_t const due = slots - std::min(slots, numTimed);
+    if (maxImages < 0) {
+      return due;
+    }
+    auto const limit = static_cast<std::uint64_t>(maxImages);
+    return std::min(due, limit - std::min(limit, numWritten));
+  }
+
+  bool isFirstAt(double time) const { return !timing || time < lastTime; }
+
   /** \return how many images are due now; counts from the first frame so that no error accumulates. */
   unsigned int countDue() {
     double const time = now();
-    if (!timing || time < lastTime) {
+    if (isFirstAt(time)) {
       timing = true;
       startTime = time;
       numTimed = 0;
     }
     lastTime = time;
-    // The tolerance takes up the rounding of a sum of time steps.
-    double const slots = std::floor((time - startTime) * fps + 1e-6) + 1.0;
-    std::uint64_t due = static_cast<std::uint64_t>(slots) - numTimed;
-    if (maxImages >= 0) {
-      std::uint64_t const left =
-          static_cast<std::uint64_t>(maxImages) - std::min<std::uint64_t>(maxImages, numWritten);
-      due = std::min(due, left);
-    }
-    return static_cast<unsigned int>(due);
+    return static_cast<unsigned int>(countDueAt(time));
   }
 
   void submit(osg::ref_ptr<osg::Image> frame, unsigned int due) {
@@ -220,6 +226,11 @@ void ImageCaptureBase::apply(osg::RenderInfo& renderInfo) {
                      static_cast<int>(viewport->width()), static_cast<int>(viewport->height()), GL_RGB,
                      GL_UNSIGNED_BYTE);
   });
+}
+
+bool ImageCaptureBase::isImageDue() const {
+  double const time = m_impl->now();
+  return m_impl->started && (m_impl->isFirstAt(time) || m_impl->countDueAt(time) > 0);
 }
 
 void ImageCaptureBase::applyImage(osg::Image const* frame) noexcept {
