@@ -1,13 +1,9 @@
 import os
 import stat
 import subprocess
-import sys
-from pathlib import Path
 
 import pytest
-
-REPOSITORY = Path(__file__).resolve().parents[2]
-sys.path.insert(0, str(REPOSITORY / "toolchain"))
+from zorcmd.layout import REPOSITORY
 
 
 @pytest.fixture
