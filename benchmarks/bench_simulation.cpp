@@ -1,4 +1,4 @@
-// One step of 300 bodies of mixed shapes: in free fall, piled up, and asleep. Rays into the pile.
+// One step of 300 bodies of mixed shapes: in free fall, piled up, and piled with auto-sleep. Rays into the pile.
 
 #include <string>
 
@@ -69,7 +69,7 @@ void pile(benchmark::State& state) {
 }
 BENCHMARK(pile)->Unit(benchmark::kMillisecond);
 
-void pileAsleep(benchmark::State& state) {
+void pileThatMaySleep(benchmark::State& state) {
   auto simulation = makeScene(0.45);
   simulation->setEnableAutoSleep(true);
   simulation->stepTo(6);
@@ -78,7 +78,7 @@ void pileAsleep(benchmark::State& state) {
   }
   report(state, *simulation);
 }
-BENCHMARK(pileAsleep)->Unit(benchmark::kMillisecond);
+BENCHMARK(pileThatMaySleep)->Unit(benchmark::kMillisecond);
 
 /** A bundle of rays from above, as a lidar casts them. */
 void castRays(benchmark::State& state) {
