@@ -1,6 +1,6 @@
 #include "ExampleApplicationImpl.h"
 
-#include <zor/NotifyStream.h>
+#include <zor/Notify.h>
 
 #include <osgGA/GUIEventAdapter>
 

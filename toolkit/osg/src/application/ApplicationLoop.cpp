@@ -3,7 +3,7 @@
 #include "CurrentApplicationScope.h"
 #include "SignalGuard.h"
 
-#include <zor/NotifyStream.h>
+#include <zor/Notify.h>
 #include <zorPython/PendingSignals.h>
 #include <zorPython/ScriptManager.h>
 

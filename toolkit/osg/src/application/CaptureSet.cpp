@@ -3,7 +3,7 @@
 #include "ScreenShots.h"
 #include "capture/AtomicFile.h"
 
-#include <zor/NotifyStream.h>
+#include <zor/Notify.h>
 #include <zorSDK/Simulation.h>
 
 #include <stdexcept>

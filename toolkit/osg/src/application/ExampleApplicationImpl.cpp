@@ -2,7 +2,7 @@
 
 #include "CurrentApplicationScope.h"
 
-#include <zor/NotifyStream.h>
+#include <zor/Notify.h>
 
 #include <iostream>
 #include <stdexcept>

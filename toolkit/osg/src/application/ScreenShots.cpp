@@ -2,7 +2,7 @@
 
 #include "capture/AtomicFile.h"
 
-#include <zor/NotifyStream.h>
+#include <zor/Notify.h>
 
 #include <cstdio>
 
