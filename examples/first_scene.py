@@ -30,6 +30,7 @@ NUM_BODIES = 300
 NUM_STEPS = 7
 STEP_LENGTH, STEP_DROP, RAMP_WIDTH = 1.5, 0.75, 6.0
 MODEL = "/usr/share/glmark2/models/bunny.obj"
+DETAIL = 0.6  # how finely round shapes are tessellated; they are small in this picture
 MODEL_SIZE = 2.0  # height of the rabbit (m)
 
 SLATE, SAND, STEEL = (0.36, 0.40, 0.46), (0.80, 0.74, 0.62), (0.62, 0.66, 0.70)
@@ -59,7 +60,7 @@ class Scene:
             body.setMotionControl(zor.RigidBody.STATIC)
         body.setPosition(position)
         self.simulation.add(body)
-        visual = zorOSG.createVisual(body, self.root)
+        visual = zorOSG.createVisual(body, self.root, DETAIL)
         zorOSG.setDiffuseColor(visual, zor.Vec4f(*color, 1.0))
         return body
 
