@@ -209,12 +209,14 @@ class Monitor(zorOSG.ExampleApplicationListener):
         super().__init__()
         self.duration = duration
         self.picture = picture
-        self.started = time.perf_counter()
+        self.started = None
         self.frames = 0
-        self.window = (self.started, 0)
         self.rate = 0.0
 
     def preFrame(self, application):
+        if self.started is None:
+            self.started = time.perf_counter()
+            self.counted_since = (self.started, 0)
         simulation = application.getSimulation()
         if self.picture and simulation.getTimeStamp() >= PICTURE_TIME:
             application.takeScreenShot(self.picture)
@@ -228,10 +230,10 @@ class Monitor(zorOSG.ExampleApplicationListener):
     def postFrame(self, application):
         self.frames += 1
         now = time.perf_counter()
-        since, count = self.window
+        since, count = self.counted_since
         if now - since > 0.5:
             self.rate = (self.frames - count) / (now - since)
-            self.window = (now, self.frames)
+            self.counted_since = (now, self.frames)
             self.show_progress(application.getTimeStamp())
 
     def show_progress(self, simulated, end="\r"):
@@ -243,6 +245,8 @@ class Monitor(zorOSG.ExampleApplicationListener):
         print(f"[{bar:<{width}}] {simulated:4.1f} of {self.duration:.1f} s, {self.rate:5.1f} frames/s ", end=end, flush=True)
 
     def summary(self, simulated):
+        if self.started is None:
+            return
         elapsed = time.perf_counter() - self.started
         self.show_progress(simulated, end="\n")
         print(f"{simulated:.2f} simulated seconds in {elapsed:.1f} s (real-time factor {simulated / elapsed:.2f}), "
@@ -269,6 +273,8 @@ def main():
         # In a window the scene runs until it is closed; without graphics there is nothing to record.
         monitor = Monitor(DURATION if not application.hasRenderContext() else math.inf)
         files = []
+        if application.hasRenderContext():
+            print("press h in the window for its keys, Esc to leave; --offscreen makes a picture and a video instead")
     else:
         output = os.path.abspath(arguments.getValue("--output"))
         files = [os.path.join(output, "first_scene.png"), os.path.join(output, "first_scene.mp4")]
