@@ -4,9 +4,11 @@
 
 #include <zorOSG/OffscreenContext.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <iostream>
 #include <stdexcept>
+#include <thread>
 
 namespace zorOSG {
 
@@ -48,11 +50,14 @@ osg::ref_ptr<osg::GraphicsContext> openWindow(ViewerHost::Settings const& settin
   auto* const system = osg::GraphicsContext::getWindowingSystemInterface();
   if (!system || system->getNumScreens(*traits) == 0)
     return nullptr;
-  for (int const samples : {settings.samples, 0}) {
+  // A server whose last client leaves starts anew and refuses others meanwhile, so the last try is repeated.
+  for (int const samples : {settings.samples, 0, 0, 0, 0}) {
     traits = makeTraits(settings, samples);
     osg::ref_ptr<osg::GraphicsContext> context = osg::GraphicsContext::createGraphicsContext(traits.get());
     if (context && context->valid())
       return context;
+    if (samples == 0)
+      std::this_thread::sleep_for(std::chrono::milliseconds(200));
   }
   reason += " for OpenGL";
   return nullptr;
