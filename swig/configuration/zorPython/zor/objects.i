@@ -66,6 +66,7 @@ ZOR_UPCALL(zor::Component, addObject, (arg2, arg3))
 ZOR_UPCALL(zor::Component, removeObject, (arg2))
 ZOR_UPCALL(zor::Component, printSubtree, ())
 %include <zor/Component.h>
+ZOR_INNER_RESULT(zor::Frame::getLocalMatrix)
 %include <zor/Frame.h>
 
 %ignore zor::ScopedLock;
@@ -82,6 +83,7 @@ ZOR_UPCALL(zor::Component, printSubtree, ())
         return f"Plane({self.a():g}, {self.b():g}, {self.c():g}, {self.d():g})"
   %}
 }
+ZOR_INNER_RESULT(zor::Plane::getNormal)
 %include <zor/Plane.h>
 
 %ignore zor::Name::Name(char const*);
