@@ -208,6 +208,7 @@ class Monitor(zorOSG.ExampleApplicationListener):
     def __init__(self, duration, picture=None):
         super().__init__()
         self.duration = duration
+        self.picture_time = min(PICTURE_TIME, duration / 2)
         self.picture = picture
         self.started = None
         self.frames = 0
@@ -218,7 +219,7 @@ class Monitor(zorOSG.ExampleApplicationListener):
             self.started = time.perf_counter()
             self.counted_since = (self.started, 0)
         simulation = application.getSimulation()
-        if self.picture and simulation.getTimeStamp() >= PICTURE_TIME:
+        if self.picture and simulation.getTimeStamp() >= self.picture_time:
             application.takeScreenShot(self.picture)
             self.picture = None
         white = zor.Vec4f(1, 1, 1, 1)
@@ -268,23 +269,25 @@ def main():
     application.addScene(__file__, "build_scene", ord("1"))
     application.setTimeStep(1.0 / 60.0)
 
+    duration = arguments.getReal("--stopAfter") if arguments.has("--stopAfter") else DURATION
+
     application.initSimulation()
     if not application.hasRenderContext() or not application.hasOffscreenWindow():
         # In a window the scene runs until it is closed; without graphics there is nothing to record.
-        monitor = Monitor(DURATION if not application.hasRenderContext() else math.inf)
+        monitor = Monitor(duration if not application.hasRenderContext() else math.inf)
         files = []
         if application.hasRenderContext():
             print("press h in the window for its keys, Esc to leave; --offscreen makes a picture and a video instead")
     else:
         output = os.path.abspath(arguments.getValue("--output"))
         files = [os.path.join(output, "first_scene.png"), os.path.join(output, "first_scene.mp4")]
-        monitor = Monitor(DURATION, files[0])
+        monitor = Monitor(duration, files[0])
         capture = application.getVideoServerCapture()
         capture.setFilename(files[1])
         capture.setVideoFPS(VIDEO_FPS)
         capture.setImageCaptureFPS(VIDEO_FPS)
         capture.startCapture()
-    if math.isfinite(monitor.duration) and not arguments.has("--stopAfter"):
+    if math.isfinite(monitor.duration):
         application.stopAfter(monitor.duration)
     application.addListener(monitor)
 

@@ -377,7 +377,7 @@ public:
   /** \param stopTime simulation time in seconds at which to stop; same as --stopAfter. Below zero: never. */
   void stopAfter(zor::Real stopTime);
 
-  /** \return the exit code that run() will return */
+  /** \return the exit code that run() will return; 2 after an init() that refused the command line */
   int getExitCode() const;
 
   /**

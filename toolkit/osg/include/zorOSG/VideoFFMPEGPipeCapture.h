@@ -96,7 +96,8 @@ public:
 
   /**
    * Stops capturing, closes the pipe and waits for the encoder to finish the file.
-   * \return false if the encoder returned non-zero, a frame could not be delivered or no video was active.
+   * \return false if the encoder returned non-zero, a frame could not be delivered, no frame came or no video
+   * was active; without a frame no file is stored.
    */
   bool stopProcess();
 

@@ -33,6 +33,7 @@ bool ExampleApplication::init(zorIO::ArgumentParser* arguments, bool zorOnly) {
   Impl& m = *m_impl;
   m.arguments = arguments ? arguments : new zorIO::ArgumentParser;
   m.isInitialized = false;
+  m.exitCode = 0;
   if (!m.readCommandLine())
     return false;
   m.wantsGraphics = !zorOnly && !m.options.zorOnly;

@@ -33,6 +33,7 @@ bool ExampleApplication::Impl::readCommandLine() {
     options = CommandLine::read(*arguments);
   } catch (std::invalid_argument const& error) {
     std::cerr << arguments->getProgramName() << ": " << error.what() << "\nTry --help." << std::endl;
+    exitCode = 2;
     return false;
   }
   if (options.help) {

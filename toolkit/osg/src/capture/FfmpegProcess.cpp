@@ -228,9 +228,14 @@ void FfmpegProcess::writeFrame(unsigned char const* pixels, std::size_t size) {
     pixels += written;
     size -= static_cast<std::size_t>(written);
   }
+  m_hasFrames = true;
 }
 
 void FfmpegProcess::finish() {
+  if (!m_hasFrames && m_process > 0) {
+    abandon(); // the encoder would store a file that no player opens
+    throw std::runtime_error("no frame came for the video '" + m_settings.output.string() + "', none is stored");
+  }
   closePipe();
   if (m_process > 0) {
     while (waitpid(m_process, &m_status, 0) < 0 && errno == EINTR) {

@@ -49,8 +49,8 @@ public:
 
   /**
    * Closes the pipe, waits for the encoder and gives the video its name.
-   * \throws std::runtime_error with the encoder's own words if it failed; nothing with the final name is then
-   * left behind.
+   * \throws std::runtime_error if there was no frame, and with the encoder's own words if it failed; nothing
+   * with the final name is then left behind.
    */
   void finish();
 
@@ -70,6 +70,7 @@ private:
   pid_t m_process = -1;
   int m_pipe = -1;
   int m_status = 0;
+  bool m_hasFrames = false;
 };
 
 } // namespace zorOSG
