@@ -12,7 +12,6 @@ from hypothesis import strategies as st
 import osg
 import zor
 import zorCollide
-import zorOSG
 import zorPython
 import zorSDK
 
