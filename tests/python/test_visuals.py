@@ -365,3 +365,25 @@ class TestDecorator:
         dark = shot()[50:70, 70:90].mean()
         decorator.setEnableLights(zorOSG.SceneDecorator.ALL)
         assert dark < bright - 40 and shot()[50:70, 70:90].mean() == pytest.approx(bright, abs=3)
+
+
+def test_what_is_lent_outlives_what_it_came_from():
+    """Temporaries as arguments: the visual's geometry, its root or the object asked die before the result."""
+    from_geometry = zorOSG.createVisual(zorCollide.Geometry(zorCollide.Sphere(1)), osg.Group())
+    body = zor.RigidBody()
+    body.add(zorCollide.Geometry(zorCollide.Box(zor.Vec3(1, 1, 1))))
+    from_body = zorOSG.createVisual(body, osg.Group()).getChild(0)
+    image = zorOSG.RenderToImage(8, 4).getImage()
+    bound = zorOSG.createVisual(zorCollide.Geometry(zorCollide.Box(zor.Vec3(1, 1, 1))), osg.Group()).getBound()
+    matrix = osg.MatrixTransform(osg.Matrixd.translate(1, 2, 3)).getMatrix()
+    inverse = zorOSG.GuiEventListener().getInverseTransform()
+    del body
+    gc.collect()
+    assert from_geometry.thisown is False
+    zorOSG.setDiffuseColor(from_geometry, zor.Vec4f(1, 0, 0, 1))
+    assert zorOSG.createTrimesh(from_geometry).getNumTriangles() > 100
+    assert from_body.getBound().valid()
+    assert (image.s(), image.t()) == (8, 4)
+    assert bound.radius() == pytest.approx(math.sqrt(3), rel=1e-5)
+    assert matrix == osg.Matrixd.translate(1, 2, 3)
+    assert inverse == zor.AffineMatrix4x4()

@@ -56,6 +56,33 @@ import zorSDK
 %import "zorCollide.i"
 %import "zorSDK.i"
 
+%include "shared/lent.i"
+ZOR_LENT(osg::Object)
+ZOR_LENT(osg::Node)
+ZOR_LENT(osg::Group)
+ZOR_LENT(osg::Geode)
+ZOR_LENT(osg::MatrixTransform)
+ZOR_LENT(osg::Camera)
+ZOR_LENT(osg::Geometry)
+ZOR_LENT(osg::Image)
+ZOR_LENT(osg::LightSource)
+ZOR_LENT(osg::Material)
+ZOR_LENT(osg::StateSet)
+ZOR_LENT(osg::Texture2D)
+ZOR_LENT(osgGA::MatrixManipulator)
+ZOR_LENT(osgText::Text)
+ZOR_LENT(osgViewer::Viewer)
+ZOR_LENT(zorCollide::Geometry)
+ZOR_LENT(zorIO::ArgumentParser)
+ZOR_LENT(zorSDK::Simulation)
+ZOR_LENT(zorOSG::ExampleApplication)
+ZOR_LENT(zorOSG::GeometryNode)
+ZOR_LENT(zorOSG::ImageCapture)
+ZOR_LENT(zorOSG::ImageCaptureBase)
+ZOR_LENT(zorOSG::SceneDecorator)
+ZOR_LENT(zorOSG::Texture2D)
+ZOR_LENT(zorOSG::VideoFFMPEGPipeCapture)
+
 // A node class whose proxies hold a reference through functions that the visualisation library exports.
 %define ZOR_OSG_COUNTED(CLASS, FUNCTIONS)
 %feature("ref") zorOSG::CLASS #FUNCTIONS "_reference($this);"

@@ -1,5 +1,7 @@
 // Drawables, geometry and its arrays.
 
+ZOR_INNER_RESULT(osg::Drawable::getBoundingBox)
+
 // Unlike nodes: see the head of the node section.
 %nodefaultctor osg::Drawable;
 %extend osg::Drawable {

@@ -3,6 +3,9 @@
 // A proxy made by a constructor holds one reference, and the destroy hook gives it back. Drawables that the
 // visualisation layer makes are handed over without one: their hook only ends an object that nobody holds.
 
+ZOR_INNER_RESULT(osg::Node::getBound)
+ZOR_INNER_RESULT(osg::MatrixTransform::getMatrix)
+
 %{
 static void zorOsgRelease(osg::Referenced* object) { object->unref(); }
 

@@ -30,3 +30,11 @@
 #undef SWIG_PYTHON_THREAD_END_ALLOW
 #define SWIG_PYTHON_THREAD_END_ALLOW
 %}
+
+// A result that lives inside the object it was asked of keeps that object alive.
+%define ZOR_INNER_RESULT(METHOD)
+%feature("pythonappend") METHOD %{
+        if val is not None:
+            val._owner = self
+%}
+%enddef

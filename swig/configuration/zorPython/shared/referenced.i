@@ -64,11 +64,3 @@ namespace zor {
 template <class T>
 class ref_ptr;
 }
-
-// A result that lives inside the object it was asked of keeps that object alive.
-%define ZOR_INNER_RESULT(METHOD)
-%feature("pythonappend") METHOD %{
-        if val is not None:
-            val._owner = self
-%}
-%enddef

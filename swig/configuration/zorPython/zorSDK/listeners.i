@@ -50,4 +50,5 @@ ZOR_UPCALL(zorSDK::EventListener, removeNotification, ())
 %include <zorSDK/EventListener.h>
 %include <zorSDK/StepEventListener.h>
 %include <zorSDK/ContactEventListener.h>
+ZOR_INNER_RESULT(zorSDK::GuiEventListener::getInverseTransform)
 %include <zorSDK/GuiEventListener.h>
