@@ -180,6 +180,29 @@ TEST_F(CaptureFiles, render_target_feeds_a_video_of_the_size_rate_and_length_ask
   EXPECT_LT(frame->getColor(48, 32).r(), 0.1f);
 }
 
+TEST_F(CaptureFiles, frames_of_other_pixel_formats_keep_their_colours) {
+  zor::ref_ptr<ImageCapture> const capture(new ImageCapture(simulation.get()));
+  capture->setDirectoryPath(folder.path());
+  capture->setPostfix("png");
+  zor::ref_ptr<RenderToImage> const target(new RenderToImage(30, 20));
+  target->setImageCapture(capture.get());
+  target->getCamera()->setClearColor({0.2f, 0.4f, 1.0f, 0.5f});
+  osg::ref_ptr<osg::Group> const root = new osg::Group;
+  root->addChild(target->getCamera());
+  view.viewer().setSceneData(root);
+  capture->startCapture();
+  frames(1);
+  EXPECT_TRUE(capture->stopCapture());
+  osg::ref_ptr<osg::Image> const image = osgDB::readRefImageFile(folder.file("image_00000.png"));
+  ASSERT_TRUE(image);
+  for (unsigned int x : {0u, 13u, 29u}) {
+    osg::Vec4 const color = image->getColor(x, x % 20u);
+    EXPECT_NEAR(color.r(), 0.2f, 0.01f);
+    EXPECT_NEAR(color.g(), 0.4f, 0.01f);
+    EXPECT_NEAR(color.b(), 1.0f, 0.01f);
+  }
+}
+
 TEST_F(CaptureFiles, videos_of_every_codec_can_be_made_one_after_another) {
   zor::ref_ptr<VideoFFMPEGPipeCapture> const video(new VideoFFMPEGPipeCapture(63, 33, 25));
   struct Case {

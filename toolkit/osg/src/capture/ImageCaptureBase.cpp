@@ -1,5 +1,6 @@
 #include <zorOSG/ImageCaptureBase.h>
 
+#include "FramePixels.h"
 #include "ImageWriter.h"
 
 #include <zor/Notify.h>
@@ -235,10 +236,7 @@ bool ImageCaptureBase::isImageDue() const {
 
 void ImageCaptureBase::applyImage(osg::Image const* frame) noexcept {
   if (frame && frame->valid()) {
-    captureFrame([frame](osg::Image& image) {
-      image.allocateImage(frame->s(), frame->t(), 1, GL_RGB, GL_UNSIGNED_BYTE);
-      image.copySubImage(0, 0, 0, frame);
-    });
+    captureFrame([frame](osg::Image& image) { copyAsRgb(*frame, image); });
   }
 }
 

@@ -1,6 +1,7 @@
 #include <zorOSG/VideoFFMPEGPipeCapture.h>
 
 #include "FfmpegProcess.h"
+#include "FramePixels.h"
 
 #include <zor/Notify.h>
 
@@ -36,11 +37,9 @@ osg::ref_ptr<osg::Image> asFrame(osg::Image* image, zor::Vec2u size) {
   int const width = static_cast<int>(size[0]);
   int const height = static_cast<int>(size[1]);
   osg::ref_ptr<osg::Image> frame = image;
-  if (image->getPixelFormat() != GL_RGB || image->getDataType() != GL_UNSIGNED_BYTE ||
-      image->getRowSizeInBytes() != image->s() * 3u) {
+  if (!isPackedRgb(*image)) {
     frame = new osg::Image;
-    frame->allocateImage(image->s(), image->t(), 1, GL_RGB, GL_UNSIGNED_BYTE);
-    frame->copySubImage(0, 0, 0, image);
+    copyAsRgb(*image, *frame);
   }
   if (frame->s() != width || frame->t() != height) {
     if (frame == image) {
