@@ -1,4 +1,5 @@
-// One step of 300 bodies of mixed shapes: in free fall, piled up, and piled with auto-sleep. Rays into the pile.
+// One step of 300 bodies of mixed shapes: in free fall, piled up, and piled with auto-sleep. Rays into the
+// pile.
 
 #include <string>
 

@@ -34,8 +34,8 @@ struct Memory {
   long rowStride = 0; ///< bytes from one row to the next; 0 when packed
 };
 
-/** \return a new memoryview over the memory, or null with an error set. It does not keep the memory alive: only
- * hand it out through __buffer__, whose caller holds the object. */
+/** \return a new memoryview over the memory, or null with an error set. It does not keep the memory alive:
+ * only hand it out through __buffer__, whose caller holds the object. */
 PyObject* newMemoryView(Memory const& memory);
 
 /** \return a new memoryview of packed elements with the given shape */

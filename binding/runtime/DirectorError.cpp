@@ -29,7 +29,8 @@ bool registerStepError(char const* label, char const* function, char const* file
 }
 
 std::string wrongBoolText(char const* signature) {
-  return std::string(": Python code called by '") + signature + "' has wrong output value type. Expected bool.";
+  return std::string(": Python code called by '") + signature +
+         "' has wrong output value type. Expected bool.";
 }
 
 } // namespace zorBinding

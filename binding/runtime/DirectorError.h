@@ -5,9 +5,9 @@
 namespace zorBinding {
 
 /**
- * Hands the pending Python error of a script-managed callback to the script manager, which records and reports
- * it. Without a script manager the error stays pending. Never throws a std::exception; call with the interpreter
- * locked.
+ * Hands the pending Python error of a script-managed callback to the script manager, which records and
+ * reports it. Without a script manager the error stays pending. Never throws a std::exception; call with the
+ * interpreter locked.
  * \param label - namespace::class::method of the callback
  * \param function - short name of the method
  * \param file - interface file that declares the callback

@@ -16,11 +16,12 @@ namespace zorBinding {
  */
 std::size_t checkedPosition(int index, std::size_t size);
 
-/** \return count as a size \throws std::out_of_range with the given name of the parameter if it is negative */
+/** \return count as a size \throws std::out_of_range with the given name of the parameter if it is negative
+ */
 std::size_t checkedCount(int count, char const* name = "count");
 
-/** Throws as checkedPosition() and checkedCount(), std::invalid_argument "invalid range" if the range ends beyond
- * size. */
+/** Throws as checkedPosition() and checkedCount(), std::invalid_argument "invalid range" if the range ends
+ * beyond size. */
 void checkRange(int index, int count, std::size_t size);
 
 /** Operations of a list that counts positions from the start, for vectors of plain pointers. */

@@ -3,9 +3,9 @@
 namespace zorBinding {
 
 /**
- * Keeps the shared type registry to the end of the process. The wrappers release it as soon as the interpreter
- * clears its modules, while objects that scripts still hold need it to be destroyed properly. Call once a module is
- * initialised.
+ * Keeps the shared type registry to the end of the process. The wrappers release it as soon as the
+ * interpreter clears its modules, while objects that scripts still hold need it to be destroyed properly.
+ * Call once a module is initialised.
  */
 void keepTypeRegistry();
 

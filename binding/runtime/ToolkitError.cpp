@@ -8,9 +8,11 @@
 namespace zorBinding {
 namespace {
 
-// Messages may carry file names in any encoding: undecodable bytes become surrogates instead of another error.
+// Messages may carry file names in any encoding: undecodable bytes become surrogates instead of another
+// error.
 void setError(PyObject* type, char const* text) {
-  if (PyObject* message = PyUnicode_DecodeUTF8(text, static_cast<Py_ssize_t>(__builtin_strlen(text)), "surrogateescape")) {
+  if (PyObject* message =
+          PyUnicode_DecodeUTF8(text, static_cast<Py_ssize_t>(__builtin_strlen(text)), "surrogateescape")) {
     PyErr_SetObject(type, message);
     Py_DECREF(message);
   }
@@ -48,6 +50,8 @@ void setSequenceError() {
   PyGILState_Release(lock);
 }
 
-bool errorPending() { return PyErr_Occurred() != nullptr; }
+bool errorPending() {
+  return PyErr_Occurred() != nullptr;
+}
 
 } // namespace zorBinding

@@ -3,8 +3,8 @@
 namespace zorBinding {
 
 /**
- * Turns the C++ exception being handled into a Python error: RuntimeError with its text. An error that is already
- * pending (a Python callback raised it) stays. Call in a catch block only.
+ * Turns the C++ exception being handled into a Python error: RuntimeError with its text. An error that is
+ * already pending (a Python callback raised it) stays. Call in a catch block only.
  */
 void setToolkitError();
 

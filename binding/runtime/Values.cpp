@@ -23,7 +23,11 @@ std::size_t checkedIndex(std::ptrdiff_t index, std::size_t size) {
   return static_cast<std::size_t>(index < 0 ? index + count : index);
 }
 
-std::string numberText(double number) { return shortest(number); }
-std::string numberText(float number) { return shortest(number); }
+std::string numberText(double number) {
+  return shortest(number);
+}
+std::string numberText(float number) {
+  return shortest(number);
+}
 
 } // namespace zorBinding

@@ -16,7 +16,9 @@ struct Releaser {
 };
 typedef std::unique_ptr<PyObject, Releaser> Reference;
 
-[[noreturn]] void fail() { throw std::runtime_error("the Python error says what is wrong"); }
+[[noreturn]] void fail() {
+  throw std::runtime_error("the Python error says what is wrong");
+}
 
 double readReal(PyObject* item) {
   double const number = PyFloat_AsDouble(item);
@@ -95,7 +97,8 @@ bool readBuffer(PyObject* values, int rowSize, char format, NumberSink& sink) {
   }
   auto const rowBytes = static_cast<std::size_t>(view.itemsize * std::max(rowSize, 1));
   for (Py_ssize_t row = 0; row < view.shape[0]; ++row) {
-    std::memcpy(sink.addRow(), static_cast<char const*>(view.buf) + static_cast<std::size_t>(row) * rowBytes, rowBytes);
+    std::memcpy(sink.addRow(), static_cast<char const*>(view.buf) + static_cast<std::size_t>(row) * rowBytes,
+                rowBytes);
   }
   return true;
 }

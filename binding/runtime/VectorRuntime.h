@@ -24,8 +24,8 @@ public:
 };
 
 /**
- * Reads an iterable of numbers (rowSize 0) or of rows of rowSize numbers. A buffer of the same shape and element
- * type is copied at once.
+ * Reads an iterable of numbers (rowSize 0) or of rows of rowSize numbers. A buffer of the same shape and
+ * element type is copied at once.
  * \param values - the Python object
  * \param rowSize - numbers in a row
  * \param format - element type in the codes of the struct module

@@ -61,6 +61,7 @@ public:
   V& operator[](K const& key) { return m_table[key]; }
 
   /** Adds an entry unless there is one with its key. \return true if it was added */
+  // NOLINTNEXTLINE(performance-unnecessary-value-param): it is moved from
   bool insert(K const& key, V value) { return m_table.try_emplace(key, std::move(value)).second; }
   bool insert(value_type const& entry) { return m_table.insert(entry).second; }
 

@@ -14,7 +14,7 @@ auto findIn(Objects& objects, zor::Object const* object) {
 }
 
 thread_local int g_printDepth = 0; // nesting of printSubtree(), which an override may continue
-}
+} // namespace
 
 Component::~Component() = default;
 

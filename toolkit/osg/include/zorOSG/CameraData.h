@@ -23,20 +23,20 @@ public:
 
   /**
    * Uses camera manipulator for eye, center and up.
-   * \param viewer the viewer to read; null gives a record that is not valid. A viewer without a manipulator is
-   * read as its camera.
+   * \param viewer the viewer to read; null gives a record that is not valid. A viewer without a manipulator
+   * is read as its camera.
    */
   explicit CameraData(osgViewer::Viewer const* viewer);
 
-  zor::Vec3 eye;                 ///< camera position, metres
-  zor::Vec3 center;              ///< point looked at, metres
-  zor::Vec3 up;                  ///< up direction
-  double fieldOfView = 0;        ///< vertical field of view, degrees; 0 for a parallel projection
-  double aspectRatio = 0;        ///< width over height
-  double nearClippingPlane = 0;  ///< distance of the near plane, metres
-  double farClippingPlane = 0;   ///< distance of the far plane, metres
-  double nearFarRatio = 0;       ///< smallest near over far when the planes are computed from the scene
-  bool valid = false;            ///< the record holds data
+  zor::Vec3 eye;                ///< camera position, metres
+  zor::Vec3 center;             ///< point looked at, metres
+  zor::Vec3 up;                 ///< up direction
+  double fieldOfView = 0;       ///< vertical field of view, degrees; 0 for a parallel projection
+  double aspectRatio = 0;       ///< width over height
+  double nearClippingPlane = 0; ///< distance of the near plane, metres
+  double farClippingPlane = 0;  ///< distance of the far plane, metres
+  double nearFarRatio = 0;      ///< smallest near over far when the planes are computed from the scene
+  bool valid = false;           ///< the record holds data
 
   /**
    * Applies the settings to a camera.

@@ -41,8 +41,8 @@ public:
    * \param stopAfter simulated seconds after which the automatic run leaves the scene, -1 for not set
    * \param isSlowUnittest the scene is a slow one of the automatic run
    */
-  SceneDescription(std::string const& scriptFile, std::string const& scriptFunction, bool isPartofUnitTest = true,
-                   float stopAfter = -1, bool isSlowUnittest = false);
+  SceneDescription(std::string const& scriptFile, std::string const& scriptFunction,
+                   bool isPartofUnitTest = true, float stopAfter = -1, bool isSlowUnittest = false);
 
   /**
    * A scene from any file that the application reads: a script, whose buildScene function is called, or a

@@ -85,7 +85,8 @@ osg::ref_ptr<osg::GraphicsContext> openSurface(ViewerHost::Settings const& setti
 
 ViewerHost::ViewerHost(Settings const& settings)
     : m_viewer(new osgViewer::Viewer), m_context(openSurface(settings)) {
-  // Bound to one processor, everything started later would share it: the renderer's threads, the video encoder.
+  // Bound to one processor, everything started later would share it: the renderer's threads, the video
+  // encoder.
   m_viewer->setUseConfigureAffinity(false);
   m_viewer->setThreadingModel(osgViewer::ViewerBase::SingleThreaded);
   m_viewer->setLightingMode(osg::View::NO_LIGHT); // the scene decorator brings its own

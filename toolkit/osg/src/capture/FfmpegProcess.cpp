@@ -154,6 +154,7 @@ std::vector<std::string> FfmpegProcess::arguments() const {
 void FfmpegProcess::spawn(std::string const& program) {
   std::vector<std::string> args = arguments();
   std::vector<char*> argv;
+  argv.reserve(args.size() + 1);
   for (std::string& arg : args) {
     argv.push_back(arg.data());
   }
@@ -234,7 +235,8 @@ void FfmpegProcess::writeFrame(unsigned char const* pixels, std::size_t size) {
 void FfmpegProcess::finish() {
   if (!m_hasFrames && m_process > 0) {
     abandon(); // the encoder would store a file that no player opens
-    throw std::runtime_error("no frame came for the video '" + m_settings.output.string() + "', none is stored");
+    throw std::runtime_error("no frame came for the video '" + m_settings.output.string() +
+                             "', none is stored");
   }
   closePipe();
   if (m_process > 0) {

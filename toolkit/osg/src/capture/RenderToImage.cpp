@@ -34,6 +34,7 @@ unsigned char* RenderToImage::getImageData() {
   return m_image->data();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature scripts see
 bool RenderToImage::saveImage(zor::String filename) const {
   try {
     if (m_component == DEPTH_BUFFER) {

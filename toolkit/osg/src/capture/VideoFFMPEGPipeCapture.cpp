@@ -110,6 +110,7 @@ zor::String VideoFFMPEGPipeCapture::getFilename() const {
   return m_filename;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature scripts see
 void VideoFFMPEGPipeCapture::setFilenameExtension(zor::String extension) {
   if (extension.empty() || extension.find('/') != std::string::npos) {
     throw std::invalid_argument("'" + extension + "' is no file name extension");

@@ -13,7 +13,7 @@
 namespace zorSDK {
 class Simulation;
 class SimulationImpl;
-}
+} // namespace zorSDK
 
 namespace zor {
 

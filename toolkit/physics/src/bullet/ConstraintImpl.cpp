@@ -345,7 +345,7 @@ void ConstraintImpl::forgetContacts() {
   DynamicsWorld& world = m_space->world();
   if (body(0)->getImpl().inWorld())
     world.getBroadphase()->getOverlappingPairCache()->cleanProxyFromPairs(engineBody(0).getBroadphaseHandle(),
-                                                                         world.getDispatcher());
+                                                                          world.getDispatcher());
 }
 
 void ConstraintImpl::clearImpulses() {

@@ -5,8 +5,9 @@
 namespace zorBullet {
 
 /**
- * The engine's world with its step cut in two. The engine's own step finds contacts in the middle of computing
- * motion, where nothing may be added to or removed from the world; between the halves everything may change.
+ * The engine's world with its step cut in two. The engine's own step finds contacts in the middle of
+ * computing motion, where nothing may be added to or removed from the world; between the halves everything
+ * may change.
  */
 class DynamicsWorld final : public btDiscreteDynamicsWorld {
 public:
