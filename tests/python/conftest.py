@@ -18,6 +18,28 @@ def no_leak_message(capfd):
 
 
 @pytest.fixture
+def new_application():
+    """Makes applications that draw off screen as fast as they can, from the arguments of a command line."""
+    import zorIO
+    import zorOSG
+    import zorPython
+
+    def make(*arguments):
+        zorPython.clearErrors()
+        app = zorOSG.ExampleApplication()
+        # Held by the caller: the application only borrows it.
+        app.keptArguments = zorIO.ArgumentParser(["test", *arguments])
+        assert app.init(app.keptArguments)
+        app.initSimulation()
+        app.initScene()
+        app.setRealTimeSync(False)
+        return app
+
+    yield make
+    zorPython.clearErrors()
+
+
+@pytest.fixture
 def run_python(tmp_path):
     """Runs Python code in a fresh interpreter with every warning an error; gives its standard output."""
 

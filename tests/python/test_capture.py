@@ -14,27 +14,20 @@ import zor
 import zorCollide
 import zorIO
 import zorOSG
-import zorPython
 
 NEAR, FAR, DISTANCE, RADIUS = 1.0, 10.0, 5.0, 0.5
 
 
 @pytest.fixture
-def application():
+def application(new_application):
     """A red sphere without weight, seen from five metres away."""
-    app = zorOSG.ExampleApplication()
-    app.keptArguments = zorIO.ArgumentParser(["capture", "--window", "160x120"])
-    assert app.init(app.keptArguments)
-    app.initSimulation()
-    app.initScene()
-    app.setRealTimeSync(False)
+    app = new_application("--window", "160x120")
     app.getSimulation().setUniformGravity(zor.Vec3())
     body = zor.RigidBody(zorCollide.Geometry(zorCollide.Sphere(RADIUS)), "ball")
     app.getSimulation().add(body)
     zorOSG.setDiffuseColor(zorOSG.createVisual(body, app.getSceneRoot()), zor.Vec4f(1, 0, 0, 1))
     app.setCameraHome(zor.Vec3(0, -DISTANCE, 0), zor.Vec3())
-    yield app
-    zorPython.clearErrors()
+    return app
 
 
 def draw(app, count=2):

@@ -28,18 +28,8 @@ def box(name, half, position, simulation, static=False):
 
 
 @pytest.fixture
-def application():
-    zorPython.clearErrors()
-    app = zorOSG.ExampleApplication()
-    # Held by the caller: the application only borrows it.
-    app.keptArguments = zorIO.ArgumentParser(["test", "--width", "320", "--height", "240"])
-    app.keptArguments.setAllowUnknown(True)
-    assert app.init(app.keptArguments)
-    app.initSimulation()
-    app.initScene()
-    app.setRealTimeSync(False)
-    yield app
-    zorPython.clearErrors()
+def application(new_application):
+    return new_application()
 
 
 def fill(app):

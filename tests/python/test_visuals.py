@@ -10,9 +10,7 @@ import osg
 import osgDB
 import zor
 import zorCollide
-import zorIO
 import zorOSG
-import zorPython
 import zorSDK
 
 TETRAHEDRON = [(0, 0, 0), (1, 0, 0), (0, 1, 0), (0, 0, 1)]
@@ -21,17 +19,11 @@ RED, GREEN, BLUE, WHITE = ((1, 0, 0, 1), (0, 1, 0, 1), (0, 0, 1, 1), (1, 1, 1, 1
 
 
 @pytest.fixture
-def application():
-    app = zorOSG.ExampleApplication()
-    app.keptArguments = zorIO.ArgumentParser(["visuals", "--window", "160x120"])
-    assert app.init(app.keptArguments)
-    app.initSimulation()
-    app.initScene()
-    app.setRealTimeSync(False)
+def application(new_application):
+    app = new_application("--window", "160x120")
     app.getSimulation().setUniformGravity(zor.Vec3())
     app.setCameraHome(zor.Vec3(0, -6, 0), zor.Vec3())
-    yield app
-    zorPython.clearErrors()
+    return app
 
 
 @pytest.fixture

@@ -1,4 +1,5 @@
 #include "ApplicationFixture.h"
+#include "EdgeScene.h"
 #include "TemporaryFolder.h"
 
 #include <zorOSG/ImageCapture.h>
@@ -7,7 +8,6 @@
 #include <zorOSG/SceneDecorator.h>
 
 #include <osg/Camera>
-#include <osg/Geometry>
 #include <osgDB/ReadFile>
 
 #include <cmath>
@@ -73,18 +73,7 @@ TEST_F(ApplicationView, captures_images_in_step_with_simulation_time) {
 TEST_F(ApplicationView, shows_no_stair_steps_off_screen) {
   ASSERT_TRUE(init({"--offscreen", "--window=80x60"}));
   app->initSimulation();
-  osg::ref_ptr<osg::Geometry> const triangle = new osg::Geometry;
-  auto* const corners = new osg::Vec3Array;
-  corners->push_back({-1.0f, 0.0f, -0.8f});
-  corners->push_back({1.0f, 0.0f, -0.5f});
-  corners->push_back({0.2f, 0.0f, 0.9f});
-  triangle->setVertexArray(corners);
-  auto* const white = new osg::Vec4Array(osg::Array::BIND_OVERALL);
-  white->push_back({1.0f, 1.0f, 1.0f, 1.0f});
-  triangle->setColorArray(white);
-  triangle->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLES, 0, 3));
-  triangle->getOrCreateStateSet()->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
-  app->getSceneRoot()->addChild(triangle);
+  app->getSceneRoot()->addChild(whiteTriangle({-1.0f, 0.0f, -0.8f}, {1.0f, 0.0f, -0.5f}, {0.2f, 0.0f, 0.9f}));
   app->getSceneDecorator()->setBackgroundColor(zor::Vec3(0, 0, 0));
   app->setCameraHome(zor::Vec3(0, -3, 0), zor::Vec3(0, 0, 0));
   app->takeScreenShot(folder.file("edges.png"));
@@ -92,15 +81,8 @@ TEST_F(ApplicationView, shows_no_stair_steps_off_screen) {
   EXPECT_EQ(app->run(), 0);
   osg::ref_ptr<osg::Image> const image = osgDB::readRefImageFile(folder.file("edges.png"));
   ASSERT_TRUE(image);
-  int inside = 0;
-  int between = 0;
-  for (unsigned int y = 0; y < 60; ++y)
-    for (unsigned int x = 0; x < 80; ++x) {
-      float const value = image->getColor(x, y).g();
-      inside += value > 0.95f ? 1 : 0;
-      between += value > 0.15f && value < 0.85f ? 1 : 0;
-    }
-  EXPECT_GT(inside, 300);
+  int const between = countShades(*image, 0.15, 0.85);
+  EXPECT_GT(countShades(*image, 0.95), 300);
   EXPECT_GT(between, 30) << "pixels on the three edges";
   EXPECT_LT(between, 250) << "edges, not a blurred picture";
 }

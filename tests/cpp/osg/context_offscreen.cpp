@@ -1,4 +1,4 @@
-#include "Offscreen.h"
+#include "EdgeScene.h"
 
 #include <gtest/gtest.h>
 
@@ -111,16 +111,6 @@ TEST(OffscreenContext, describesItselfWithoutDisturbingTheCurrentContext) {
   EXPECT_EQ(line, zorOSG::describeGraphics(context.get()));
 }
 
-int countBetween(osg::Image const& image) {
-  int between = 0;
-  for (int y = 0; y < image.t(); ++y)
-    for (int x = 0; x < image.s(); ++x) {
-      double const value = zorTest::brightness(image, osg::Vec2d(x, y));
-      between += value > 0.1 && value < 0.9 ? 1 : 0;
-    }
-  return between;
-}
-
 /** Cached meshes and programs live longer than a context, as when one application follows another. */
 TEST(OffscreenContext, nodesKeptBeyondAContextAreDrawnInTheNext) {
   osg::ref_ptr<osg::ShapeDrawable> const ball = new osg::ShapeDrawable(new osg::Sphere({}, 1.0f));
@@ -144,17 +134,8 @@ TEST(OffscreenContext, nodesKeptBeyondAContextAreDrawnInTheNext) {
 
 /** Where the driver's multisampled buffers cannot be read the context has none and says so in its traits. */
 TEST(OffscreenContext, multiSamplingSmoothsEdgesOrIsNotClaimed) {
-  osg::ref_ptr<osg::Geometry> const triangle = new osg::Geometry;
-  auto* const corners = new osg::Vec3Array;
-  corners->push_back({-1.0f, 0.0f, -1.0f});
-  corners->push_back({1.0f, 0.0f, -0.9f});
-  corners->push_back({-1.0f, 0.0f, 1.0f});
-  triangle->setVertexArray(corners);
-  auto* const white = new osg::Vec4Array(osg::Array::BIND_OVERALL);
-  white->push_back({1.0f, 1.0f, 1.0f, 1.0f});
-  triangle->setColorArray(white);
-  triangle->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLES, 0, 3));
-  triangle->getOrCreateStateSet()->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
+  osg::ref_ptr<osg::Geometry> const triangle =
+      zorTest::whiteTriangle({-1.0f, 0.0f, -1.0f}, {1.0f, 0.0f, -0.9f}, {-1.0f, 0.0f, 1.0f});
   for (unsigned int const asked : {0u, 4u}) {
     zorTest::Offscreen view(40, 40, asked);
     view.camera().setClearColor({0.0f, 0.0f, 0.0f, 1.0f});
@@ -162,7 +143,7 @@ TEST(OffscreenContext, multiSamplingSmoothsEdgesOrIsNotClaimed) {
     auto const image = view.render(triangle);
     EXPECT_DOUBLE_EQ(1.0, zorTest::brightness(*image, view.project({-0.5, 0.0, -0.5})));
     bool const smooth = view.context().getTraits()->samples > 0;
-    EXPECT_EQ(smooth, countBetween(*image) > 5) << asked << " samples asked for";
+    EXPECT_EQ(smooth, zorTest::countShades(*image, 0.1, 0.9) > 5) << asked << " samples asked for";
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "FramePixels.h"
 #include "ImageWriter.h"
+#include "Limits.h"
 
 #include <zor/Notify.h>
 #include <zor/observer_ptr.h>
@@ -19,8 +20,6 @@
 namespace zorOSG {
 
 namespace {
-
-constexpr zor::UInt s_maxSize = 16384;
 
 double wallClock() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
@@ -123,11 +122,7 @@ void ImageCaptureBase::shutdownWriter() noexcept {
 }
 
 void ImageCaptureBase::setFps(zor::Real fps) {
-  if (!(fps > 0.0 && fps <= 10000.0)) {
-    throw std::invalid_argument("capture rate must be more than 0 and at most 10000, not " +
-                                std::to_string(fps));
-  }
-  m_impl->fps = fps;
+  m_impl->fps = checkedRate("capture rate", fps);
   resetTime();
 }
 
@@ -184,11 +179,7 @@ void ImageCaptureBase::setSimulation(zorSDK::Simulation* simulation) {
 
 void ImageCaptureBase::setImageResolution(zor::UInt width, zor::UInt height) {
   bool const asFrame = width == 0 && height == 0;
-  if (!asFrame && (width == 0 || height == 0 || width > s_maxSize || height > s_maxSize)) {
-    throw std::invalid_argument("image resolution must be 1 to 16384 pixels each way, not " +
-                                std::to_string(width) + " x " + std::to_string(height));
-  }
-  m_impl->resolution = zor::Vec2u(static_cast<zor::UInt32>(width), static_cast<zor::UInt32>(height));
+  m_impl->resolution = asFrame ? zor::Vec2u(0u, 0u) : checkedSize("image resolution", width, height);
 }
 
 zor::Vec2u ImageCaptureBase::getImageResolution() const {

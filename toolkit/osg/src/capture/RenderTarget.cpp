@@ -1,6 +1,7 @@
 #include <zorOSG/RenderTarget.h>
 
 #include "FollowingCamera.h"
+#include "Limits.h"
 #include "context/Extensions.h"
 
 #include <osg/Viewport>
@@ -12,16 +13,6 @@
 namespace zorOSG {
 
 namespace {
-
-constexpr zor::UInt s_maxSize = 16384;
-
-zor::Vec2u checkedSize(zor::UInt width, zor::UInt height) {
-  if (width == 0 || height == 0 || width > s_maxSize || height > s_maxSize) {
-    throw std::invalid_argument("a render target must be 1 to 16384 pixels each way, not " +
-                                std::to_string(width) + " x " + std::to_string(height));
-  }
-  return zor::Vec2u(static_cast<zor::UInt32>(width), static_cast<zor::UInt32>(height));
-}
 
 osg::Camera const& checkedCamera(osg::Camera const* camera, char const* method) {
   if (!camera) {
@@ -60,7 +51,7 @@ private:
 };
 
 RenderTarget::RenderTarget(zor::UInt width, zor::UInt height)
-    : m_camera(new FollowingCamera), m_size(checkedSize(width, height)) {
+    : m_camera(new FollowingCamera), m_size(checkedSize("a render target", width, height)) {
   m_camera->setRenderTargetImplementation(osg::Camera::FRAME_BUFFER_OBJECT, osg::Camera::FRAME_BUFFER);
   m_camera->setRenderOrder(osg::Camera::PRE_RENDER);
   m_camera->setReferenceFrame(osg::Transform::ABSOLUTE_RF);
@@ -96,7 +87,7 @@ zorOSG::ImageCaptureBase* RenderTarget::getImageCapture() {
 }
 
 void RenderTarget::setSize(zor::UInt width, zor::UInt height) {
-  m_size = checkedSize(width, height);
+  m_size = checkedSize("a render target", width, height);
   m_camera->setViewport(0, 0, static_cast<int>(width), static_cast<int>(height));
   attachBuffers();
 }

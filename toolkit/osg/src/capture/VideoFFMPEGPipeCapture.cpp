@@ -2,6 +2,7 @@
 
 #include "FfmpegProcess.h"
 #include "FramePixels.h"
+#include "Limits.h"
 
 #include <zor/Notify.h>
 
@@ -14,7 +15,6 @@ namespace zorOSG {
 namespace {
 
 constexpr zor::UInt s_minSize = 2;
-constexpr zor::UInt s_maxSize = 16384;
 
 VideoFFMPEGPipeCapture::CodecStringConversionMap makeCodecStrings() {
   VideoFFMPEGPipeCapture::CodecStringConversionMap map;
@@ -22,14 +22,6 @@ VideoFFMPEGPipeCapture::CodecStringConversionMap makeCodecStrings() {
   map.insert(VideoFFMPEGPipeCapture::OutputCodec_H264RGB, "libx264rgb");
   map.insert(VideoFFMPEGPipeCapture::OutputCodec_XVID, "libxvid");
   return map;
-}
-
-zor::Real checkedRate(zor::Real fps) {
-  if (!(fps > 0.0 && fps <= 10000.0)) {
-    throw std::invalid_argument("video rate must be more than 0 and at most 10000, not " +
-                                std::to_string(fps));
-  }
-  return fps;
 }
 
 /** \return the image as tightly packed 8-bit RGB of that size: itself where it is so already. */
@@ -57,12 +49,8 @@ VideoFFMPEGPipeCapture::CodecStringConversionMap VideoFFMPEGPipeCapture::OutputC
 
 VideoFFMPEGPipeCapture::VideoFFMPEGPipeCapture(zor::UInt width, zor::UInt height, zor::Real fps,
                                                zorSDK::Simulation* sim)
-    : ImageCaptureBase(sim), m_videoFps(checkedRate(fps)) {
-  if (width < s_minSize || height < s_minSize || width > s_maxSize || height > s_maxSize) {
-    throw std::invalid_argument("a video must be 2 to 16384 pixels each way, not " + std::to_string(width) +
-                                " x " + std::to_string(height));
-  }
-  m_size = zor::Vec2u(static_cast<zor::UInt32>(width), static_cast<zor::UInt32>(height));
+    : ImageCaptureBase(sim), m_size(checkedSize("a video", width, height, s_minSize)),
+      m_videoFps(checkedRate("video rate", fps)) {
   setImageResolution(width, height);
   setFps(fps);
 }
@@ -124,7 +112,7 @@ zor::String VideoFFMPEGPipeCapture::getFilenameExtension() const {
 }
 
 void VideoFFMPEGPipeCapture::setVideoFPS(zor::Real fps) {
-  m_videoFps = checkedRate(fps);
+  m_videoFps = checkedRate("video rate", fps);
 }
 
 zor::Real VideoFFMPEGPipeCapture::getVideoFPS() const {
