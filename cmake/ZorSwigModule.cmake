@@ -1,8 +1,9 @@
-# zor_add_swig_module(<name> [LINKS <libraries>...])
+# zor_add_swig_module(<name> [LINKS <libraries>...] [INTERFACE <file>] [DESTINATION <folder>])
 #
 # Declares the extension module _<name> and its shadow module <name>.py, generated from
 # swig/configuration/zorPython/<name>.i. Both land in ZOR_PYTHON_DIR, so that one sys.path entry reaches the
 # whole family; the extension finds the toolkit's libraries relative to its own place.
+# Modules that only tests or benchmarks use name their own interface file and a folder of their own.
 #
 # Steps: swig (with a dependency file, so that a changed header regenerates only the modules that read it), the
 # naming of the run-time types (toolchain/name_swig_types.py), compilation.
@@ -22,18 +23,25 @@ set(ZOR_SWIG_INCLUDE_DIRS ${ZOR_SWIG_DIR} ${PROJECT_SOURCE_DIR}/binding ${PROJEC
 add_custom_target(zor_modules)
 
 function(zor_add_swig_module name)
-  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "INTERFACE;DESTINATION" "LINKS" ${ARGN})
   set(interface ${ZOR_SWIG_DIR}/${name}.i)
+  if(ARG_INTERFACE)
+    set(interface ${ARG_INTERFACE})
+  endif()
+  set(destination ${ZOR_PYTHON_DIR})
+  if(ARG_DESTINATION)
+    set(destination ${ARG_DESTINATION})
+  endif()
   set(work ${CMAKE_BINARY_DIR}/swig/${name})
   set(raw ${work}/${name}_raw.cxx)
   set(wrapper ${work}/${name}_wrap.cxx)
-  file(MAKE_DIRECTORY ${work} ${ZOR_PYTHON_DIR})
+  file(MAKE_DIRECTORY ${work} ${destination})
   list(TRANSFORM ZOR_SWIG_INCLUDE_DIRS PREPEND -I OUTPUT_VARIABLE includes)
 
   add_custom_command(
-    OUTPUT ${raw} ${ZOR_PYTHON_DIR}/${name}.py
+    OUTPUT ${raw} ${destination}/${name}.py
     COMMAND ${ZOR_SWIG} -c++ -python -doxygen -DSWIGWORDSIZE64 -Werror ${includes}
-      -MMD -MF ${work}/${name}.d -o ${raw} -oh ${work}/${name}_wrap.h -outdir ${ZOR_PYTHON_DIR} ${interface}
+      -MMD -MF ${work}/${name}.d -o ${raw} -oh ${work}/${name}_wrap.h -outdir ${destination} ${interface}
     MAIN_DEPENDENCY ${interface}
     DEPFILE ${work}/${name}.d
     COMMENT "SWIG ${name}"
@@ -53,7 +61,7 @@ function(zor_add_swig_module name)
   target_link_libraries(${target} PRIVATE zor_generated_flags zorBinding Python3::Module ${ARG_LINKS})
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME _${name} PREFIX "" SUFFIX ".so"
-    LIBRARY_OUTPUT_DIRECTORY ${ZOR_PYTHON_DIR}
+    LIBRARY_OUTPUT_DIRECTORY ${destination}
     CXX_VISIBILITY_PRESET hidden
     JOB_POOL_COMPILE zor_wrappers
     BUILD_RPATH "$ORIGIN/../lib" INSTALL_RPATH "$ORIGIN/../lib")
