@@ -50,7 +50,8 @@ def _parser():
     shell.add_argument("arguments", metavar="COMMAND", nargs=argparse.REMAINDER)
 
     bench = add("bench", "build and run the benchmarks")
-    bench.add_argument("pattern", metavar="PATTERN", nargs="?", default="", help="regular expression")
+    bench.add_argument("pattern", metavar="PATTERN", nargs="?", default="",
+                       help="a subject (calls, simulation, values), or a regular expression of single benchmarks")
 
     add("doctor", "tell what was found and what is missing")
     return parser
@@ -106,16 +107,18 @@ def _shell(options):
 def _bench(options):
     build = builds.Build(toolchain.obtain())
     build.bring_up_to_date()
-    programs = sorted((build.folder / "bin").glob("bench_*"))
-    if not programs:
-        raise ZorError("there are no benchmarks")
+    programs = sorted((build.folder / "bin").glob("bench_*")) + sorted((layout.REPOSITORY / "benchmarks").glob("bench_*.py"))
+    subjects = [program for program in programs if program.stem == f"bench_{options.pattern}"]
+    pattern = "" if subjects else options.pattern
+    extra = script_environment(build)
+    extra["PYTHONPATH"] += f":{build.folder / 'benchmarks' / 'python'}"
     status = 0
-    for program in programs:
+    for program in subjects or programs:
         note(program.name)
-        status |= build.toolchain.call([program, f"--benchmark_filter={options.pattern or '.'}"])
-    for script in sorted((layout.REPOSITORY / "benchmarks").glob("bench_*.py")):
-        note(script.name)
-        status |= build.toolchain.call(["python3", script, options.pattern], script_environment(build))
+        if program.suffix == ".py":
+            status |= build.toolchain.call(["python3", program, pattern], extra)
+        else:
+            status |= build.toolchain.call([program, f"--benchmark_filter={pattern or '.'}"])
     return 1 if status else 0
 
 
