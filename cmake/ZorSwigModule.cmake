@@ -6,7 +6,8 @@
 # Modules that only tests or benchmarks use name their own interface file and a folder of their own.
 #
 # Steps: swig (with a dependency file, so that a changed header regenerates only the modules that read it), the
-# naming of the run-time types (toolchain/name_swig_types.py), compilation.
+# naming of the run-time types (toolchain/name_swig_types.py), the order of static variables' functions
+# (toolchain/order_static_variables.py), compilation.
 
 find_program(ZOR_SWIG NAMES swig4.0 swig REQUIRED)
 execute_process(COMMAND ${ZOR_SWIG} -version OUTPUT_VARIABLE zor_swig_version)
@@ -34,6 +35,7 @@ function(zor_add_swig_module name)
   endif()
   set(work ${CMAKE_BINARY_DIR}/swig/${name})
   set(raw ${work}/${name}_raw.cxx)
+  set(named ${work}/${name}_named.cxx)
   set(wrapper ${work}/${name}_wrap.cxx)
   file(MAKE_DIRECTORY ${work} ${destination})
   list(TRANSFORM ZOR_SWIG_INCLUDE_DIRS PREPEND -I OUTPUT_VARIABLE includes)
@@ -48,8 +50,10 @@ function(zor_add_swig_module name)
     VERBATIM)
   add_custom_command(
     OUTPUT ${wrapper}
-    COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/toolchain/name_swig_types.py ${raw} ${wrapper}
+    COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/toolchain/name_swig_types.py ${raw} ${named}
+    COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/toolchain/order_static_variables.py ${named} ${wrapper}
     DEPENDS ${raw} ${PROJECT_SOURCE_DIR}/toolchain/name_swig_types.py
+      ${PROJECT_SOURCE_DIR}/toolchain/order_static_variables.py
     COMMENT "Naming run-time types of ${name}"
     VERBATIM)
 

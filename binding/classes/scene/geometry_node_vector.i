@@ -34,7 +34,6 @@ public:
     /** \param capacity - number of nodes to make room for; negative raises IndexError */
     Vector(int capacity) { return ZorNodeList::create(capacity); }
   }
-  ~Vector();
   void clear();
   %extend {
     size_t __len__() const { return $self->size(); }
@@ -78,6 +77,7 @@ public:
     void Reverse() { std::reverse($self->begin(), $self->end()); }
     void Reverse(int index, int count) { ZorNodeList::reverse(*$self, index, count); }
   }
+  ~Vector();
 };
 
 } // namespace zor

@@ -8,6 +8,7 @@
 
 %nothreadallow;
 
+%include "shared/self.i"
 %include "shared/exceptions.i"
 %include "shared/logging_guard.i"
 %include "shared/strings.i"

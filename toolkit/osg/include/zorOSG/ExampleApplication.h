@@ -87,12 +87,6 @@ public:
   /// Raised with the new state, true for play, when auto-stepping is switched.
   using AutoStepEvent = zor::BoolEvent;
 
-  bool m_loadedSceneFile = false; ///< the current scene came from a loaded scene file
-  bool m_isLoadingScene = false;  ///< a scene is being built right now
-  bool m_isFMU = false;           ///< the application runs inside a co-simulation unit
-  zor::Event m_sceneLoadEvent;    ///< signalled when a scene has been loaded
-  AutoStepEvent autoStepEvent;    ///< raised when auto-stepping is toggled
-
   /**
    * Constructor.
    * \param simulation the simulation to use; null for one that initSimulation() creates
@@ -104,6 +98,12 @@ public:
 
   ExampleApplication(ExampleApplication const&) = delete;
   ExampleApplication& operator=(ExampleApplication const&) = delete;
+
+  bool m_loadedSceneFile = false; ///< the current scene came from a loaded scene file
+  bool m_isLoadingScene = false;  ///< a scene is being built right now
+  bool m_isFMU = false;           ///< the application runs inside a co-simulation unit
+  zor::Event m_sceneLoadEvent;    ///< signalled when a scene has been loaded
+  AutoStepEvent autoStepEvent;    ///< raised when auto-stepping is toggled
 
   /**
    * Reads the command line and opens the window, or the off-screen context where no display can be opened.
