@@ -29,11 +29,3 @@
   }
 }
 %enddef
-
-// The object of a method is never null, whatever Python passes in its place.
-%typemap(check) SWIGTYPE* self {
-  if (!$1) {
-    SWIG_exception_fail(SWIG_NullReferenceError,
-        "invalid null reference in method '$symname', argument $argnum of type '$1_type'");
-  }
-}
