@@ -11,6 +11,7 @@
 #include <zorOSG/ImageCapture.h>
 #include <zorOSG/ImageCaptureBase.h>
 #include <zorOSG/LightSource.h>
+#include <zorOSG/LidarOutputRendererColorFunctionCallback.h>
 #include <zorOSG/Lookup.h>
 #include <zorOSG/NodeReference.h>
 #include <zorOSG/Primitives.h>

@@ -15,9 +15,11 @@ void registerDirectorError(char const* label, char const* function, char const* 
 
 bool registerStepError(char const* label, char const* function, char const* file, int line) {
   try {
-    PyObject* error = PyErr_GetRaisedException();
-    zorPython::ScriptManager* manager = zorPython::ScriptManager::instance("", "", "", false);
-    PyErr_SetRaisedException(error);
+    zorPython::ScriptManager* manager = nullptr;
+    {
+      EarlierError const kept;
+      manager = zorPython::ScriptManager::instance("", "", "", false);
+    }
     if (!manager) {
       return false;
     }
@@ -26,6 +28,14 @@ bool registerStepError(char const* label, char const* function, char const* file
     logError(function, file, line, failure);
   }
   return true;
+}
+
+EarlierError::EarlierError() : m_error(PyErr_GetRaisedException()) {}
+
+EarlierError::~EarlierError() {
+  if (m_error) {
+    PyErr_SetRaisedException(m_error);
+  }
 }
 
 std::string wrongBoolText(char const* signature) {

@@ -2,6 +2,9 @@
 
 #include <string>
 
+struct _object;
+typedef _object PyObject;
+
 namespace zorBinding {
 
 /**
@@ -20,6 +23,22 @@ void registerDirectorError(char const* label, char const* function, char const* 
  * \return false if there is none; the error is then still pending
  */
 bool registerStepError(char const* label, char const* function, char const* file, int line);
+
+/**
+ * Sets a Python error aside that is pending where a scope begins, as it is when the toolkit cleans up after a
+ * callback that failed: Python code must not run with it. It is back at the end, in place of a later one: the
+ * first error is what a caller gets to see. Both ends need the interpreter lock.
+ */
+class EarlierError {
+public:
+  EarlierError();
+  EarlierError(EarlierError const&) = delete;
+  EarlierError& operator=(EarlierError const&) = delete;
+  ~EarlierError();
+
+private:
+  PyObject* m_error;
+};
 
 /**
  * \param signature - full signature of the C++ method that called Python

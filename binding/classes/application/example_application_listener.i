@@ -2,6 +2,4 @@
 %feature("director") zorOSG::ExampleApplicationListener;
 ZOR_SCRIPT_MANAGED(zorOSG::ExampleApplicationListener::preFrame, "zorOSG::ExampleApplicationListener::preFrame", "preFrame", "zorOSG.i", 720, )
 ZOR_SCRIPT_MANAGED(zorOSG::ExampleApplicationListener::postFrame, "zorOSG::ExampleApplicationListener::postFrame", "postFrame", "zorOSG.i", 721, )
-ZOR_LOGGING_GUARD(zorOSG::ExampleApplicationListener::preFrame, "zorOSG", 720)
-ZOR_LOGGING_GUARD(zorOSG::ExampleApplicationListener::postFrame, "zorOSG", 721)
 %include <zorOSG/ExampleApplicationListener.h>

@@ -42,9 +42,7 @@ static PyObject* zorToPython(std::string const& name, void* pointer) {
   }
   int newMemory = 0;
   auto* object = static_cast<zor::Referenced*>(SWIG_TypeCast(shared, pointer, &newMemory));
-  if (auto* director = dynamic_cast<Swig::Director*>(object)) {
-    if (PyObject* self = director->swig_get_self()) return Py_NewRef(self);
-  }
+  if (PyObject* known = zorDirectorObject(object)) return known;
   object->reference();
   return SWIG_NewPointerObj(pointer, type, SWIG_POINTER_OWN);
 }

@@ -105,6 +105,7 @@ ZOR_LENT(zorOSG::VideoFFMPEGPipeCapture)
 %include "scene/light_source.i"
 %include "scene/texture.i"
 %include "scene/primitives.i"
+%include "sensors/lidar.i"
 %include "application/camera_data.i"
 %include "application/gui_event_listener.i"
 %include "application/example_application_listener.i"

@@ -14,9 +14,7 @@ template <class Object>
 static PyObject* zorWrapShared(Object const* constObject, swig_type_info* type) {
   Object* object = const_cast<Object*>(constObject);
   if (!object) Py_RETURN_NONE;
-  if (auto* director = dynamic_cast<Swig::Director*>(object)) {
-    if (PyObject* self = director->swig_get_self()) return Py_NewRef(self);
-  }
+  if (PyObject* known = zorDirectorObject(object)) return known;
   void* address = object;
   std::string const& name = zorBinding::pointerTypeName(typeid(*object));
   swig_type_info* concrete = SWIG_TypeQuery(name.c_str());

@@ -3,42 +3,20 @@
 %{
 #include "runtime/PythonFunction.h"
 
-// Opens the one private member of the generator's director base that a dying Python object must change. Naming a
-// private member in an explicit instantiation is allowed, and this is the only way in.
-template <auto Self, auto Disowned>
-struct ZorDirectorAccess {
-  friend void zorSetDirectorSelf(Swig::Director& director, PyObject* self) {
-    director.*Self = self;
-    director.*Disowned = true;
-  }
-};
-void zorSetDirectorSelf(Swig::Director& director, PyObject* self);
-template struct ZorDirectorAccess<&Swig::Director::swig_self, &Swig::Director::swig_disown_flag>;
-
-// Called when the proxy of a reference-counted object dies. If the toolkit goes on using an object of a Python
-// subclass, its calls go to a plain proxy from now on, which runs the toolkit's own implementation.
-static void zorOrphanDirector(zor::Referenced* object, PyObject* wrapped) {
-  Swig::Director* director = object->getReferenceCount() > 1 ? dynamic_cast<Swig::Director*>(object) : nullptr;
-  SwigPyObject* holder = director ? SWIG_Python_GetSwigThis(wrapped) : nullptr;
-  if (!holder) return;
-  if (!Py_IsFinalizing()) {
-    zor::notify(zor::Notify::NOTIFY_INFO)
-        << "the Python object of a " << SWIG_TypePrettyName(holder->ty) << " died while the toolkit uses it: "
-        << "its overrides are not called any more" << zor::endMessage;
-  }
-  PyObject* plain = SWIG_NewPointerObj(holder->ptr, holder->ty, 0);
-  if (plain) {
-    zorSetDirectorSelf(*director, plain);
-  } else {
-    PyErr_Clear();
-  }
+// Called when the proxy of a reference-counted object dies: says that the overrides of a Python subclass are gone
+// although the toolkit goes on using the object.
+static void zorReportOrphan(zor::Referenced* object, PyObject* wrapped) {
+  if (object->getReferenceCount() < 2 || !dynamic_cast<Swig::Director*>(object) || Py_IsFinalizing()) return;
+  SwigPyObject* holder = SWIG_Python_GetSwigThis(wrapped);
+  zor::notify(zor::Notify::NOTIFY_INFO)
+      << "the Python object of a " << (holder ? SWIG_TypePrettyName(holder->ty) : "listener")
+      << " died while the toolkit uses it: its overrides are not called any more" << zor::endMessage;
 }
 %}
 
-// The destroy hook of every reference-counted class that has none of its own. A Python subclass that dies while
-// the toolkit still holds the object leaves a plain proxy behind for its calls.
+// The destroy hook of every reference-counted class that has none of its own.
 %exception zor::Referenced::~Referenced {
-  zorOrphanDirector(arg1, swig_obj[0]);
+  zorReportOrphan(arg1, swig_obj[0]);
   $action
 }
 %extend zor::Referenced {
@@ -60,11 +38,15 @@ ZOR_SHARED(zor::Frame)
 
 %include <zor/Object.h>
 %ignore zor::Component::getObjects;
-ZOR_UPCALL(zor::Component, setContext, (arg2))
-ZOR_UPCALL(zor::Component, rebind, ())
-ZOR_UPCALL(zor::Component, addObject, (arg2, arg3))
-ZOR_UPCALL(zor::Component, removeObject, (arg2))
-ZOR_UPCALL(zor::Component, printSubtree, ())
+%define ZOR_COMPONENT_METHOD(METHOD, ARGUMENTS)
+ZOR_STANDARD(zor::Component::METHOD, )
+ZOR_UPCALL(zor::Component, METHOD, ARGUMENTS)
+%enddef
+ZOR_COMPONENT_METHOD(setContext, (arg2))
+ZOR_COMPONENT_METHOD(rebind, ())
+ZOR_COMPONENT_METHOD(addObject, (arg2, arg3))
+ZOR_COMPONENT_METHOD(removeObject, (arg2))
+ZOR_COMPONENT_METHOD(printSubtree, ())
 %include <zor/Component.h>
 ZOR_INNER_RESULT(zor::Frame::getLocalMatrix)
 %include <zor/Frame.h>

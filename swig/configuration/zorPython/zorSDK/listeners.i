@@ -26,6 +26,7 @@ ZOR_GUI_EVENT(mouseDragged, 4, false)
 // A step goes on after an error only where a script manager takes it; without one the error ends the step and
 // reaches the script that called it.
 %define ZOR_STEP_EVENT(CLASS, NAME, LINE, RESULT)
+ZOR_CALLBACK(zorSDK::CLASS::NAME, RESULT)
 %feature("director:except") zorSDK::CLASS::NAME {
   if ($error != NULL) {
     if (!zorBinding::registerStepError("zorSDK::" #CLASS "::" #NAME, #NAME, "swig/configuration/zorPython/zorSDK.i", LINE)) {
@@ -43,6 +44,8 @@ ZOR_STEP_EVENT(ContactEventListener, impact, 91, zorSDK::ContactEventListener::K
 ZOR_STEP_EVENT(ContactEventListener, contact, 92, zorSDK::ContactEventListener::KEEP_CONTACT)
 ZOR_STEP_EVENT(ContactEventListener, separation, 93, )
 
+ZOR_STANDARD(zorSDK::EventListener::setMask, )
+ZOR_STANDARD(zorSDK::GuiEventListener::setInverseTransform, )
 ZOR_UPCALL(zorSDK::EventListener, setMask, (arg2))
 ZOR_UPCALL(zorSDK::EventListener, addNotification, ())
 ZOR_UPCALL(zorSDK::EventListener, removeNotification, ())
