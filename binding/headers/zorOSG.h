@@ -13,6 +13,7 @@
 #include <zorOSG/LightSource.h>
 #include <zorOSG/LidarOutputRendererColorFunctionCallback.h>
 #include <zorOSG/Lookup.h>
+#include <zorOSG/NeoCameraOutputValue.h>
 #include <zorOSG/NodeReference.h>
 #include <zorOSG/Primitives.h>
 #include <zorOSG/ReadNode.h>

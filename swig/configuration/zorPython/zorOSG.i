@@ -42,7 +42,7 @@ import zorSDK
 %define ZOR_GUI_LINES 681 %enddef
 
 %include "shared/toolkit.i"
-%include <std_vector.i>
+%include "shared/standard_vectors.i"
 
 %import "osg.i"
 %import "osgDB.i"
@@ -112,6 +112,9 @@ ZOR_LENT(zorOSG::VideoFFMPEGPipeCapture)
 %include "application/scene_description.i"
 %include "application/example_application.i"
 %include "scene/geometry_node_vector.i"
+%include "sensors/output_values.i"
+%include "sensors/output_vectors.i"
+%include "sensors/output_buffers.i"
 
 // Errors of callbacks need a script manager from the first frame on.
 %{
