@@ -5,9 +5,8 @@
 # whole family; the extension finds the toolkit's libraries relative to its own place.
 # Modules that only tests or benchmarks use name their own interface file and a folder of their own.
 #
-# Steps: swig (with a dependency file, so that a changed header regenerates only the modules that read it), the
-# naming of the run-time types (toolchain/name_swig_types.py), the order of static variables' functions
-# (toolchain/order_static_variables.py), compilation.
+# Steps: swig (with a dependency file, so that a changed header regenerates only the modules that read it),
+# ZOR_WRAPPER_STEPS one after the other over the generated wrapper (each says what it is for), compilation.
 
 find_program(ZOR_SWIG NAMES swig4.0 swig REQUIRED)
 execute_process(COMMAND ${ZOR_SWIG} -version OUTPUT_VARIABLE zor_swig_version)
@@ -20,6 +19,8 @@ set(ZOR_SWIG_DIR ${PROJECT_SOURCE_DIR}/swig/configuration/zorPython)
 set(ZOR_SWIG_INCLUDE_DIRS ${ZOR_SWIG_DIR} ${PROJECT_SOURCE_DIR}/binding ${PROJECT_SOURCE_DIR}/binding/classes
   ${PROJECT_SOURCE_DIR}/toolkit/core/include ${PROJECT_SOURCE_DIR}/toolkit/physics/include
   ${PROJECT_SOURCE_DIR}/toolkit/python/include ${PROJECT_SOURCE_DIR}/toolkit/osg/include)
+
+set(ZOR_WRAPPER_STEPS name_swig_types order_static_variables guard_swig_runtime)
 
 add_custom_target(zor_modules)
 
@@ -35,7 +36,6 @@ function(zor_add_swig_module name)
   endif()
   set(work ${CMAKE_BINARY_DIR}/swig/${name})
   set(raw ${work}/${name}_raw.cxx)
-  set(named ${work}/${name}_named.cxx)
   set(wrapper ${work}/${name}_wrap.cxx)
   file(MAKE_DIRECTORY ${work} ${destination})
   list(TRANSFORM ZOR_SWIG_INCLUDE_DIRS PREPEND -I OUTPUT_VARIABLE includes)
@@ -48,13 +48,22 @@ function(zor_add_swig_module name)
     DEPFILE ${work}/${name}.d
     COMMENT "SWIG ${name}"
     VERBATIM)
+  set(steps)
+  set(scripts ${PROJECT_SOURCE_DIR}/toolchain/wrapperstep.py)
+  set(input ${raw})
+  foreach(step IN LISTS ZOR_WRAPPER_STEPS)
+    set(script ${PROJECT_SOURCE_DIR}/toolchain/${step}.py)
+    set(output ${work}/${name}_${step}.cxx)
+    list(APPEND steps COMMAND Python3::Interpreter ${script} ${input} ${output})
+    list(APPEND scripts ${script})
+    set(input ${output})
+  endforeach()
   add_custom_command(
     OUTPUT ${wrapper}
-    COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/toolchain/name_swig_types.py ${raw} ${named}
-    COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/toolchain/order_static_variables.py ${named} ${wrapper}
-    DEPENDS ${raw} ${PROJECT_SOURCE_DIR}/toolchain/name_swig_types.py
-      ${PROJECT_SOURCE_DIR}/toolchain/order_static_variables.py
-    COMMENT "Naming run-time types of ${name}"
+    ${steps}
+    COMMAND ${CMAKE_COMMAND} -E rename ${input} ${wrapper}
+    DEPENDS ${raw} ${scripts}
+    COMMENT "Steps over the wrapper of ${name}"
     VERBATIM)
 
   set(target py_${name})

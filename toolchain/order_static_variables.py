@@ -7,9 +7,10 @@ function table of a module is part of its interface, so this step gives it one o
 Usage: order_static_variables.py INPUT OUTPUT
 """
 
-import os
 import re
 import sys
+
+import wrapperstep
 
 # A static variable's getter is the only `_get` that takes an argument tuple and reads a variable of its own.
 PAIR = re.compile(r'^(?P<get>\t \{ "(?P<name>\w+)_get", _wrap_(?P=name)_get, METH_VARARGS, NULL\},\n)'
@@ -28,25 +29,5 @@ def order_variables(source: str) -> str:
     return source
 
 
-def main(arguments: list[str]) -> int:
-    if len(arguments) != 2:
-        print(__doc__, file=sys.stderr)
-        return 2
-    source_path, result_path = arguments
-    with open(source_path, encoding="utf-8", errors="surrogateescape") as stream:
-        source = stream.read()
-    try:
-        result = order_variables(source)
-    except ValueError as error:
-        print(f"{source_path}: {error}; is this the wrapper of another SWIG version?", file=sys.stderr)
-        return 1
-    # A finished file or none: an interrupted step must not leave half a wrapper that looks up to date.
-    temporary = result_path + ".tmp"
-    with open(temporary, "w", encoding="utf-8", errors="surrogateescape") as stream:
-        stream.write(result)
-    os.replace(temporary, result_path)
-    return 0
-
-
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1:]))
+    sys.exit(wrapperstep.run(sys.argv[1:], order_variables, __doc__))

@@ -19,4 +19,10 @@ void keepTypeRegistry() {
   }
 }
 
+void requireMainInterpreter() {
+  if (PyInterpreterState_Get() != PyInterpreterState_Main()) {
+    PyErr_SetString(PyExc_ImportError, "the simulation modules can be used in the main interpreter only");
+  }
+}
+
 } // namespace zorBinding

@@ -9,4 +9,7 @@ namespace zorBinding {
  */
 void keepTypeRegistry();
 
+/** Sets ImportError in any interpreter but the main one: the type registry is the main interpreter's. */
+void requireMainInterpreter();
+
 } // namespace zorBinding

@@ -8,6 +8,7 @@
 %}
 
 %include "shared/common.i"
+%include "shared/interpreter.i"
 %include "shared/scene_graph.i"
 %include <std_vector.i>
 %include "osg/results.i"

@@ -5,6 +5,7 @@
 %}
 
 %include "shared/toolkit.i"
+%include "shared/interpreter.i"
 %include "zor/errors.i"
 %include "zor/values.i"
 %include "zor/objects.i"

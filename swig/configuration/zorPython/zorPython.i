@@ -6,6 +6,7 @@
 %}
 
 %include "shared/common.i"
+%include "shared/interpreter.i"
 
 %ignore zorPython::ScriptManager;
 

@@ -5,6 +5,7 @@
 %}
 
 %include "shared/toolkit.i"
+%include "shared/interpreter.i"
 
 %nodefaultctor zorStream::Serializable;
 %include <zorStream/Serializable.h>

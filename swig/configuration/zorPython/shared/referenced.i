@@ -4,6 +4,14 @@
 %feature("ref") zor::Referenced "$this->reference();"
 %feature("unref") zor::Referenced "$this->unreference();"
 
+// A class whose proxies release through a delete_ of their own. It clears the ownership flag and gives the reference
+// back; the last one destroys the object, through the toolkit's delete handler if one is installed.
+%define ZOR_RELEASED_BY_DELETE(NAMESPACE, CLASS)
+%extend NAMESPACE::CLASS {
+  ~CLASS() { $self->unreference(); }
+}
+%enddef
+
 %{
 #include <zor/Referenced.h>
 #include "runtime/DynamicType.h"

@@ -4,6 +4,7 @@
 %include "shared/directors.i"
 %include "shared/referenced.i"
 %include "shared/vectors.i"
+%include "shared/lists.i"
 
 // Streams are no business of Python's: values print themselves.
 %ignore zor::operator<<;
