@@ -1,10 +1,15 @@
 """Shared by all Python tests: run with the folder of the built modules on PYTHONPATH (`./zor test` does)."""
 
+import importlib.util
 import os
 import subprocess
 import sys
 
 import pytest
+
+# The modules below tests/binding/, which lie beside those of the project in the build folder.
+TEST_MODULES = os.path.join(os.path.dirname(importlib.util.find_spec("zorOSG").origin), os.pardir, "tests", "binding")
+sys.path.append(TEST_MODULES)
 
 
 @pytest.fixture(autouse=True)
@@ -43,7 +48,8 @@ def new_application():
 def run_python(tmp_path):
     """Runs Python code in a fresh interpreter with every warning an error; gives its standard output."""
 
-    path = os.pathsep.join(os.path.abspath(folder) for folder in os.environ.get("PYTHONPATH", "").split(os.pathsep))
+    folders = [*os.environ.get("PYTHONPATH", "").split(os.pathsep), TEST_MODULES]
+    path = os.pathsep.join(os.path.abspath(folder) for folder in folders)
 
     def run(code, *arguments, check=True, environment=None):
         result = subprocess.run(

@@ -220,6 +220,7 @@ int ExampleApplication::run() {
     cancelStop();
   CurrentApplicationScope const current(this);
   SignalGuard const signals;
+  zorPython::ScriptManager::StopScope const stops;
   m.isRunning = true;
   try {
     initSimulation(nullptr, m.wantsGraphics);

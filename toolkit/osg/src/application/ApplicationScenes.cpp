@@ -5,6 +5,7 @@
 #include <zor/Notify.h>
 #include <zorOSG/CreateVisual.h>
 #include <zorOSG/ReadNode.h>
+#include <zorPython/ScriptManager.h>
 
 #include <filesystem>
 #include <stdexcept>
@@ -271,6 +272,7 @@ osg::Group* ExampleApplication::executePythonScript(zor::String const& file, zor
                                                     bool& success) {
   success = false;
   CurrentApplicationScope const current(this);
+  zorPython::ScriptManager::StopScope const stops;
   try {
     osg::Group* const scene =
         m_impl->script.run(file, function, this, m_impl->simulation.get(), m_impl->graph.sceneRoot());

@@ -135,10 +135,18 @@ bool SimulationImpl::add(Assembly& assembly) {
 bool SimulationImpl::add(EventListener& listener) {
   if (listener.m_simulation)
     return refuse("listener", listener.getName(), "is already in a simulation");
+  zor::ref_ptr<EventListener> const keep = &listener;
   listeners.push_back(&listener);
   listener.m_simulation = &m_owner;
-  listener.setContext(&m_owner);
-  listener.addNotification();
+  try {
+    listener.setContext(&m_owner);
+    listener.addNotification();
+  } catch (...) { // one that failed to enter is not in
+    eraseFrom(listeners, listener);
+    listener.m_simulation = nullptr;
+    listener.zor::Component::setContext(nullptr); // not the override, which may be what failed
+    throw;
+  }
   return true;
 }
 

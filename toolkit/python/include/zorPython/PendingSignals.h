@@ -1,5 +1,7 @@
 #pragma once
 
+#include <zorPython/ScriptValue.h>
+
 namespace zorPython {
 
 /**
@@ -20,6 +22,14 @@ public:
    * kept. Without an interpreter nothing happens.
    */
   static void raiseAfterReturn();
+
+  /**
+   * Has an exception raised in the Python code that has called the toolkit as soon as that code goes on. Call with
+   * the interpreter lock held.
+   * \param exception - the exception
+   * \return false if no Python code has called on this thread, or if it is not the interpreter's main one
+   */
+  static bool raiseInCaller(PyObjectType* exception);
 };
 
 } // namespace zorPython

@@ -40,6 +40,18 @@ public:
     int m_state = 0;
   };
 
+  /**
+   * Says that somebody asks takeStopRequest() in the scope, as a run loop does. May be nested.
+   * Outside all scopes a wish to stop goes to the Python code that has called the toolkit.
+   */
+  class StopScope {
+  public:
+    StopScope() noexcept;
+    StopScope(StopScope const&) = delete;
+    StopScope& operator=(StopScope const&) = delete;
+    ~StopScope();
+  };
+
   /** Makes a Python object, a new reference, of a toolkit object that is not null; null with a Python error
    * set if it can't. Called with the interpreter lock held. */
   typedef std::function<PyObjectType*(zor::String const& typeName, void* pointer)> ToPython;
@@ -69,7 +81,8 @@ public:
    * Records the Python error that is pending on this thread, reports it through the notification log with its
    * traceback, and clears it. Nothing happens if none is pending. An error that repeats (same label, class
    * and place) is recorded once with its count, and reported again only for every power of ten.
-   * A KeyboardInterrupt or SystemExit is no error but kept for takeStopRequest().
+   * A KeyboardInterrupt or SystemExit is no error but a wish to stop. It is kept for takeStopRequest() within a
+   * StopScope, or if no Python code has called the toolkit; else it is raised anew as soon as that code goes on.
    * \param label - where it came to light, written namespace::class::method
    */
   void registerError(zor::String label);

@@ -16,6 +16,13 @@ zor::String readString(PyObject* object, char const* attribute) {
   return text && PyUnicode_Check(text.get()) ? toText(text.get()) : zor::String();
 }
 
+// In the interpreter's own words where the exception can't tell.
+zor::String readMessage(PyObject* exception) {
+  PythonReference const text(PyObject_Str(exception));
+  PyErr_Clear();
+  return text ? toText(text.get()) : "<exception str() failed>";
+}
+
 // A syntax error lies where the text is wrong, not where the compiler was called.
 void readPlaceOfSyntaxError(PyObject* exception, ScriptError& error) {
   error.file = readString(exception, "filename");
@@ -48,7 +55,7 @@ void readPlace(PyObject* exception, ScriptError& error) {
 ScriptError readError(PyObject* exception) {
   ScriptError error;
   error.type = Py_TYPE(exception)->tp_name;
-  error.message = describe(exception);
+  error.message = readMessage(exception);
   if (PyErr_GivenExceptionMatches(exception, PyExc_SyntaxError)) {
     readPlaceOfSyntaxError(exception, error);
   } else {

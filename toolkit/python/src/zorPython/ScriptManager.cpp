@@ -4,9 +4,11 @@
 #include "PythonReference.h"
 
 #include <zorIO/Environment.h>
+#include <zorPython/PendingSignals.h>
 #include <zorPython/ScriptManager.h>
 #include <zorUtil/StringUtil.h>
 
+#include <atomic>
 #include <cctype>
 #include <cstdlib>
 #include <filesystem>
@@ -101,6 +103,8 @@ ScriptError plainError(char const* function, zor::String const& message, zor::St
   return error;
 }
 
+std::atomic<int> stopScopes{0};
+
 char const* const NO_INTERPRETER = "no Python interpreter is running";
 } // namespace
 
@@ -116,6 +120,14 @@ ScriptManager::PyGILGuard::~PyGILGuard() {
   if (m_held) {
     PyGILState_Release(static_cast<PyGILState_STATE>(m_state));
   }
+}
+
+ScriptManager::StopScope::StopScope() noexcept {
+  ++stopScopes;
+}
+
+ScriptManager::StopScope::~StopScope() {
+  --stopScopes;
 }
 
 struct ScriptManager::Impl {
@@ -169,6 +181,9 @@ void ScriptManager::registerError(zor::String label) {
     return;
   }
   if (std::optional<int> const stop = readStopRequest(exception.get())) {
+    if (stopScopes == 0 && PendingSignals::raiseInCaller(exception.get())) {
+      return;
+    }
     std::lock_guard const lock(m_impl->mutex);
     m_impl->stopRequest = stop;
     return;
