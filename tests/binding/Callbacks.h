@@ -125,13 +125,23 @@ inline void postFrame(zorOSG::ExampleApplicationListener* to, zorOSG::ExampleApp
   run(where, [&] { to->postFrame(app); });
 }
 
-/** Calls a colour function as a renderer does: by a copy of it. */
-inline osg::Vec4 color(zorOSG::LidarOutputRenderer::IntensityState::ColorFunc* function, float intensity,
-                       Where where) {
-  osg::Vec4 result;
-  run(where, [&, copy = *function] { result = copy(intensity); });
-  return result;
-}
+/** Has a copy of a colour function, as a renderer does. */
+class Painter {
+public:
+  explicit Painter(zorOSG::LidarOutputRendererColorFunctionCallback* callback)
+      : m_function(*callback->getColorFunction()) {}
+  explicit Painter(zorOSG::LidarOutputRenderer::IntensityState::ColorFunc* function)
+      : m_function(*function) {}
+
+  osg::Vec4 color(float intensity, Where where) const {
+    osg::Vec4 result;
+    run(where, [&] { result = m_function(intensity); });
+    return result;
+  }
+
+private:
+  zorOSG::LidarOutputRenderer::IntensityState::ColorFunc m_function;
+};
 
 /** Fails in C++ code, before and after a callback of a listener has failed. */
 inline void failTwice(Gui* to) {

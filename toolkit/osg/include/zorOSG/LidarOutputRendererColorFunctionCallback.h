@@ -4,11 +4,15 @@
 
 #include <osg/Vec4>
 
+#include <atomic>
+#include <memory>
+
 namespace zorOSG {
 
 /**
  * Colours the points of a lidar. Derive, override getLidarPointColor(), and keep the object as long as a
- * renderer may draw with it: the renderer has only a function that refers to it.
+ * renderer may draw with it: the renderer has only a function that refers to it. Without the object the
+ * points are white.
  */
 class LidarOutputRendererColorFunctionCallback {
 public:
@@ -32,6 +36,8 @@ public:
   virtual ~LidarOutputRendererColorFunctionCallback();
 
 private:
+  std::shared_ptr<std::atomic<LidarOutputRendererColorFunctionCallback*>>
+      m_self; // what copies of the function see
   LidarOutputRenderer::IntensityState::ColorFunc m_colorFunction;
 };
 
