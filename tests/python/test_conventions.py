@@ -2,7 +2,6 @@
 
 import gc
 import os
-import weakref
 
 import numpy
 import pytest
@@ -10,7 +9,6 @@ import pytest
 import _osg
 import _zor
 import _zorOSG
-import _zorSDK
 import osg
 import zor
 import zorCollide
@@ -295,164 +293,6 @@ class TestOwnership:
         assert type(group.getChild(0)) is zorOSG.GeometryNode
         assert error_text(TypeError, _osg.Group_addChild, group, zor.RigidBody()) == \
             "in method 'Group_addChild', argument 2 of type 'osg::Node *'"
-
-
-class Recorder(zorOSG.GuiEventListener):
-    def __init__(self, result=True):
-        super().__init__()
-        self.calls = []
-        self.result = result
-
-    def keyboard(self, key, modKeyMask, x, y, keydown):
-        self.calls.append((key, modKeyMask, x, y, keydown))
-        return self.result
-
-
-class TestDirectors:
-    def test_without_an_override_the_toolkit_answers_once(self):
-        plain = zorOSG.GuiEventListener()
-        assert plain.getMask() == 25
-        assert plain.keyboard(65, 0, 0.0, 0.0, True) is False
-
-        class Empty(zorOSG.GuiEventListener):
-            pass
-
-        empty = Empty(zorSDK.GuiEventListener.MOUSE)
-        assert empty.getMask() == 8
-        assert empty.keyboard(65, 0, 0.0, 0.0, True) is False
-        simulation = zorSDK.Simulation()
-        assert simulation.add(empty) is True  # addNotification and setContext lead back to the toolkit
-        empty.setMask(1)
-        assert empty.getMask() == 1
-        assert simulation.remove(empty) is True
-
-    def test_an_override_may_call_its_base(self):
-        class Counting(zorSDK.StepEventListener):
-            calls = 0
-
-            def post(self, time):
-                self.calls += 1
-                super().post(time)
-
-            def addNotification(self):
-                self.added = True
-                super().addNotification()
-
-        listener = Counting(zorSDK.StepEventListener.POST_STEP)
-        simulation = zorSDK.Simulation()
-        simulation.add(listener)
-        for _ in range(3):
-            simulation.stepForward()
-        assert listener.calls == 3 and listener.added
-        assert simulation.getListeners()[0] is listener
-
-    def test_a_method_replaced_on_the_instance_is_found(self):
-        class Plain(zorSDK.StepEventListener):
-            pass
-
-        listener = Plain()
-        simulation = zorSDK.Simulation()
-        simulation.add(listener)
-        times = []
-        listener.pre = times.append
-        simulation.stepForward()
-        assert times == [0.0]
-
-    def test_a_listener_constructor_lists_both_forms(self):
-        prototypes = mismatch(
-            "new_GuiEventListener",
-            "zorOSG::GuiEventListener::GuiEventListener(zorSDK::GuiEventListener::ActivationMask)",
-            "zorOSG::GuiEventListener::GuiEventListener(PyObject *)")
-        assert error_text(TypeError, _zorOSG.new_GuiEventListener, None, "x") == prototypes
-        assert error_text(TypeError, _zorOSG.new_GuiEventListener, None, 1, 2) == \
-            "new_GuiEventListener expected at most 2 arguments, got 3\nAdditional information:\n" + prototypes
-
-    def test_missing_init_is_told(self):
-        class Forgot(zorSDK.StepEventListener):
-            def __init__(self):
-                pass
-
-        with pytest.raises((TypeError, AttributeError)):
-            zorSDK.Simulation().add(Forgot())
-
-    def test_errors_of_step_listeners(self, run_python):
-        code = """
-import sys
-if len(sys.argv) > 1:
-    import zorPython, zorOSG
-import zorSDK
-class Failing(zorSDK.StepEventListener):
-    def pre(self, time):
-        raise ValueError("in pre")
-listener = Failing()
-simulation = zorSDK.Simulation()
-simulation.add(listener)
-try:
-    simulation.stepForward()
-    print("went on")
-except ValueError as error:
-    print("raised", error)
-if len(sys.argv) > 1:
-    print(zorPython.getErrors(), zorPython.getNumErrors())
-"""
-        assert run_python(code).stdout == "raised in pre\n"
-        told = run_python(code, "with a script manager")
-        assert told.stdout.startswith("went on\n[<ValueError in zorSDK::StepEventListener::pre: in pre>] 1")
-        assert "Traceback" in told.stderr and "in pre" in told.stderr
-
-    def test_a_python_object_that_dies_first(self):
-        class Dying(zorSDK.StepEventListener):
-            calls = []
-
-            def pre(self, time):
-                self.calls.append(time)
-
-        simulation = zorSDK.Simulation()
-        simulation.add(Dying())
-        gc.collect()
-        simulation.stepForward()  # the toolkit's own pre() runs
-        assert Dying.calls == []
-        del simulation
-
-    def test_disown_keeps_the_python_object(self):
-        class Kept(zorSDK.StepEventListener):
-            calls = []
-
-            def pre(self, time):
-                self.calls.append(time)
-
-        simulation = zorSDK.Simulation()
-        listener = Kept()
-        _zorSDK.disown_StepEventListener(listener)
-        _zorSDK.disown_StepEventListener(listener)
-        simulation.add(listener)
-        alive = weakref.ref(listener)
-        del listener
-        gc.collect()
-        assert alive() is not None
-        simulation.stepForward()
-        assert len(Kept.calls) == 1
-
-    def test_disown_names_its_argument(self):
-        assert error_text(TypeError, _zorOSG.disown_ExampleApplicationListener, 5) == \
-            "in method 'disown_ExampleApplicationListener', argument 1 of type 'zorOSG::ExampleApplicationListener *'"
-        plain = zorOSG.ExampleApplicationListener()
-        assert _zorOSG.disown_ExampleApplicationListener(plain) is None
-
-    def test_frame_listener_arguments(self):
-        listener = zorOSG.ExampleApplicationListener()
-        assert error_text(TypeError, _zorOSG.ExampleApplicationListener_preFrame, listener, 5) == \
-            "in method 'ExampleApplicationListener_preFrame', argument 2 of type 'zorOSG::ExampleApplication *'"
-
-    def test_the_listener_itself_comes_back(self):
-        class Named(zorSDK.StepEventListener):
-            pass
-
-        listener = Named()
-        listener.setName("named")
-        simulation = zorSDK.Simulation()
-        simulation.add(listener)
-        assert simulation.getEventListener("named") is listener
 
 
 class TestSequences:

@@ -257,6 +257,24 @@ class TestForwarding:
         assert len(listener.calls) == 1
 
 
+    def test_step_listeners(self):
+        class Counting(zorSDK.StepEventListener):
+            times = []
+
+            def post(self, time):
+                super().post(time)
+                self.times.append(time)
+
+        listener = Counting(zorSDK.StepEventListener.POST_STEP)
+        listener.setName("counting")
+        simulation = zorSDK.Simulation()
+        simulation.add(listener)
+        for _ in range(3):
+            simulation.stepForward()
+        assert listener.times == pytest.approx([simulation.getTimeStep() * n for n in (1, 2, 3)])
+        assert simulation.getListeners()[0] is simulation.getEventListener("counting") is listener
+
+
 class TestStandardErrors:
     @pytest.mark.parametrize("name", standard_methods())
     def test_the_first_python_error_reaches_the_python_caller(self, name):
@@ -626,8 +644,7 @@ keeper = callbacks.Keeper(listener)
             Listener()
 
         def add():
-            listener = zorOSG.GuiEventListener.__new__(Plain)
-            Plain.__init__(listener)
+            listener = Plain()
             simulation.add(listener)
             simulation.remove(listener)
             assert listener.getReferenceCount() == 1
