@@ -3,6 +3,8 @@
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 17)
+set(CMAKE_C_STANDARD_REQUIRED ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
@@ -16,6 +18,7 @@ option(ZOR_WERROR "Treat warnings in our own code as errors" ON)
 
 find_program(ZOR_CCACHE ccache)
 if(ZOR_CCACHE)
+  set(CMAKE_C_COMPILER_LAUNCHER ${ZOR_CCACHE})
   set(CMAKE_CXX_COMPILER_LAUNCHER ${ZOR_CCACHE})
 endif()
 
@@ -29,8 +32,8 @@ set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
 # Flags of our own code; generated wrappers use zor_generated_flags.
 add_library(zor_own_flags INTERFACE)
-target_compile_options(zor_own_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
-  -Woverloaded-virtual=1 -Wcast-align $<$<BOOL:${ZOR_WERROR}>:-Werror>)
+target_compile_options(zor_own_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow
+  $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor> $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual=1> -Wcast-align $<$<BOOL:${ZOR_WERROR}>:-Werror>)
 add_library(zor_generated_flags INTERFACE)
 target_compile_options(zor_generated_flags INTERFACE -w)
 

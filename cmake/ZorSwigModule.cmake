@@ -6,7 +6,8 @@
 # Modules that only tests or benchmarks use name their own interface file and a folder of their own.
 #
 # Steps: swig (with a dependency file, so that a changed header regenerates only the modules that read it),
-# ZOR_WRAPPER_STEPS one after the other over the generated wrapper (each says what it is for), compilation.
+# ZOR_WRAPPER_STEPS one after the other over the generated wrapper (each says what it is for), forward_shadow over the
+# shadow module, compilation.
 
 find_program(ZOR_SWIG NAMES swig4.0 swig REQUIRED)
 execute_process(COMMAND ${ZOR_SWIG} -version OUTPUT_VARIABLE zor_swig_version)
@@ -20,7 +21,7 @@ set(ZOR_SWIG_INCLUDE_DIRS ${ZOR_SWIG_DIR} ${PROJECT_SOURCE_DIR}/binding ${PROJEC
   ${PROJECT_SOURCE_DIR}/toolkit/core/include ${PROJECT_SOURCE_DIR}/toolkit/physics/include
   ${PROJECT_SOURCE_DIR}/toolkit/python/include ${PROJECT_SOURCE_DIR}/toolkit/osg/include)
 
-set(ZOR_WRAPPER_STEPS name_swig_types order_static_variables guard_swig_runtime)
+set(ZOR_WRAPPER_STEPS name_swig_types order_static_variables guard_swig_runtime shorten_calls)
 
 add_custom_target(zor_modules)
 
@@ -41,9 +42,9 @@ function(zor_add_swig_module name)
   list(TRANSFORM ZOR_SWIG_INCLUDE_DIRS PREPEND -I OUTPUT_VARIABLE includes)
 
   add_custom_command(
-    OUTPUT ${raw} ${destination}/${name}.py
+    OUTPUT ${raw} ${work}/${name}.py
     COMMAND ${ZOR_SWIG} -c++ -python -doxygen -DSWIGWORDSIZE64 -Werror ${includes}
-      -MMD -MF ${work}/${name}.d -o ${raw} -oh ${work}/${name}_wrap.h -outdir ${destination} ${interface}
+      -MMD -MF ${work}/${name}.d -o ${raw} -oh ${work}/${name}_wrap.h -outdir ${work} ${interface}
     MAIN_DEPENDENCY ${interface}
     DEPFILE ${work}/${name}.d
     COMMENT "SWIG ${name}"
@@ -65,12 +66,18 @@ function(zor_add_swig_module name)
     DEPENDS ${raw} ${scripts}
     COMMENT "Steps over the wrapper of ${name}"
     VERBATIM)
+  set(script ${PROJECT_SOURCE_DIR}/toolchain/forward_shadow.py)
+  add_custom_command(
+    OUTPUT ${destination}/${name}.py
+    COMMAND Python3::Interpreter ${script} ${work}/${name}.py ${destination}/${name}.py
+    DEPENDS ${work}/${name}.py ${script} ${PROJECT_SOURCE_DIR}/toolchain/wrapperstep.py
+    COMMENT "Step over the shadow of ${name}"
+    VERBATIM)
 
   set(target py_${name})
-  add_library(${target} MODULE ${wrapper})
-  target_include_directories(${target} PRIVATE ${work})
-  # Generated code: -O1 halves the compile time of -O2 and is not slower where it counts, inside the toolkit.
-  target_compile_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-O1> -g0 -fno-strict-aliasing)
+  add_library(${target} MODULE ${wrapper} ${destination}/${name}.py)
+  target_include_directories(${target} PRIVATE ${work} ${PROJECT_SOURCE_DIR}/swig)
+  target_compile_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-O2> -g0 -fno-strict-aliasing)
   target_link_libraries(${target} PRIVATE zor_generated_flags zorBinding Python3::Module ${ARG_LINKS})
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME _${name} PREFIX "" SUFFIX ".so"

@@ -15,7 +15,7 @@
     zorBinding::setToolkitError();
     SWIG_fail;
   }
-  if (zorBinding::errorPending()) SWIG_fail;
+  if (PyErr_Occurred()) SWIG_fail;
 }
 
 // For operations of sequences: out of range is an IndexError, an impossible value a ValueError.
