@@ -134,7 +134,7 @@ bool setTexture(osg::Node* node, std::string const& imagePath, bool repeat = fal
  * \param scaleV - repetitions along the second texture coordinate
  * \return false if the image cannot be read
  */
-bool setTexture(osg::Node* node, zorCollide::TextureDataRef texture, bool repeat = false,
+bool setTexture(osg::Node* node, zorCollide::TextureDataRef const texture, bool repeat = false,
                 zorOSG::TextureMode mode = zorOSG::DIFFUSE_TEXTURE, float scaleU = 1.0f, float scaleV = 1.0f);
 
 /**
