@@ -1,6 +1,6 @@
 """Which prototype of a name a call reaches, and what is said when none fits."""
 
-import pytest
+import random
 
 import _probe
 import _zorOSG
@@ -16,14 +16,39 @@ PICK = mismatch(
     "probe::pick(std::int64_t)", "probe::pick(std::uint64_t)", "probe::pick(int)", "probe::pick(unsigned int)",
     "probe::pick(bool)", "probe::pick(probe::First const *)", "probe::pick(probe::Both const *)")
 
+CHOICES = [
+    (True, "bool"), (5, "unsigned"), (-5, "int"), (2**32 - 1, "unsigned"), (2**32, "uint64"), (-2**31, "int"),
+    (-2**31 - 1, "int64"), (2**64 - 1, "uint64"), (2**64, "float"), (-2**64, "float"), (0.5, "float"),
+    (float("inf"), "float"), (float("nan"), "float"), (1e39, "double"), (2**200, "double"), ("x", "string")]
+
+
+class WholeNumber(int):
+    pass
+
+
+class Text(str):
+    pass
+
 
 class TestRanking:
-    @pytest.mark.parametrize("value, chosen", [
-        (True, "bool"), (5, "unsigned"), (-5, "int"), (2**32 - 1, "unsigned"), (2**32, "uint64"), (-2**31 - 1, "int64"),
-        (2**64 - 1, "uint64"), (2**64, "float"), (0.5, "float"), (float("inf"), "float"), (1e39, "double"),
-        (2**200, "double"), ("x", "string")])
-    def test_the_narrowest_type_comes_first_whatever_the_order(self, value, chosen):
-        assert probe.pick(value) == chosen
+    def test_the_narrowest_type_comes_first_whatever_the_order(self):
+        for value, chosen in CHOICES:
+            assert probe.pick(value) == chosen
+
+    def test_a_choice_does_not_depend_on_those_before(self):
+        hollow = probe.First.__new__(probe.First)
+        other = probe.First.__new__(probe.First)
+        other.this = probe.Second().this
+        choices = CHOICES + [(probe.First(), "First"), (probe.Both(), "Both"), (hollow, None), (other, None), (None, "Both"),
+                             ([], None), (WholeNumber(5), "unsigned"), (WholeNumber(-5), "int"), (Text("x"), "string"),
+                             ("\ud800", None), ("ä", "string"), (2**2000, None)]
+        generator = random.Random(1)
+        for _ in range(2000):
+            value, chosen = generator.choice(choices)
+            if chosen:
+                assert probe.pick(value) == chosen
+            else:
+                assert error_text(TypeError, probe.pick, value) == PICK
 
     def test_the_more_derived_class_comes_first(self):
         assert probe.pick(probe.Both()) == "Both" and probe.pick(probe.First()) == "First"
@@ -96,6 +121,7 @@ class TestTests:
         assert probe.pickMode(77) == "Mode 77" and probe.pickMode(probe.Both()) == "Second"
         for value in (2**31, 1.0, "x", probe.First()):
             assert error_text(TypeError, probe.pickMode, value) == expected
+        assert probe.pickMode(-2**31) == "Mode -2147483648"
 
     def test_any_list_passes_where_a_list_is_taken(self):
         assert probe.pickList([3, 4]) == probe.pickList(zor.Vec2i(3, 4)) == "Vec2i 3"
