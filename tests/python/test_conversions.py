@@ -2,6 +2,7 @@
 
 import math
 import os
+import weakref
 
 import numpy
 import pytest
@@ -206,6 +207,8 @@ class TestObjects:
         circular.this = circular
         for value in (Forgot(), circular):
             assert error_text(TypeError, probe.increment, value) == wrong("increment", 1, "probe::Value")
+        value = probe.Value(1)
+        assert probe.increment(weakref.proxy(value)).number == 2
 
 
 class Numbers(list):

@@ -134,6 +134,13 @@ class TestTests:
         for arguments in ([None], [(1, 2)], [zor.Vec2i(), True]):
             assert error_text(TypeError, probe.pickList, *arguments) == expected
 
+    def test_text_is_a_str_where_other_forms_exist(self):
+        decorator = zorOSG.SceneDecorator(8, 8)
+        for value in (None, 5, b"x"):
+            assert error_text(TypeError, decorator.setText, 0, value) == mismatch(
+                "SceneDecorator_setText", "zorOSG::SceneDecorator::setText(int,zor::String const &)",
+                "zorOSG::SceneDecorator::setText(int,zor::String const &,zor::Vec4f const &)")
+
     def test_a_scene_function_is_no_python_function(self):
         assert error_text(TypeError, _zorOSG.new_SceneDescription, lambda s, a: None).startswith(
             "Wrong number or type of arguments for overloaded function 'new_SceneDescription'.")

@@ -1,5 +1,7 @@
-// Values that may also be given as a Python list, in the functions that say so: a section applies the typemap by the
-// name of the parameter, for instance %apply zor::Vec2i const& LIST { zor::Vec2i const& resolution };
+// Values that may also be given as a Python list, in the functions that say so: the resolution and image sizes of
+// cameras, the radii of splines. Their sections apply the typemap by the name of the parameter, for instance
+//   %apply zor::Vec2i const& LIST { zor::Vec2i const& resolution };
+// and %clear it behind the class, since a name applies to all functions that follow.
 
 %{
 #include "runtime/ListArguments.h"
