@@ -1,6 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
+#include <memory>
 
 struct _object;
 typedef _object PyObject;
@@ -26,9 +28,13 @@ public:
   bool isWatching() const { return m_reference != nullptr; }
 
 private:
-  static PyObject* call(PyObject* watch, PyObject* reference);
+  typedef std::shared_ptr<std::atomic<DeathWatch*>> Link; // shared with the callback; null once we have gone
+
+  static PyObject* makeCallback(Link const& link);
+  static PyObject* call(PyObject* capsule, PyObject* reference);
 
   std::function<void()> m_onDeath;
+  Link m_link;
   PyObject* m_reference = nullptr;
 };
 

@@ -10,6 +10,7 @@ import _zorOSG
 import _zorSDK
 import osg
 import zor
+import zorCollide
 import zorOSG
 import zorPython
 import zorSDK
@@ -176,9 +177,10 @@ class TestForwarding:
         (called, received), = listener.calls
         assert called == name and len(received) == len(arguments)
         for got, given in zip(received, arguments):
-            if hasattr(given, "this"):  # another proxy of the same object
-                assert int(got.this) == int(given.this) and got.thisown is False
-                assert type(got) is (zor.AffineMatrix4x4 if name == "setInverseTransform" else zor.Object)
+            if name == "setInverseTransform":
+                assert type(got) is zor.AffineMatrix4x4 and repr(got) == repr(given)
+            elif hasattr(given, "this"):  # another proxy of the same object
+                assert int(got.this) == int(given.this) and type(got) is zor.Object and got.thisown is False
             else:
                 assert got == given and type(got) is type(given)
 
@@ -256,6 +258,42 @@ class TestForwarding:
         Listener.mouseMoved = kept
         assert len(listener.calls) == 1
 
+
+    def test_what_a_callback_keeps_of_its_arguments(self):
+        listener = Listener()
+        matrix = zor.AffineMatrix4x4.translate(zor.Vec3(1, 2, 3))
+        callbacks.setInverseTransform(listener, matrix, HERE)
+        kept = listener.calls[0][1][0]
+        assert kept.thisown and int(kept.this) != int(matrix.this)
+        text = repr(matrix)
+        del matrix
+        assert repr(kept) == text
+
+        frames = []
+        app = zorOSG.ExampleApplication()
+        callbacks.preFrame(FrameListener(lambda name, given: frames.append(given)), app, HERE)
+        del app
+        assert frames[0].getReferenceCount() == 1 and frames[0].getExitCode() == 0
+
+    def test_contacts_may_be_kept(self):
+        class Contacts(zorSDK.ContactEventListener):
+            kept = []
+
+            def impact(self, time, contact):
+                self.kept.append(contact)
+                return zorSDK.ContactEventListener.KEEP_CONTACT
+
+        simulation = zorSDK.Simulation()
+        listener = Contacts()
+        simulation.add(listener)
+        for height in (0, 0.9):
+            body = zor.RigidBody(zorCollide.Geometry(zorCollide.Sphere(0.5)))
+            body.setPosition(zor.Vec3(0, 0, height))
+            simulation.add(body)
+        simulation.stepForward()
+        contact, = Contacts.kept
+        del simulation
+        assert contact.thisown and contact.getGeometry1().getShape(0).getRadius() == 0.5
 
     def test_step_listeners(self):
         class Counting(zorSDK.StepEventListener):

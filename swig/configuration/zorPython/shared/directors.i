@@ -118,6 +118,42 @@ ZOR_CALLBACK(METHOD, RESULT)
 }
 %enddef
 
+// Arguments that are lent to a callback stay the caller's, but a script may keep them beyond the call: a shared object
+// lives on then, a value that lives with the caller becomes a copy.
+%{
+#include "runtime/Lent.h"
+
+template <class Value>
+class ZorLentValue {
+public:
+  explicit ZorLentValue(PyObject* proxy) : m_proxy(proxy) {}
+  ZorLentValue(ZorLentValue const&) = delete;
+  ~ZorLentValue() {
+    SwigPyObject* wrapped = m_proxy && Py_REFCNT(m_proxy) > 1 ? SWIG_Python_GetSwigThis(m_proxy) : nullptr;
+    if (!wrapped || wrapped->own) return;
+    wrapped->ptr = new (std::nothrow) Value(*static_cast<Value*>(wrapped->ptr));
+    wrapped->own = wrapped->ptr ? SWIG_POINTER_OWN : 0;
+  }
+
+private:
+  PyObject* m_proxy;
+};
+%}
+
+%define ZOR_LENT_TO_CALLBACK(CLASS)
+%typemap(directorin) CLASS* {
+  $input = SWIG_NewPointerObj(SWIG_as_voidptr($1), $descriptor, 0);
+  zorBinding::keepLent($input, $1);
+}
+%enddef
+
+%define ZOR_LENT_VALUE_TO_CALLBACK(CLASS)
+%typemap(directorin, noblock=1) CLASS&, CLASS const& {
+  $input = SWIG_NewPointerObj(const_cast<CLASS*>(&$1), $descriptor, 0);
+  ZorLentValue< CLASS > const zorLent$argnum($input);
+}
+%enddef
+
 // A result must be exactly a bool.
 %typemap(directorout) bool {
   if (!PyBool_Check($1)) {

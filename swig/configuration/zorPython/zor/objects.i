@@ -38,6 +38,7 @@ ZOR_SHARED(zor::Frame)
 
 %include <zor/Object.h>
 %ignore zor::Component::getObjects;
+ZOR_LENT_TO_CALLBACK(zor::Object)
 %define ZOR_COMPONENT_METHOD(METHOD, ARGUMENTS)
 ZOR_STANDARD(zor::Component::METHOD, )
 ZOR_UPCALL(zor::Component, METHOD, ARGUMENTS)

@@ -45,6 +45,9 @@ ZOR_STEP_EVENT(ContactEventListener, contact, 92, zorSDK::ContactEventListener::
 ZOR_STEP_EVENT(ContactEventListener, separation, 93, )
 
 ZOR_STANDARD(zorSDK::EventListener::setMask, )
+ZOR_LENT_VALUE_TO_CALLBACK(zor::AffineMatrix4x4T<double>)
+ZOR_LENT_VALUE_TO_CALLBACK(zorCollide::GeometryContact)
+ZOR_LENT_TO_CALLBACK(zorCollide::Geometry)
 ZOR_STANDARD(zorSDK::GuiEventListener::setInverseTransform, )
 ZOR_UPCALL(zorSDK::EventListener, setMask, (arg2))
 ZOR_UPCALL(zorSDK::EventListener, addNotification, ())
