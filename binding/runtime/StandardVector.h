@@ -108,4 +108,21 @@ void deleteSlice(std::vector<T>& vector, SliceRange range) {
   vector.resize(kept);
 }
 
+/** Throws std::out_of_range if a position in the vector is its end. */
+template <class T>
+void checkIsElement(std::vector<T>& vector, typename std::vector<T>::iterator position) {
+  if (position == vector.end()) {
+    throw std::out_of_range("iterator out of range");
+  }
+}
+
+/** Throws std::invalid_argument if the second of two positions in a vector comes first. */
+template <class T>
+void checkOrder(std::vector<T>&, typename std::vector<T>::iterator first,
+                typename std::vector<T>::iterator last) {
+  if (last < first) {
+    throw std::invalid_argument("invalid range");
+  }
+}
+
 } // namespace zorBinding

@@ -27,6 +27,12 @@ static void zorVectorLayout(void* object, zorBinding::PixelMemory& memory) {
   memory.owner = &vector;
 }
 
+template <class T, int N>
+static void zorOfferBuffers() {
+  zorPixelLayouts[zorTypeOf<zorOSG::NeoCameraOutputValue<T, N>>] = zorValueLayout<T, N>;
+  zorPixelLayouts[zorTypeOf<std::vector<zorOSG::NeoCameraOutputValue<T, N>>>] = zorVectorLayout<T, N>;
+}
+
 static bool zorReadPixels(PyObject* object, zorBinding::PixelMemory& memory) {
   SwigPyObject* const wrapped = SWIG_Python_GetSwigThis(object);
   auto const layout = wrapped && wrapped->ptr ? zorPixelLayouts.find(wrapped->ty) : zorPixelLayouts.end();
@@ -56,10 +62,7 @@ static void zorTypeRegistered(swig_type_info* type, void* data) {
 
 %define ZOR_OUTPUT_BUFFER(SUFFIX, CHANNELS, ELEMENT)
 %init %{
-  zorPixelLayouts[SWIGTYPE_p_zorOSG__NeoCameraOutputValueT_ ## ELEMENT ## _ ## CHANNELS ## _t] =
-      zorValueLayout<ELEMENT, CHANNELS>;
-  zorPixelLayouts[SWIGTYPE_p_std__vectorT_zorOSG__NeoCameraOutputValueT_ ## ELEMENT ## _ ## CHANNELS ## _t_t] =
-      zorVectorLayout<ELEMENT, CHANNELS>;
+  zorOfferBuffers<ELEMENT, CHANNELS>();
 %}
 %enddef
 ZOR_FOR_OUTPUT_VALUES(ZOR_OUTPUT_BUFFER)

@@ -4,26 +4,31 @@
 
 %{
 #include <stdexcept>
+
+template <class T, int N>
+static T zorChannel(zorOSG::NeoCameraOutputValue<T, N> const& value, std::size_t i) {
+  if (i >= N) throw std::out_of_range("index");
+  return value.channels[i];
+}
 %}
 
 ZOR_SEQUENCE_GUARD(zorOSG::NeoCameraOutputValue::__getitem__)
 
 %include <zorOSG/NeoCameraOutputValue.h>
+
 // The constructors that every aggregate has stand here for their place in the order of functions.
-%extend zorOSG::NeoCameraOutputValue {
-  NeoCameraOutputValue() { return new zorOSG::NeoCameraOutputValue< T,N >(); }
-  NeoCameraOutputValue(NeoCameraOutputValue< T,N > const& other) { return new zorOSG::NeoCameraOutputValue< T,N >(other); }
+%define ZOR_OUTPUT_VALUE(SUFFIX, CHANNELS, ELEMENT)
+%extend zorOSG::NeoCameraOutputValue< ELEMENT,CHANNELS > {
+  NeoCameraOutputValue() { return new zorOSG::NeoCameraOutputValue< ELEMENT,CHANNELS >(); }
+  NeoCameraOutputValue(zorOSG::NeoCameraOutputValue< ELEMENT,CHANNELS > const& other) {
+    return new zorOSG::NeoCameraOutputValue< ELEMENT,CHANNELS >(other);
+  }
   size_t __len__() const {
     (void)$self;
-    return N;
+    return CHANNELS;
   }
-  T __getitem__(size_t i) const {
-    if (i >= N) throw std::out_of_range("index");
-    return $self->channels[i];
-  }
+  ELEMENT __getitem__(size_t i) const { return zorChannel(*$self, i); }
 }
-
-%define ZOR_OUTPUT_VALUE(SUFFIX, CHANNELS, ELEMENT)
-%template(NeoCameraOutputValue ## CHANNELS ## SUFFIX) zorOSG::NeoCameraOutputValue< ELEMENT, CHANNELS >;
+%template(NeoCameraOutputValue ## CHANNELS ## SUFFIX) zorOSG::NeoCameraOutputValue< ELEMENT,CHANNELS >;
 %enddef
 ZOR_FOR_OUTPUT_VALUES(ZOR_OUTPUT_VALUE)

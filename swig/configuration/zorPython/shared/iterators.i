@@ -14,6 +14,11 @@
 #include <memory>
 #include <stdexcept>
 #include <typeinfo>
+#include <vector>
+
+// The registered type of a class; set at start-up, which spares the library's search by name.
+template <class T>
+static swig_type_info* zorTypeOf = nullptr;
 %}
 
 %fragment("SwigPyIterator", "header", fragment="<stddef.h>") %{
@@ -158,7 +163,8 @@ public:
 
   PyObject* value() const override {
     if (isOutside()) throw stop_iteration();
-    return swig::from((*m_vector)[static_cast<size_t>(position())]);
+    auto* const element = new value_type((*m_vector)[static_cast<size_t>(position())]);
+    return SWIG_NewPointerObj(element, zorTypeOf<value_type>, SWIG_POINTER_OWN);
   }
   SwigPyIterator* copy() const override { return new SwigPyIterator_T(*this); }
 
@@ -180,7 +186,7 @@ template <class OutIterator>
 SwigPyIterator* make_output_iterator(OutIterator const&, OutIterator const&, OutIterator const&, PyObject* owner) {
   typedef typename SwigPyIterator_T<OutIterator>::sequence sequence;
   void* vector = nullptr;
-  SWIG_ConvertPtr(owner, &vector, swig::type_info<sequence>(), 0);
+  SWIG_ConvertPtr(owner, &vector, zorTypeOf<sequence>, 0);
   return SwigPyIterator_T<OutIterator>::closed(static_cast<sequence*>(vector), owner);
 }
 

@@ -95,7 +95,7 @@ struct traits_asptr_stdseq {
   // items only where it can do so without using them up. May leave the error of an iterable pending.
   static int asptr(PyObject* object, T** vector) {
     void* wrapped = nullptr;
-    if (SWIG_IsOK(SWIG_ConvertPtr(object, &wrapped, swig::type_info<T>(), 0))) {
+    if (SWIG_IsOK(SWIG_ConvertPtr(object, &wrapped, zorTypeOf<T>, 0))) {
       if (vector) *vector = static_cast<T*>(wrapped);
       return SWIG_OLDOBJ;
     }
@@ -128,7 +128,7 @@ private:
       SwigVar_PyObject item = PyIter_Next(iterator);
       if (!item) return !PyErr_Occurred();
       void* value = nullptr;
-      if (!SWIG_IsOK(SWIG_ConvertPtr(item, &value, swig::type_info<element>(), SWIG_POINTER_NO_NULL))) return false;
+      if (!SWIG_IsOK(SWIG_ConvertPtr(item, &value, zorTypeOf<element>, SWIG_POINTER_NO_NULL))) return false;
       if (items) items->push_back(*static_cast<element*>(value));
     }
   }
@@ -145,6 +145,51 @@ struct traits_from_stdseq {
 %ignore std::vector::rbegin;
 %ignore std::vector::rend;
 %include <std_vector.i>
+
+// What the library's declarations say they throw goes on to the guards below.
+%typemap(throws, noblock=1) std::out_of_range, std::invalid_argument "throw;"
+
+// An iterator as a place in a vector. False, with a Python error set, if it is none.
+%fragment("ZorVectorPosition", "header", fragment="SwigPyIterator_T") %{
+template <class T>
+static bool zorReadPosition(PyObject* object, std::vector<T>* vector, typename std::vector<T>::iterator& position,
+                            char const* message) {
+  typedef swig::SwigPyIterator_T<typename std::vector<T>::iterator> Iterator;
+  void* wrapped = nullptr;
+  int const result = SWIG_ConvertPtr(object, &wrapped, swig::SwigPyIterator::descriptor(), 0);
+  auto const* const iterator =
+      SWIG_IsOK(result) ? dynamic_cast<Iterator*>(static_cast<swig::SwigPyIterator*>(wrapped)) : nullptr;
+  if (!iterator) {
+    PyErr_SetString(PyExc_TypeError, message);
+    return false;
+  }
+  try {
+    position = iterator->current(vector);
+    return true;
+  } catch (...) {
+    zorBinding::setSequenceError();
+    return false;
+  }
+}
+%}
+
+// An iterable as a vector. False, with a Python error set, if it is none; what the iterable raises stays the error.
+%fragment("ZorVectorItems", "header", fragment="StdVectorTraits") %{
+template <class T>
+static bool zorReadItems(PyObject* object, std::vector<T>*& vector, int& result, char const* message) {
+  result = SWIG_ERROR;
+  try {
+    result = swig::asptr(object, &vector);
+  } catch (...) {
+    zorBinding::setToolkitError();
+  }
+  if (SWIG_IsOK(result) && vector) return true;
+  if (!PyErr_Occurred()) {
+    PyErr_Format(PyExc_TypeError, "%s%s", SWIG_IsOK(result) ? "invalid null reference " : "", message);
+  }
+  return false;
+}
+%}
 
 %define ZOR_VECTOR_GUARD(METHOD, CHECK...)
 %exception std::vector::METHOD {
@@ -177,7 +222,12 @@ ZOR_VECTOR_RESIZES(reserve)
 ZOR_VECTOR_RESIZES(resize)
 ZOR_VECTOR_RESIZES(assign)
 ZOR_VECTOR_RESIZES(insert)
-ZOR_VECTOR_RESIZES(erase)
+ZOR_VECTOR_GUARD(erase(iterator pos),
+  zorBinding::checkIsElement(*arg1, arg2);
+  zorBinding::Resizing const resizing(*arg1);)
+ZOR_VECTOR_GUARD(%arg(erase(iterator first, iterator last)),
+  zorBinding::checkOrder(*arg1, arg2, arg3);
+  zorBinding::Resizing const resizing(*arg1);)
 ZOR_VECTOR_GUARD(pop_back,
   if (arg1->empty()) throw std::out_of_range("pop from empty container");
   zorBinding::Resizing const resizing(*arg1);)
@@ -186,34 +236,25 @@ ZOR_VECTOR_GUARD(swap,
   zorBinding::Resizing const otherResizing(*arg2);)
 ZOR_VECTOR_GUARD(~vector, zorBinding::releaseElements(arg1, zorBinding::storageOf(*arg1));)
 
-// What an iterable raises stays the error. A position must lie in the vector itself. An allocator holds nothing: all share one, which nobody needs to destroy.
-%define ZOR_STANDARD_VECTOR(NAME, TYPE...)
-%typemap(in) std::vector< TYPE > const& other (int res = SWIG_OLDOBJ), std::vector< TYPE > const& v (int res = SWIG_OLDOBJ) {
+// MANGLED is the element type as the registry spells it.
+// An allocator holds nothing: all share one, which nobody needs to destroy.
+%define ZOR_STANDARD_VECTOR(NAME, MANGLED, TYPE...)
+%init %{
+  zorTypeOf< TYPE > = SWIGTYPE_p_ ## MANGLED;
+  zorTypeOf<std::vector< TYPE > > = SWIGTYPE_p_std__vectorT_ ## MANGLED ## _t;
+%}
+%typemap(in, fragment="ZorVectorItems") std::vector< TYPE > const& other (int res = SWIG_OLDOBJ),
+    std::vector< TYPE > const& v (int res = SWIG_OLDOBJ) {
   std::vector< TYPE >* vector = nullptr;
-  res = swig::asptr($input, &vector);
-  if (!SWIG_IsOK(res)) {
-    if (PyErr_Occurred()) SWIG_fail;
-    SWIG_exception_fail(SWIG_TypeError, "in method '$symname', argument $argnum of type '$type'");
-  }
-  if (!vector) {
-    SWIG_exception_fail(SWIG_NullReferenceError, "invalid null reference in method '$symname', argument $argnum of type '$type'");
-  }
+  if (!zorReadItems($input, vector, res, "in method '$symname', argument $argnum of type '$type'")) SWIG_fail;
   $1 = vector;
 }
 %typemap(freearg) std::vector< TYPE > const& other, std::vector< TYPE > const& v "if (SWIG_IsNewObj(res$argnum)) delete $1;"
-%typemap(in) std::vector< TYPE >::iterator pos, std::vector< TYPE >::iterator first, std::vector< TYPE >::iterator last {
-  swig::SwigPyIterator* iterator = nullptr;
-  int const res = SWIG_ConvertPtr($input, SWIG_as_voidptrptr(&iterator), swig::SwigPyIterator::descriptor(), 0);
-  auto const* const position = SWIG_IsOK(res) ? dynamic_cast<swig::SwigPyIterator_T<$type >*>(iterator) : nullptr;
-  if (!position) {
-    SWIG_exception_fail(SWIG_TypeError, "in method '$symname', argument $argnum of type '$type'");
-  }
-  try {
-    $1 = position->current(arg1);
-  } catch (...) {
-    zorBinding::setSequenceError();
-    SWIG_fail;
-  }
+%typemap(in, fragment="ZorVectorPosition") std::vector< TYPE >::iterator pos, std::vector< TYPE >::iterator first,
+    std::vector< TYPE >::iterator last {
+  std::vector< TYPE >::iterator position;
+  if (!zorReadPosition($input, arg1, position, "in method '$symname', argument $argnum of type '$type'")) SWIG_fail;
+  $1 = position;
 }
 %typemap(out) std::vector< TYPE >::iterator begin, std::vector< TYPE >::iterator end,
     std::vector< TYPE >::iterator insert, std::vector< TYPE >::iterator erase {
