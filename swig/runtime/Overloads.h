@@ -56,7 +56,10 @@ static inline uintptr_t zorIntegerKind(PyObject* object) {
 static inline uintptr_t zorArgumentKind(PyObject* object) {
   PyTypeObject const* type = Py_TYPE(object);
   if (SwigPyObject* wrapped = zorQuickWrapped(object)) {
-    return wrapped->ptr && !wrapped->next ? reinterpret_cast<uintptr_t>(wrapped->ty) : 0;
+    // The iterators of all containers share one type, and tests look behind it.
+    static swig_type_info const* const iterators = SWIG_TypeQuery("swig::SwigPyIterator *");
+    bool const isPlain = wrapped->ptr && !wrapped->next && wrapped->ty != iterators;
+    return isPlain ? reinterpret_cast<uintptr_t>(wrapped->ty) : 0;
   }
   if (type == &PyLong_Type)
     return zorIntegerKind(object);

@@ -9,6 +9,7 @@ import pytest
 
 import _zorOSG
 import zorOSG
+from conventions import error_text, mismatch, wrong
 from pixels import ELEMENTS, PIXELS, Pixel
 
 every_pixel = pytest.mark.parametrize("pixel", PIXELS, ids=lambda pixel: pixel.name)
@@ -17,12 +18,6 @@ every_element = pytest.mark.parametrize("element", ELEMENTS, ids=lambda element:
 
 def flat(pixel, method):
     return getattr(_zorOSG, f"{pixel.name}_{method}")
-
-
-def error_text(kind, function, *arguments):
-    with pytest.raises(kind) as error:
-        function(*arguments)
-    return str(error.value)
 
 
 @every_pixel
@@ -60,13 +55,12 @@ def test_channels_cross_as_a_pointer(element):
     assert pointer.own() == 0 and numpy.asarray(source).ctypes.data == int(pointer)
     flat(pixel, "channels_set")(value, pointer)
     assert list(value) == [3, 4]
-    kind = f"'{element.spelling} [2]'"
+    kind = f"{element.spelling} [2]"
     name = f"{pixel.name}_channels_set"
-    for wrong in (flat(other, "channels_get")(other.value()), [1, 2], value):
-        assert error_text(TypeError, flat(pixel, "channels_set"), value, wrong) == \
-            f"in method '{name}', argument 2 of type {kind}"
+    for refused in (flat(other, "channels_get")(other.value()), [1, 2], value):
+        assert error_text(TypeError, flat(pixel, "channels_set"), value, refused) == wrong(name, 2, kind)
     assert error_text(TypeError, flat(pixel, "channels_set"), value, None) == \
-        f"invalid null reference in variable 'channels' of type {kind}"
+        f"invalid null reference in variable 'channels' of type '{kind}'"
     assert list(value) == [3, 4]
 
 
@@ -74,15 +68,13 @@ def test_channels_cross_as_a_pointer(element):
 def test_messages_spell_the_type(element):
     pixel = Pixel(element, 1)
     kind = f"zorOSG::NeoCameraOutputValue< {element.argument},1 >"
-    assert error_text(TypeError, pixel.value, 5) == (
-        f"Wrong number or type of arguments for overloaded function 'new_{pixel.name}'.\n"
-        f"  Possible C/C++ prototypes are:\n    {kind}::NeoCameraOutputValue()\n"
-        f"    {kind}::NeoCameraOutputValue({kind} const &)\n")
-    for wrong in (5, Pixel(element, 2).value()):
-        assert error_text(TypeError, flat(pixel, "__getitem__"), wrong, 0) == \
-            f"in method '{pixel.name}___getitem__', argument 1 of type '{kind} const *'"
+    assert error_text(TypeError, pixel.value, 5) == mismatch(
+        f"new_{pixel.name}", f"{kind}::NeoCameraOutputValue()", f"{kind}::NeoCameraOutputValue({kind} const &)")
+    for other in (5, Pixel(element, 2).value()):
+        assert error_text(TypeError, flat(pixel, "__getitem__"), other, 0) == \
+            wrong(f"{pixel.name}___getitem__", 1, f"{kind} const *")
     value = pixel.value()
-    index = f"in method '{pixel.name}___getitem__', argument 2 of type 'size_t'"
+    index = wrong(f"{pixel.name}___getitem__", 2, "size_t")
     assert error_text(OverflowError, value.__getitem__, -1) == index
     assert error_text(OverflowError, value.__getitem__, 2**64) == index
     assert error_text(TypeError, value.__getitem__, 0.0) == index
