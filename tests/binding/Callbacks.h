@@ -1,5 +1,6 @@
 #pragma once
 
+#include <zor/Notify.h>
 #include <zorOSG/ExampleApplication.h>
 #include <zorOSG/ExampleApplicationListener.h>
 #include <zorOSG/GuiEventListener.h>
@@ -8,6 +9,9 @@
 #include <Python.h>
 
 #include <exception>
+#include <iostream>
+#include <stdexcept>
+#include <streambuf>
 #include <string>
 #include <thread>
 #include <vector>
@@ -153,6 +157,49 @@ inline void failTwice(Gui* to) {
     throw std::runtime_error("C++ gave up");
   }
 }
+
+/** Has the log fail once where it writes to the console, and collects what it tells after that. */
+class BrokenConsole {
+public:
+  BrokenConsole()
+      : m_target(zor::Notify::instance().addTarget(
+            [this](zor::NotifyMessage const& message) { m_text += message.format() + "\n"; })),
+        m_before(std::cerr.rdbuf(&m_buffer)) {
+    std::cerr.exceptions(std::ios::badbit);
+  }
+  BrokenConsole(BrokenConsole const&) = delete;
+  ~BrokenConsole() {
+    mend();
+    std::cerr.rdbuf(m_before);
+    zor::Notify::instance().removeTarget(m_target);
+  }
+
+  std::string getText() const { return m_text; }
+
+private:
+  static void mend() {
+    std::cerr.exceptions(std::ios::goodbit);
+    std::cerr.clear();
+  }
+
+  /** Whoever reads it can write again. */
+  class Gone : public std::exception {
+  public:
+    char const* what() const noexcept override {
+      mend();
+      return "the console is gone";
+    }
+  };
+
+  class Failing : public std::streambuf {
+    std::streamsize xsputn(char const* /*text*/, std::streamsize /*size*/) override { throw Gone(); }
+  };
+
+  std::string m_text;
+  int m_target;
+  Failing m_buffer;
+  std::streambuf* m_before;
+};
 
 /** Holds a reference as the toolkit does. */
 class Keeper {

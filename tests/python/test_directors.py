@@ -395,6 +395,23 @@ class TestScriptManagedErrors:
         assert errors() == [(f"zorOSG::ExampleApplicationListener::{name}", "OSError", name)
                             for name in ("preFrame", "postFrame")]
 
+    @pytest.mark.parametrize("name, line", [("update", 681), ("keyboard", 682), ("mouse", 683), ("mouseMoved", 684),
+                                            ("mouseDragged", 685), ("addNotification", 74), ("removeNotification", 75),
+                                            ("preFrame", 720), ("postFrame", 721)])
+    def test_an_error_that_cannot_be_reported_is_logged(self, name, line):
+        def fail(*arguments):
+            raise ValueError
+
+        is_frame = name.endswith("Frame")
+        failing = FrameListener(fail) if is_frame else Listener(outcome=ValueError())
+        console = callbacks.BrokenConsole()
+        getattr(callbacks, name)(failing, *([None] if is_frame else EVENTS[name]), HERE)
+        told = console.getText()
+        del console  # mends it now: the error's frames keep this one
+        file = "zorSDK" if line < 80 else "zorOSG"
+        assert told == (
+            f"Error at swig/configuration/zorPython/{file}.i:{line} in {name}: the console is gone\n")
+
     @pytest.mark.parametrize("name", SIGNATURES)
     @pytest.mark.parametrize("wrong", [1, None, "True"])
     def test_a_result_must_be_exactly_a_bool(self, name, wrong):
