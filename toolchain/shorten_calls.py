@@ -3,7 +3,7 @@
 
 Puts the headers of swig/runtime into the wrapper: the generator's functions that take argument tuples apart, find the
 wrapped object of a proxy and make proxies are renamed to ..._generated and called by ours where the quick way does not
-apply; every dispatcher of an overloaded name remembers what it found.
+apply; every dispatcher of an overloaded name remembers what it found; callbacks make names once and take no lock twice.
 
 Usage: shorten_calls.py INPUT OUTPUT
 """
@@ -63,8 +63,31 @@ def remember_overloads(source):
     return result
 
 
+def shorten_callbacks(source):
+    """The lock is taken where the thread hasn't got it already; names of methods are made once."""
+    source = substituted(r"SWIG_Python_Thread_Block\(\) : status\(true\), state\(PyGILState_Ensure\(\)\) {}",
+                         "SWIG_Python_Thread_Block() : status(!PyThreadState_GetUnchecked()), state() {"
+                         " if (status) state = PyGILState_Ensure(); }", source, 1, "lock of error texts and callbacks")
+    called = 'swig::SwigVar_PyObject swig_method_name = SWIG_Python_str_FromChar('
+    return substituted(rf'^( *){re.escape(called)}("\w+")\);',
+                       r"\1static PyObject *const swig_interned = PyUnicode_InternFromString(\2);\n"
+                       r"\1swig::SwigVar_PyObject swig_method_name = Py_NewRef(swig_interned);", source, source.count(called),
+                       "names of overridable methods")
+
+
+def shorten_containers(source):
+    """An element that refers into a container keeps it by an attribute, set on every element that is handed out."""
+    if "container_owner_attribute" not in source:
+        return source
+    source = substituted(r'(static PyObject\* attr = )SWIG_Python_str_FromChar(\("__swig_container"\);)',
+                         r"\1PyUnicode_InternFromString\2", source, 1, "name of the container's attribute")
+    return substituted(r"return (PyObject_SetAttr\(child, container_owner_attribute\(\), owner\) != -1);",
+                       r"return zorAddInstanceAttribute(child, container_owner_attribute(), owner) || \1;", source, 1,
+                       "container's attribute")
+
+
 def shorten_calls(source):
-    return remember_overloads(replace_functions(source))
+    return shorten_containers(shorten_callbacks(remember_overloads(replace_functions(source))))
 
 
 if __name__ == "__main__":

@@ -1,5 +1,5 @@
 // Part of every generated wrapper, placed before the generator's SWIG_Python_UnpackTuple.
-// Taking a tuple of the right size apart, where the compiler knows the size; all else is the generator's.
+// Taking a tuple of a right size apart in place; all else is the generator's.
 
 static Py_ssize_t SWIG_Python_UnpackTuple_generated(PyObject* tuple, char const* name, Py_ssize_t least,
                                                     Py_ssize_t greatest, PyObject** items);

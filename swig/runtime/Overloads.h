@@ -55,10 +55,11 @@ static inline uintptr_t zorIntegerKind(PyObject* object) {
 /** What tests can see of an argument besides its Python type; 0 if that can't be told. */
 static inline uintptr_t zorArgumentKind(PyObject* object) {
   PyTypeObject const* type = Py_TYPE(object);
-  if (SwigPyObject* wrapped = zorQuickWrapped(object)) {
+  if (type->tp_flags & Py_TPFLAGS_INLINE_VALUES) {
+    SwigPyObject const* wrapped = zorQuickWrapped(object);
     // The iterators of all containers share one type, and tests look behind it.
     static swig_type_info const* const iterators = SWIG_TypeQuery("swig::SwigPyIterator *");
-    bool const isPlain = wrapped->ptr && !wrapped->next && wrapped->ty != iterators;
+    bool const isPlain = wrapped && wrapped->ptr && !wrapped->next && wrapped->ty != iterators;
     return isPlain ? reinterpret_cast<uintptr_t>(wrapped->ty) : 0;
   }
   if (type == &PyLong_Type)
@@ -70,6 +71,16 @@ static inline uintptr_t zorArgumentKind(PyObject* object) {
   if (type == &PyUnicode_Type)
     return PyUnicode_IS_COMPACT_ASCII(object) ? 2 + (PyUnicode_GET_LENGTH(object) == 1) : 0;
   return object == Py_None || type == &PyBool_Type;
+}
+
+static inline bool zorSameKey(ZorOverloadKey const& one, ZorOverloadKey const& other) {
+  if (one.count != other.count)
+    return false;
+  for (Py_ssize_t i = 0; i < one.count; ++i) {
+    if (one.arguments[i].kind != other.arguments[i].kind || one.arguments[i].type != other.arguments[i].type)
+      return false;
+  }
+  return true;
 }
 
 /** Fills the key; the prototype found before for it, or -1. A key that can't be used has the count -1. */
@@ -90,11 +101,8 @@ static int zorRecallOverload(ZorOverloads* overloads, ZorOverloadKey* key, Py_ss
   }
   unsigned const filled = overloads->used < ZorOverloads::size ? overloads->used : ZorOverloads::size;
   for (unsigned entry = 0; entry < filled; ++entry) {
-    ZorOverloads::Finding const& finding = overloads->findings[entry];
-    if (finding.key.count == count &&
-        memcmp(finding.key.arguments, key->arguments, sizeof(*key->arguments) * count) == 0) {
-      return finding.prototype;
-    }
+    if (zorSameKey(overloads->findings[entry].key, *key))
+      return overloads->findings[entry].prototype;
   }
   return -1;
 }

@@ -37,6 +37,7 @@ public:
 
   private:
     bool m_held = false;
+    bool m_taken = false;
     int m_state = 0;
   };
 
@@ -81,8 +82,9 @@ public:
    * Records the Python error that is pending on this thread, reports it through the notification log with its
    * traceback, and clears it. Nothing happens if none is pending. An error that repeats (same label, class
    * and place) is recorded once with its count, and reported again only for every power of ten.
-   * A KeyboardInterrupt or SystemExit is no error but a wish to stop. It is kept for takeStopRequest() within a
-   * StopScope, or if no Python code has called the toolkit; else it is raised anew as soon as that code goes on.
+   * A KeyboardInterrupt or SystemExit is no error but a wish to stop. It is kept for takeStopRequest() within
+   * a StopScope, or if no Python code has called the toolkit; else it is raised anew as soon as that code
+   * goes on.
    * \param label - where it came to light, written namespace::class::method
    */
   void registerError(zor::String label);

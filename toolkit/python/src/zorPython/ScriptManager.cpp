@@ -109,15 +109,20 @@ char const* const NO_INTERPRETER = "no Python interpreter is running";
 } // namespace
 
 ScriptManager::PyGILGuard::PyGILGuard() noexcept {
+  // A thread that has an interpreter's state attached has the lock.
+  if (PyThreadState_GetUnchecked()) {
+    m_held = true;
+    return;
+  }
   // While the interpreter ends, a thread that waits for the lock would hang for good.
   if (Py_IsInitialized() && (!Py_IsFinalizing() || PyGILState_Check())) {
     m_state = static_cast<int>(PyGILState_Ensure());
-    m_held = true;
+    m_held = m_taken = true;
   }
 }
 
 ScriptManager::PyGILGuard::~PyGILGuard() {
-  if (m_held) {
+  if (m_taken) {
     PyGILState_Release(static_cast<PyGILState_STATE>(m_state));
   }
 }
