@@ -27,3 +27,41 @@ def test_node_vector_counts_from_the_start():
     assert error_text(IndexError, zorOSG.GeometryNodePtrVector, -5) == "capacity"
     with pytest.raises(SystemError):
         iter(vector)
+
+
+def test_node_vector_is_a_list_of_pointers():
+    nodes = [zorOSG.GeometryNode() for _ in range(4)]
+
+    def vector_of(*places):
+        vector = zorOSG.GeometryNodePtrVector(2)
+        for place in places:
+            vector.append(nodes[place])
+        return vector
+
+    def places(vector):
+        return [[node.this for node in nodes].index(vector[i].this) for i in range(len(vector))]
+
+    vector = vector_of(0, 1, 2, 3)
+    vector.Insert(4, nodes[0])
+    vector.Insert(0, nodes[3])
+    assert places(vector) == places(zorOSG.GeometryNodePtrVector(vector)) == [3, 0, 1, 2, 3, 0]
+    assert (vector.IndexOf(nodes[3]), vector.LastIndexOf(nodes[3])) == (0, 4)
+    vector.AddRange(vector_of(1))
+    vector.RemoveAt(0)
+    vector.RemoveRange(1, 2)
+    assert places(vector) == [0, 3, 0, 1] and places(vector.GetRange(1, 2)) == [3, 0]
+    vector.SetRange(2, vector_of(2, 2))
+    vector.Reverse(0, 3)
+    assert places(vector) == [2, 3, 0, 2]
+    repeated = zorOSG.GeometryNodePtrVector.Repeat(nodes[1], 3)
+    assert places(repeated) == [1, 1, 1] and not repeated.thisown
+    for call in (lambda: vector.Insert(5, None), lambda: vector.InsertRange(-1, vector), lambda: vector.RemoveAt(4),
+                 lambda: vector.__setitem__(4, None), lambda: vector.SetRange(3, repeated), lambda: vector.SetRange(-1, repeated),
+                 lambda: vector.GetRange(-1, 1), lambda: vector.RemoveRange(-1, 9), lambda: vector.Reverse(-1, 1)):
+        assert error_text(IndexError, call) == "index"
+    for call in (lambda: vector.RemoveRange(0, -1), lambda: vector.Reverse(0, -1), lambda: vector.Repeat(None, -1)):
+        assert error_text(IndexError, call) == "count"
+    for call in (lambda: vector.RemoveRange(3, 2), lambda: vector.Reverse(2**31 - 1, 2**31 - 1)):
+        assert error_text(ValueError, call) == "invalid range"
+    vector[1] = None
+    assert None in vector and vector[1] is None and places(vector_of()) == []

@@ -3,6 +3,7 @@
 import gc
 import itertools
 import pathlib
+import random
 import re
 import weakref
 
@@ -230,6 +231,36 @@ class TestElements:
         del vector, first, last
         gc.collect()
         assert kept[0] == 0 and kept.thisown and _zorOSG.NeoCameraOutputValue1U8___getitem__(plain, 0) == 0
+
+    def test_any_sequence_of_changes(self):
+        draw = random.Random(1)
+        vector, model, proxies = BYTE.vector(), [], []  # proxies: [proxy, position or None, value once it is gone]
+        changes = {
+            "append": lambda i, j, new: (vector.append(BYTE.make(*new[:1])), model.append(new[0])),
+            "insert": lambda i, j, new: (vector.insert(vector.begin() + i, j, BYTE.make(new[0])),
+                                         model.__setitem__(slice(i, i), new[:1] * j)),
+            "erase": lambda i, j, new: (vector.erase(vector.begin() + i, vector.begin() + j), model.__delitem__(slice(i, j))),
+            "assign": lambda i, j, new: (vector.__setitem__(slice(i, j), map(BYTE.make, new)),
+                                         model.__setitem__(slice(i, j), new)),
+            "delete": lambda i, j, new: (vector.__delitem__(slice(i, None, 3)), model.__delitem__(slice(i, None, 3))),
+            "reserve": lambda i, j, new: vector.reserve(vector.capacity() + j),
+            "clear": lambda i, j, new: (vector.clear(), model.clear())}
+        names = draw.choices([*changes], [9, 5, 5, 5, 3, 3, 1], k=3000)
+        for name in names:
+            i, j = sorted((draw.randint(0, len(model)), draw.randint(0, len(model))))
+            if model and len(proxies) < 40:
+                position = draw.randrange(len(model))
+                proxies.append([vector[position], position, None])
+            before = model[:]
+            changes[name](i, min(j, i + 9) if name == "insert" else j, draw.choices(range(256), k=draw.randint(1, 9)))
+            assert numbers(vector) == model
+            for entry in proxies:
+                if entry[1] is not None and entry[1] >= len(model):
+                    entry[1:] = [None, before[entry[1]]]
+                assert entry[0][0] == (entry[2] if entry[1] is None else model[entry[1]]), name
+                assert entry[0].thisown == (entry[1] is None)
+            if len(proxies) == 40:
+                del proxies[:draw.randint(1, 40)]
 
     def test_pop_and_iteration_copy(self, vector):
         for value in (vector.pop(), next(iter(vector)), vector.begin().value()):
