@@ -70,6 +70,7 @@ function(zor_add_swig_module name)
   add_custom_command(
     OUTPUT ${destination}/${name}.py
     COMMAND Python3::Interpreter ${script} ${work}/${name}.py ${destination}/${name}.py
+    COMMAND Python3::Interpreter -m py_compile ${destination}/${name}.py # whoever imports it needn't be able to write
     DEPENDS ${work}/${name}.py ${script} ${PROJECT_SOURCE_DIR}/toolchain/wrapperstep.py
     COMMENT "Step over the shadow of ${name}"
     VERBATIM)
