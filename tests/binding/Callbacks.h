@@ -215,6 +215,12 @@ private:
   zor::ref_ptr<zor::Referenced> m_object;
 };
 
+/** Holds a reference until the process ends, which is after the interpreter's end. */
+inline void keepUntilExit(zor::Referenced* object) {
+  static std::vector<zor::ref_ptr<zor::Referenced>> kept;
+  kept.emplace_back(object);
+}
+
 /** A listener of the toolkit's own whose frames fail. */
 class FailingListener : public zorOSG::ExampleApplicationListener {
 public:

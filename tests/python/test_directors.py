@@ -691,6 +691,19 @@ keeper = callbacks.Keeper(listener)
 """)
         assert result.stdout in ("gone\n", "called\ngone\n") and result.stderr == ""
 
+    def test_a_toolkit_object_may_outlive_the_interpreter(self, run_python):
+        run_python("""
+import zorSDK, callbacks, _zorSDK
+class Kept(zorSDK.StepEventListener):
+    pass
+listeners = [Kept(), Kept()]
+for listener in listeners:
+    callbacks.keepUntilExit(listener)
+_zorSDK.disown_StepEventListener(listener)
+listener.thisown = False
+listener.unreference()
+""")
+
     def test_memory_stays_constant(self):
         simulation = zorSDK.Simulation()
         simulation.add(zor.RigidBody())
@@ -709,6 +722,15 @@ keeper = callbacks.Keeper(listener)
             simulation.remove(simulation.getListeners()[0])
 
         def disown():
+            kept = Plain()
+            _zorOSG.disown_GuiEventListener(kept)
+            simulation.add(kept)
+            kept.thisown = False
+            kept.unreference()
+            del kept
+            simulation.remove(simulation.getListeners()[0])
+
+        def disown_color():
             color = Color(None)
             _zorOSG.disown_LidarOutputRendererColorFunctionCallback(color)
             _zorOSG.delete_LidarOutputRendererColorFunctionCallback(color)
@@ -723,7 +745,8 @@ keeper = callbacks.Keeper(listener)
             pass
 
         listener, failing, white = Listener(), Listener(outcome=KeyError()), Color(osg.Vec4())
-        for pattern, times in ((create, 20000), (add, 20000), (abandon, 20000), (disown, 20000), (call, 2000)):
+        for pattern, times in ((create, 20000), (add, 20000), (abandon, 20000), (disown, 20000), (disown_color, 20000),
+                               (call, 2000)):
             grown = []
             for _ in range(3):
                 for _ in range(times // 2):

@@ -14,19 +14,23 @@
 %{
 #undef PyThread_free_lock
 
+#include <mutex>
+#include <set>
 #include <zorPython/ScriptManager.h>
 #include "runtime/DeathWatch.h"
 #include "runtime/DirectorError.h"
 #include "runtime/DynamicType.h"
 
-// Opens the one private member of the generator's director base that the death of a Python object must change.
-// Naming a private member in an explicit instantiation is allowed, and this is the only way in.
-template <auto Self>
+// Opens the private members of the generator's director base that the end of a Python object must change. Naming a
+// private member in an explicit instantiation is allowed, and this is the only way in.
+template <auto Self, auto Disowned>
 struct ZorDirectorAccess {
   friend void zorSetDirectorSelf(Swig::Director& director, PyObject* self) { director.*Self = self; }
+  friend void zorForgetDisowned(Swig::Director& director) { director.*Disowned = false; }
 };
 void zorSetDirectorSelf(Swig::Director& director, PyObject* self);
-template struct ZorDirectorAccess<&Swig::Director::swig_self>;
+void zorForgetDisowned(Swig::Director& director);
+template struct ZorDirectorAccess<&Swig::Director::swig_self, &Swig::Director::swig_disown_flag>;
 
 // Takes over when the Python object of a director dies before the toolkit is done with it: a plain proxy, for
 // which each method is the toolkit's own. Belongs to the director.
@@ -34,15 +38,39 @@ class ZorStandIn {
 public:
   ZorStandIn(Swig::Director& director, void* object, std::type_info const& type)
       : m_director(director), m_object(object), m_type(type),
-        m_watch(director.swig_get_self(), [this] { takeOver(); }) {}
+        m_watch(director.swig_get_self(), [this] { takeOver(); }) {
+    static bool const isTold = Py_AtExit(forgetAll) == 0;
+    (void)isTold;
+    std::lock_guard const lock(all().mutex);
+    all().standIns.insert(this);
+  }
   ZorStandIn(ZorStandIn const&) = delete;
   ~ZorStandIn() {
+    {
+      std::lock_guard const lock(all().mutex);
+      all().standIns.erase(this);
+    }
     zorPython::ScriptManager::PyGILGuard const lock;
     if (lock.isHeld()) Py_XDECREF(m_proxy);
   }
   bool isReady() const { return m_watch.isWatching(); }
 
 private:
+  struct All {
+    std::mutex mutex;
+    std::set<ZorStandIn*> standIns;
+  };
+  static All& all() {
+    static All& instance = *new All; // never destroyed: toolkit objects may be the last to go
+    return instance;
+  }
+
+  // The interpreter has ended: what outlives it has no Python object to give back.
+  static void forgetAll() {
+    std::lock_guard const lock(all().mutex);
+    for (ZorStandIn* standIn : all().standIns) zorForgetDisowned(standIn->m_director);
+  }
+
   void takeOver() {
     // While the interpreter ends, nothing can be made any more, and nothing needs to be called.
     if (!Py_IsFinalizing()) {
