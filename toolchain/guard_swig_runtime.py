@@ -6,6 +6,11 @@
   writes into the dictionary of a class that is given in place of an instance.
 - An object that is its own `this` sends the search for the wrapped object into endless recursion.
 - The run-time types can be called, which makes objects without a type.
+- A comparison reads the other side as a wrapped object, whatever it is.
+- A long chain is released link inside link, until the stack is used up.
+- `own(flag)` goes on after a truth test that failed, and the deletion of a variable of `cvar` assigns null to it.
+- A property `this` may hand out an object that nobody else holds.
+- An overloaded operator returns NotImplemented with the error of a wrong count pending.
 - `X_swigregister` takes anything for a class, and the next result is made by calling through it.
 
 Usage: guard_swig_runtime.py INPUT OUTPUT
@@ -84,10 +89,84 @@ BASE_TYPE = """\
 """
 NOT_CALLED = "Py_TPFLAGS_DEFAULT|Py_TPFLAGS_DISALLOW_INSTANTIATION"
 
+COMPARE = """\
+SWIGRUNTIME PyObject*
+SwigPyObject_richcompare(SwigPyObject *v, SwigPyObject *w, int op)
+{
+  PyObject* res = NULL;
+  if (!PyErr_Occurred()) {
+    if (op != Py_EQ && op != Py_NE) {
+"""
+COMPARE_GUARDED = """\
+SWIGRUNTIMEINLINE int SwigPyObject_Check(PyObject *op);
+
+""" + COMPARE.replace("(op != Py_EQ && op != Py_NE)", "((op != Py_EQ && op != Py_NE) || !SwigPyObject_Check((PyObject *)w))")
+
+RELEASE = """\
+  SWIG_Py_XDECREF(next);
+#ifdef SWIGPYTHON_BUILTIN
+  SWIG_Py_XDECREF(sobj->dict);
+"""
+RELEASE_GUARDED = """\
+  while (next && Py_REFCNT(next) == 1) {
+    PyObject *after = ((SwigPyObject *)next)->next;
+    ((SwigPyObject *)next)->next = NULL;
+    SWIG_Py_DECREF(next);
+    next = after;
+  }
+""" + RELEASE
+
+OWN = """\
+    if (val) {
+      if (PyObject_IsTrue(val)) {
+"""
+OWN_GUARDED = """\
+    int const truth = val ? PyObject_IsTrue(val) : 0;
+    if (truth < 0) {
+      SWIG_Py_XDECREF(obj);
+      return NULL;
+    }
+    if (val) {
+      if (truth) {
+"""
+
+VARIABLE = """\
+      res = (*var->set_attr)(p);
+"""
+VARIABLE_GUARDED = """\
+      if (!p) {
+        PyErr_Format(PyExc_AttributeError, "C global variable '%s' can't be deleted", n);
+        return 1;
+      }
+""" + VARIABLE
+
+PROPERTY = """\
+#else
+  obj = PyObject_GetAttr(pyobj,SWIG_This());
+  if (obj) {
+    SWIG_Py_DECREF(obj);
+"""
+PROPERTY_GUARDED = """\
+#else
+  obj = PyObject_GetAttr(pyobj,SWIG_This());
+  if (obj) {
+    int const last = Py_REFCNT(obj) == 1;
+    SWIG_Py_DECREF(obj);
+    if (last) return 0;
+"""
+
+OPERATOR = """\
+fail:
+  SWIG_Py_INCREF(Py_NotImplemented);
+"""
+OPERATOR_GUARDED = OPERATOR.replace("fail:\n", "fail:\n  PyErr_Clear();\n")
+
 # What is replaced, by what, and how often it stands there; a module registers any number of classes.
 GUARDS = ((APPEND, APPEND_GUARDED, 1), (INIT, INIT_GUARDED, 1), (THIS, THIS_GUARDED, 1),
           (TYPES, TYPES.replace("Py_TPFLAGS_DEFAULT", NOT_CALLED), 2),
-          (BASE_TYPE, BASE_TYPE.replace("Py_TPFLAGS_DEFAULT", NOT_CALLED), 1), (REGISTER, REGISTER_GUARDED, None))
+          (BASE_TYPE, BASE_TYPE.replace("Py_TPFLAGS_DEFAULT", NOT_CALLED), 1), (REGISTER, REGISTER_GUARDED, None),
+          (COMPARE, COMPARE_GUARDED, 1), (RELEASE, RELEASE_GUARDED, 1), (OWN, OWN_GUARDED, 1), (VARIABLE, VARIABLE_GUARDED, 1),
+          (PROPERTY, PROPERTY_GUARDED, 1), (OPERATOR, OPERATOR_GUARDED, None))
 
 
 def guard(source: str) -> str:

@@ -24,4 +24,5 @@
 #include <osg/TextureCubeMap>
 #include <osg/Uniform>
 #include <tuple>
+#include <set>
 #include <vector>

@@ -14,8 +14,11 @@ import zor
 %include <std_vector.i>
 %import "zor.i"
 
-%ignore std::vector<std::string>::get_allocator;
-%template(StringVector) std::vector<std::string>;
+// Lists of texts are plain Python sequences: made from any iterable of str, and given as tuples.
+%template() std::vector<std::string>;
+%typemap(out) std::vector<std::string> const& {
+  $result = swig::from(static_cast<std::vector<std::string> const&>(*$1));
+}
 
 %typemap(out) zor::Vector<zor::String> const& {
   $result = PyList_New(0);

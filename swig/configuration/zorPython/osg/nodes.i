@@ -56,10 +56,15 @@ OSG_OWNED(Camera)
 %{
 static void zorOsgCheckChild(osg::Node* parent, osg::Node* child) {
   if (!child) throw std::invalid_argument("a node is expected, not None");
-  osg::NodePathList const paths = parent->getParentalNodePaths();
-  for (osg::NodePath const& path : paths) {
-    for (osg::Node* node : path) {
-      if (node == child) throw std::invalid_argument("a node can't be its own descendant");
+  // Nodes have several parents: each is visited once, for there may be very many paths.
+  std::set<osg::Node*> seen{parent};
+  std::vector<osg::Node*> open{parent};
+  while (!open.empty()) {
+    osg::Node* node = open.back();
+    open.pop_back();
+    if (node == child) throw std::invalid_argument("a node can't be its own descendant");
+    for (unsigned int i = 0; i < node->getNumParents(); ++i) {
+      if (seen.insert(node->getParent(i)).second) open.push_back(node->getParent(i));
     }
   }
 }

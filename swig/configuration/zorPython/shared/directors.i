@@ -110,7 +110,9 @@ static PyObject* zorDirectorObject(Object* object) {
   SwigPyObject* wrapped = self ? SWIG_Python_GetSwigThis(self) : nullptr;
   if (!wrapped) return nullptr;
   auto const* data = static_cast<SwigPyClientData const*>(wrapped->ty->clientdata);
-  bool const isStandIn = data && data->klass == reinterpret_cast<PyObject*>(Py_TYPE(self));
+  // Not the proxy of another object, which a script may have made the director's object as well.
+  bool const isStandIn = data && data->klass == reinterpret_cast<PyObject*>(Py_TYPE(self)) &&
+                         wrapped->ptr == dynamic_cast<void*>(object);
   if (!isStandIn) return Py_NewRef(self);
   object->reference();
   return SWIG_NewPointerObj(wrapped->ptr, wrapped->ty, SWIG_POINTER_OWN);

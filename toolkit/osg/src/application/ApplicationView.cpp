@@ -2,6 +2,7 @@
 
 #include "Conversion.h"
 #include "NativeWindow.h"
+#include "scene/Ancestry.h"
 #include "scene/Checks.h"
 
 #include <zorOSG/GeometryNode.h>
@@ -244,8 +245,10 @@ zor::AffineMatrix4x4 ExampleApplication::getCoordinateSystemTransform() const {
 void ExampleApplication::addRenderTarget(zorOSG::RenderTarget* rtt, osg::Node* targetSceneNode) {
   requireGiven("addRenderTarget", "rtt", rtt);
   m_impl->requireGraphics("addRenderTarget");
-  removeRenderTarget(rtt);
   osg::ref_ptr<osg::Node> const node = targetSceneNode ? targetSceneNode : getSceneDecorator();
+  requireNoCircle("addRenderTarget", getRoot(), node);
+  requireNoCircle("addRenderTarget", rtt->getCamera(), node);
+  removeRenderTarget(rtt);
   rtt->getCamera()->addChild(node);
   getRoot()->addChild(rtt->getCamera());
   m_impl->targets.push_back({rtt, node, m_isLoadingScene});

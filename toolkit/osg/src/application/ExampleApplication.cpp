@@ -1,6 +1,7 @@
 #include "ExampleApplicationImpl.h"
 
 #include "CurrentApplicationScope.h"
+#include "scene/Ancestry.h"
 #include "scene/Checks.h"
 
 #include <filesystem>
@@ -78,6 +79,8 @@ void ExampleApplication::initScene(osg::Group* root) {
   requireGiven("initScene", "root", root);
   Impl& m = *m_impl;
   osg::ref_ptr<osg::Group> const previous = m.graph.root();
+  for (auto const& added : m.targets)
+    requireNoCircle("initScene", root, added.node);
   m.graph.setRoot(root);
   for (osg::Node* const overlay : {m.help.node(), m.statistics.node()}) {
     previous->removeChild(overlay);

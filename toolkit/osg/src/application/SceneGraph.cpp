@@ -1,6 +1,7 @@
 #include "SceneGraph.h"
 
 #include "CommandLine.h"
+#include "scene/Ancestry.h"
 
 #include <zorOSG/ExampleApplication.h>
 
@@ -9,15 +10,6 @@ namespace zorOSG {
 namespace {
 
 using App = ExampleApplication;
-
-bool isBelow(osg::Node const* node, osg::Group const* top) {
-  if (node == top)
-    return true;
-  for (unsigned i = 0; i < node->getNumParents(); ++i)
-    if (isBelow(node->getParent(i), top))
-      return true;
-  return false;
-}
 
 } // namespace
 
@@ -39,6 +31,7 @@ SceneGraph::SceneGraph()
 }
 
 void SceneGraph::setRoot(osg::Group* root) {
+  requireNoCircle("initScene", root, m_decorator);
   osg::ref_ptr<osg::Group> const previous = m_root;
   m_root = root;
   previous->removeChild(m_decorator);
@@ -49,12 +42,15 @@ void SceneGraph::setScene(osg::Group* scene) {
   osg::ref_ptr<osg::Group> const next = scene;
   if (next == m_scene)
     return;
+  bool const isShown = next && isAtOrBelow(next.get(), m_root.get());
+  if (!isShown)
+    requireNoCircle("setScene", m_sceneRoot, next);
   if (m_scene == m_sceneRoot)
     m_sceneRoot->removeChildren(0, m_sceneRoot->getNumChildren());
   else if (m_scene)
     m_sceneRoot->removeChild(m_scene);
   m_scene = next;
-  if (m_scene && !isBelow(m_scene.get(), m_root.get()))
+  if (m_scene && !isShown)
     m_sceneRoot->addChild(m_scene);
 }
 

@@ -2,6 +2,7 @@
 
 #include "decorator/DecoratorParts.h"
 #include "decorator/Defines.h"
+#include "scene/Ancestry.h"
 #include "scene/VisualState.h"
 
 #include <zor/Notify.h>
@@ -332,10 +333,12 @@ void SceneDecorator::updateCursorPosition(float x, float y) {
 }
 
 bool SceneDecorator::addChild(osg::Node* child) {
+  requireNoCircle("addChild", this, child);
   return osg::Group::addChild(child);
 }
 
 bool SceneDecorator::insertChild(unsigned int index, osg::Node* child) {
+  requireNoCircle("insertChild", this, child);
   return osg::Group::insertChild(index, child);
 }
 
@@ -352,10 +355,12 @@ bool SceneDecorator::removeChildren(unsigned int pos, unsigned int numChildrenTo
 }
 
 bool SceneDecorator::replaceChild(osg::Node* origChild, osg::Node* newChild) {
+  requireNoCircle("replaceChild", this, newChild);
   return osg::Group::replaceChild(origChild, newChild);
 }
 
 bool SceneDecorator::setChild(unsigned int i, osg::Node* node) {
+  requireNoCircle("setChild", this, node);
   return node && osg::Group::setChild(i, node);
 }
 

@@ -2,6 +2,7 @@
 
 #include <osg/StateSet>
 
+#include "Ancestry.h"
 #include "Convert.h"
 
 namespace zorOSG {
@@ -17,6 +18,7 @@ bool Transform::addChild(zorOSG::GeometryNode* child) {
 }
 
 bool Transform::addChild(osg::Node* child) {
+  requireNoCircle("addChild", this, child);
   return child && osg::MatrixTransform::addChild(child);
 }
 
