@@ -17,6 +17,10 @@ import osgGA
 %import "osg.i"
 %import "osgGA.i"
 
+%include "shared/lent.i"
+ZOR_LENT(osgGA::CameraManipulator)
+ZOR_LENT(osgGA::EventQueue)
+
 %nodefaultctor osgViewer::Viewer;
 %nodefaultdtor osgViewer::Viewer;
 

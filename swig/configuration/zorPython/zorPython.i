@@ -2,6 +2,7 @@
 
 %{
 #include <zorOSG/CurrentApplication.h>
+#include <zorOSG/ExampleApplication.h>
 #include <zorPython/ScriptManager.h>
 %}
 
@@ -45,6 +46,9 @@ def getErrors():
     """Returns the errors of Python callbacks since clearErrors(), each kind once, the oldest first."""
     return [_error(i) for i in range(_numKinds())]
 %}
+
+%include "shared/lent.i"
+ZOR_LENT(zorOSG::ExampleApplication)
 
 // The class stands in the module of the visualisation layer, which hands this function on.
 namespace zorOSG {

@@ -30,6 +30,7 @@ MODULES = ["zor", "zorCollide", "zorSDK", "zorRender", "zorIO", "zorStream", "os
 SESSION = 500  # calls between two collections of dead objects
 HANG = 30  # seconds that a call may take
 MEMORY = 6 << 30  # address space beyond what is mapped at the start
+TRACE = "ZOR_FUZZ_TRACE" in os.environ  # tells every call
 KEPT = 8  # live objects of a type
 
 
@@ -43,6 +44,8 @@ class Journal:
             self._memory = mmap.mmap(file.fileno(), self.SIZE)
 
     def write(self, text):
+        if TRACE:
+            print(text, file=sys.stderr)
         data = text.encode("utf-8", "backslashreplace")[:self.SIZE - 1]
         self._memory[:len(data) + 1] = data + b"\0"
 
@@ -208,14 +211,8 @@ class Caller:
         return self._by_type
 
     def _type_names(self, name, kind):
-        for form in self.signatures[name].forms:
-            pass
-        module = name.split(".")[0]
-        for space in (module, "zor", "osg"):
-            key = self.registry.key(f"{space}::{kind.__name__} *")
-            if key:
-                return [key]
-        return []
+        key = self.class_key("_" + name, kind.__name__)
+        return [key] if key else []
 
     def arguments(self, name, well, depth=0):
         signature = self.signatures[name]
@@ -237,23 +234,26 @@ class Caller:
         if isinstance(value, str):
             return ascii(value) if len(value) < 60 else f"{ascii(value[:20])}... ({len(value)})"
         key = self.registry.key_of(value) if hasattr(type(value), "thisown") or type(value).__name__ == "SwigPyObject" else None
-        return f"<{key.decode()} {type(value).__name__}>" if key else f"<{type(value).__name__}>"
+        at = f" {int(getattr(value, 'this', value)):x}{'' if getattr(value, 'thisown', True) else ' borrowed'}" if key and TRACE else ""
+        return f"<{key.decode()} {type(value).__name__}{at}>" if key else f"<{type(value).__name__}>"
 
     def call(self, name, arguments):
         self.number += 1
         bare = self._bare(name)
-        self.journal.write(f"call {self.number}: {name}({', '.join(map(self.describe, arguments))})")
+        self.journal.write(f"call {self.number}: {self.text(name, arguments)}")
         signal.setitimer(signal.ITIMER_REAL, HANG)
         self.called[name] += 1
         result = None
         try:
             result = self.functions[name](*arguments)
+            if hasattr(type(result), "thisown") and not self.is_counted(result):
+                result.__dict__["_keeps"] = arguments  # what it may lie in
             self.counts["returned"] += 1
             self.reached.add(name)
         except BaseException as error:  # whatever it is: it is judged below
             self.counts[type(error).__name__] += 1
-            if not rules.allowed(bare, error):
-                self.wrong.setdefault(f"{name}: {type(error).__name__}: {error}"[:300], self.journal_text(name, arguments))
+            if not rules.allowed(bare, error, arguments):
+                self.wrong.setdefault(f"{name}: {type(error).__name__}: {error}"[:300], self.text(name, arguments))
             if isinstance(error, (TypeError, OverflowError)):
                 self.signatures[name].learn(arguments, error)
             if not isinstance(error, TypeError):
@@ -262,7 +262,7 @@ class Caller:
             signal.setitimer(signal.ITIMER_REAL, 0)
         return result
 
-    def journal_text(self, name, arguments):
+    def text(self, name, arguments):
         return f"{name}({', '.join(map(self.describe, arguments))})"
 
     def one(self, name):
@@ -275,19 +275,21 @@ class Caller:
         if bare.endswith("_swiginit"):
             return self.call(name, [self.random.choice((None, 5, "x", object())), self.wild()])
         arguments = self.arguments(name, 1.0 if dice < 0.6 else 0.5 if dice < 0.85 else 0.0)
-        if bare == "ExampleApplication_run":
-            if not arguments or type(arguments[0]).__name__ != "ExampleApplication":
-                return self.call(name, [self.wild()])
-            world.prepare_run(arguments[0])
+        prepared = self.prepare(bare, arguments)  # alive during the call
         result = self.call(name, arguments)
         self.keep(name, arguments)
         if result is not None:
-            if hasattr(type(result), "thisown") and not self.is_counted(result):
-                result.__dict__["_keeps"] = arguments
             self.pool.add(result)
             key = self.registry.key_of(result)
             if key:
                 self.makers[key].add(name)
+        return None
+
+    def prepare(self, bare, arguments):
+        """Functions that last as long as they are told to are told to be short."""
+        preparation = {"ExampleApplication_run": world.prepare_run, "Simulation_stepTo": world.prepare_steps}.get(bare)
+        if preparation and arguments and self.registry.key_of(arguments[0]) == self.class_key("_zor." + bare, bare.split("_")[0]):
+            return preparation(arguments[0])
         return None
 
     def is_counted(self, value):
@@ -319,11 +321,7 @@ class Caller:
 
     def class_key(self, name, kind):
         module = name.split(".")[0][1:]
-        for space in (module, "zor", "osg"):
-            key = self.registry.key(f"{space}::{kind} *")
-            if key:
-                return key
-        return None
+        return next(filter(None, (self.registry.key(f"{space}::{kind} *") for space in (module, *MODULES))), None)
 
     def destroy(self, name, bare):
         """A new object, which nobody else knows."""
@@ -358,7 +356,7 @@ class Caller:
                     try:
                         self.pool.add(kind())
                     except Exception as error:
-                        assert rules.allowed("", error), error
+                        assert rules.allowed("", error, []), error
         for _ in range(SESSION):
             if not self.deck:
                 self.deck = [name for name in self.functions if self._bare(name) not in self.skipped]

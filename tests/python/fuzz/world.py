@@ -1,7 +1,7 @@
 """Objects to start from: a small scene that has drawn a frame, and Python classes that the toolkit calls."""
 
-import gc
-
+import _zorOSG
+import _zorSDK
 import osg
 import zor
 import zorCollide
@@ -68,6 +68,11 @@ def scene():
     return [*found, hinge, zorOSG.findGeometryNodes(found[7], root), osg.Vec3(1, 2, 3), osg.Vec4(1, 0, 0, 1)]
 
 
+def prepare_steps(simulation):
+    """Makes the steps up to a time few, whatever the settings were."""
+    _zorSDK.Simulation_setTimeStep(simulation, 0.1)
+
+
 def prepare_run(app):
     """Makes an application's loop end after a few frames, whatever its settings were."""
 
@@ -79,11 +84,9 @@ def prepare_run(app):
             if self.frames > 2:
                 application.stop()
 
-    app.setRealTimeSync(False)
-    app.setTimeStep(0.01)
-    app.setAutoStepping(True)
-    app.setEnablePauseUpdate(True)
     stopper = Stopper()
-    app.addListener(stopper)
-    zorOSG.disown_ExampleApplicationListener(stopper) if hasattr(zorOSG, "disown_ExampleApplicationListener") else gc.collect()
+    for name, value in (("setRealTimeSync", False), ("setTargetFPS", 0), ("setTimeStep", 0.01), ("setAutoStepping", True),
+                        ("setEnablePauseUpdate", True), ("addListener", stopper),
+                        ("stopAfter", _zorOSG.ExampleApplication_getTimeStamp(app) + 0.05)):
+        getattr(_zorOSG, "ExampleApplication_" + name)(app, value)
     return stopper

@@ -9,6 +9,7 @@
 %nothreadallow;
 
 %include "shared/self.i"
+%include "shared/members.i"
 %include "shared/exceptions.i"
 %include "shared/logging_guard.i"
 %include "shared/strings.i"

@@ -75,7 +75,8 @@ public:
   /** Advances in whole time steps while the next one does not lie beyond a time.
    * \param time In s; a time in the past does nothing.
    * \return Number of steps done.
-   * \throws std::invalid_argument When the time is not finite.
+   * \throws std::invalid_argument When the time is not finite, more than 10⁹ steps away, or so late that a
+   *         step doesn't change it.
    */
   zor::UInt stepTo(zor::Real time);
 
