@@ -22,7 +22,7 @@ class TestPointerObjects:
         vector.this.append(other.this)
         assert _zor.RangeReal_length(vector) == other.length()  # an object of two kinds
         for link in (vector.this, other.this):
-            with pytest.raises(ValueError, match="chain"):
+            with pytest.raises(ValueError, match="append"):
                 vector.this.append(link)
         with pytest.raises(TypeError, match="non SwigPyObject"):
             vector.this.append(5)

@@ -288,7 +288,8 @@ class Caller:
     def prepare(self, bare, arguments):
         """Functions that last as long as they are told to are told to be short."""
         preparation = {"ExampleApplication_run": world.prepare_run, "Simulation_stepTo": world.prepare_steps}.get(bare)
-        if preparation and arguments and self.registry.key_of(arguments[0]) == self.class_key("_zor." + bare, bare.split("_")[0]):
+        wanted = self.class_key("_zor." + bare, bare.split("_")[0])
+        if preparation and arguments and self.registry.key_of(arguments[0]) == wanted and int(getattr(arguments[0], "this", arguments[0])):
             return preparation(arguments[0])
         return None
 
