@@ -115,7 +115,7 @@ def test_constructor(kind):
     blocks, memory = sys.getallocatedblocks(), resident()
     repeat(kind, rounds)
     gc.collect()
-    assert sys.getallocatedblocks() - blocks < 50
+    assert sys.getallocatedblocks() - blocks < rounds // 3
     assert resident() - memory < 2_000_000 + BYTES * rounds
 
 

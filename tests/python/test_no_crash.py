@@ -1,5 +1,6 @@
 """Nothing that Python can pass to the modules ends the process or hangs it."""
 
+import os
 import sys
 
 import pytest
@@ -8,6 +9,7 @@ import _zor
 import _zorOSG
 import zor
 import zorOSG
+from fuzz import rules, runner
 
 
 class TestPointerObjects:
@@ -76,3 +78,46 @@ class TestPointerObjects:
 
     def test_an_operator_with_too_many_arguments(self):
         assert _zor.Vec3___mul__(zor.Vec3(), 1, 2, 3) is NotImplemented
+
+
+# A long run: ZOR_FUZZ_CALLS=1000000 ZOR_FUZZ_SECONDS=3600 (and ZOR_FUZZ_SEED for other calls).
+CALLS = int(os.environ.get("ZOR_FUZZ_CALLS", "40000"))
+SECONDS = float(os.environ.get("ZOR_FUZZ_SECONDS", "60"))
+SEED = int(os.environ.get("ZOR_FUZZ_SEED", "1"))
+
+
+class TestEveryFunction:
+    """Each entry of the method tables, with arguments of all kinds, in processes of their own."""
+
+    @pytest.fixture(scope="class")
+    def result(self, request):
+        result = runner.run(SEED, CALLS, SECONDS, len(os.sched_getaffinity(0)))
+        with request.config.pluginmanager.getplugin("capturemanager").global_and_fixture_disabled():
+            print(f"\n{result}")
+        return result
+
+    def test_none_ends_the_process(self, result):
+        assert not result.crashes, "\n\n".join(result.crashes)
+
+    def test_only_documented_exceptions(self, result):
+        assert not result.wrong, "\n".join(f"{error}\n    in {call}" for error, call in result.wrong.items())
+
+    def test_every_entry_is_called(self, result):
+        if result.crashes:
+            pytest.skip("a process ended early")
+        assert not result.missed
+        # Most have to get past the conversion of their arguments, or nothing is tested but that.
+        assert len(result.shallow) < len(result.called) / 3, sorted(result.shallow)
+
+    def test_a_crash_is_seen_and_named(self):
+        assert runner.crash_text(7, 0, "call 3: f()", "") is None
+        assert runner.crash_text(7, -6, "call 3: f()", "text").startswith("seed 7: signal SIGABRT in call 3: f()")
+        assert "no end" in runner.crash_text(7, -14, "", "")
+        assert "memory leak of type 'X'" in runner.crash_text(7, 0, "", "swig/python detected a memory leak of type 'X', no destructor")
+        report, crash = runner.work(SEED, 0, 0)
+        assert crash is None and report["calls"] == 0 and report["missed"]
+
+    def test_the_list_of_exceptions_is_short(self):
+        assert len(rules.UNDEFINED) <= 6
+        assert all(rules.UNDEFINED.values())
+        assert rules.undefined("delete_Vec3") and not rules.undefined("Vec3_length")

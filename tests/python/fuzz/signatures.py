@@ -40,12 +40,16 @@ def _scope(qualified):
 
 
 class Signature:
-    """Parameter lists of one function. A type is the declared text, or None while it is not known."""
+    """Parameter lists of one function. A type is the declared text, or None while it is not known. Without a function to
+    ask there is one parameter of any type."""
 
     def __init__(self, name, function):
         self.name = name
         self.forms = [[]]
         self.overloaded = False
+        if function is None:
+            self.forms = [[None]]
+            return
         try:
             function(*[object()] * 40)
         except (TypeError, SystemError) as error:
@@ -75,6 +79,13 @@ class Signature:
             self.forms = [[None]]
         elif found := _COUNT.search(text):
             self.forms = [[None] * int(found[2])]
+
+    def shifted(self):
+        """Without the first parameter."""
+        result = Signature(self.name, None)
+        result.overloaded = True
+        result.forms = [form[1:] for form in self.forms]
+        return result
 
     def learn(self, arguments, error):
         """Takes the type of an argument from the message that refused it."""

@@ -93,16 +93,21 @@ class Caller:
 
     def __init__(self, journal, skipped):
         self.modules = [importlib.import_module(name) for name in MODULES]
-        flat = [importlib.import_module("_" + name) for name in MODULES]
-        self.functions = {f"{module.__name__}.{name}": function for module in flat for name, function in vars(module).items()
-                          if isinstance(function, types.BuiltinFunctionType)}
-        self.functions.update({f"{module.__name__}.{name}": kind for module in self.modules for name, kind in vars(module).items()
-                               if isinstance(kind, type) and hasattr(kind, "thisown") and kind.__module__ == module.__name__})
+        self.functions = {}  # flat functions and shadow classes by their names
+        self.signatures = {}
+        for module in self.modules:
+            self._add_functions(importlib.import_module("_" + module.__name__))
+            self._add_classes(module)
+        self.directors = [self.functions[f"{module.__name__}.{bare}"] for module in self.modules for bare in dir(module)
+                          if f"_{module.__name__}.disown_{bare}" in self.functions]
         self.skipped = skipped
         self.journal = journal
         self.registry = Registry()
         self.pool = Pool(self.registry)
-        self.signatures = {}
+        self.kinds = collections.defaultdict(list)  # shadow classes by the type of their objects
+        for name, function in self.functions.items():
+            if isinstance(function, type) and (key := self.class_key("_" + name, function.__name__)):
+                self.kinds[key].append(name)
         self.makers = collections.defaultdict(set)  # functions by the type that they returned
         self.held = []  # what the library may hold by pointer without counting
         self.counts = collections.Counter()
@@ -112,35 +117,28 @@ class Caller:
         self.random = None
         self.deck = []
         self.plain = []
+        self.odd = []
         self.number = 0
-        self.directors = list(world.director_classes(self.modules))
-        for name, function in self.functions.items():
-            bare = self._bare(name)
-            if isinstance(function, type):
-                self.signatures[name] = None
-            elif not rules.undefined(bare) and not bare.endswith(("_swiginit", "_swigregister")):
-                self.signatures[name] = Signature(bare, function)
-            else:
-                self.signatures[name] = Signature(bare, lambda *arguments: None)
-                self.signatures[name].forms = [[None]]
-        for name, signature in list(self.signatures.items()):
-            if signature is None:
-                module, bare = name.split(".")
-                self.signatures[name] = self.signatures.get(f"_{module}.new_{bare}")
-                if self.signatures[name] is None:
-                    del self.signatures[name], self.functions[name]
-            elif self._bare(name).startswith("new_"):
-                self.makers_of(name)
+
+    def _add_functions(self, module):
+        for bare, function in vars(module).items():
+            if isinstance(function, types.BuiltinFunctionType):
+                name = f"{module.__name__}.{bare}"
+                known = rules.undefined(bare) or bare.endswith(("_swiginit", "_swigregister"))
+                self.functions[name] = function
+                self.signatures[name] = Signature(bare, None if known else function)
+
+    def _add_classes(self, module):
+        for bare, kind in vars(module).items():
+            flat = self.signatures.get(f"_{module.__name__}.new_{bare}")
+            if isinstance(kind, type) and kind.__module__ == module.__name__ and flat:
+                name = f"{module.__name__}.{bare}"
+                self.functions[name] = kind
+                # The class itself passes the first parameter of a director's constructor.
+                self.signatures[name] = flat.shifted() if f"_{module.__name__}.disown_{bare}" in self.functions else flat
 
     def _bare(self, name):
         return name.split(".")[1]
-
-    def makers_of(self, name):
-        """Registers a constructor under the type that it makes: the shadow class tells it by its name."""
-        bare = self._bare(name).removeprefix("new_")
-        for module in self.modules:
-            if f"_{module.__name__}" == name.split(".")[0] and hasattr(module, bare):
-                self.makers[f"{module.__name__}.{bare}"].add(name)
 
     # ---- arguments
 
@@ -189,7 +187,7 @@ class Caller:
 
     def make(self, key, depth):
         """A new object of a type, or of one that converts to it."""
-        kinds = [kind for source in self.registry.sources(key) for kind in self._kinds().get(source, ())]
+        kinds = [name for source in self.registry.sources(key) for name in self.kinds.get(source, ())]
         makers = [name for source in self.registry.sources(key) for name in self.makers.get(source, ())]
         for attempt in range(3):
             name = self.random.choice(kinds + makers) if kinds or makers else None
@@ -199,20 +197,6 @@ class Caller:
             if result is not None and self.registry.key_of(result) in self.registry.sources(key):
                 return result
         return None
-
-    def _kinds(self):
-        """Shadow classes by the type that their objects have."""
-        if not hasattr(self, "_by_type"):
-            self._by_type = collections.defaultdict(list)
-            for name, kind in self.functions.items():
-                if isinstance(kind, type):
-                    for key in self._type_names(name, kind):
-                        self._by_type[key].append(name)
-        return self._by_type
-
-    def _type_names(self, name, kind):
-        key = self.class_key("_" + name, kind.__name__)
-        return [key] if key else []
 
     def arguments(self, name, well, depth=0):
         signature = self.signatures[name]
@@ -374,7 +358,8 @@ def main(journal, start, calls, seconds, skipped=""):
     caller = Caller(Journal(journal), set(skipped.split(",")))
     with open("/proc/self/statm") as file:
         mapped = int(file.read().split()[0]) * resource.getpagesize()
-    resource.setrlimit(resource.RLIMIT_AS, (mapped + MEMORY, mapped + MEMORY))
+    if values.LARGEST is None:
+        resource.setrlimit(resource.RLIMIT_AS, (mapped + MEMORY, mapped + MEMORY))
     end = time.monotonic() + float(seconds)
 
     @seed(int(start))

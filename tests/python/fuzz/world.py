@@ -12,16 +12,6 @@ import zorSDK
 from fuzz.values import Mischief
 
 
-def director_classes(modules):
-    """For each class that Python may derive from: one that answers at random, one whose __init__ does nothing."""
-    for module in modules:
-        for name in dir(module):
-            if name.startswith("disown_"):
-                base = getattr(module, name.removeprefix("disown_"), None)
-                if isinstance(base, type):
-                    yield base
-
-
 def subclass(base, random):
     """A subclass that overrides every public method with one that returns something or raises."""
     answers = [None, True, False, 1, "text", object()]
