@@ -24,8 +24,8 @@ public:
   static void raiseAfterReturn();
 
   /**
-   * Has an exception raised in the Python code that has called the toolkit as soon as that code goes on. Call with
-   * the interpreter lock held.
+   * Has an exception raised in the Python code that has called the toolkit as soon as that code goes on. Call
+   * with the interpreter lock held.
    * \param exception - the exception
    * \return false if no Python code has called on this thread, or if it is not the interpreter's main one
    */

@@ -23,7 +23,8 @@ int raiseKept(void* /*unused*/) {
 
 bool isMainThread() {
   PythonReference const threading(PyImport_ImportModule("threading"));
-  PythonReference const main(threading ? PyObject_CallMethod(threading.get(), "main_thread", nullptr) : nullptr);
+  PythonReference const main(threading ? PyObject_CallMethod(threading.get(), "main_thread", nullptr)
+                                       : nullptr);
   PythonReference const number(main ? PyObject_GetAttrString(main.get(), "ident") : nullptr);
   bool const isMain = number && PyLong_AsUnsignedLong(number.get()) == PyThread_get_thread_ident();
   PyErr_Clear();
