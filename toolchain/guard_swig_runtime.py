@@ -12,6 +12,7 @@
 - A property `this` may hand out an object that nobody else holds.
 - An overloaded operator returns NotImplemented with the error of a wrong count pending.
 - `X_swigregister` takes anything for a class, and the next result is made by calling through it.
+- An overloaded operator with a wrong number of arguments returns NotImplemented and leaves the error of the number set.
 
 Usage: guard_swig_runtime.py INPUT OUTPUT
 """
@@ -77,6 +78,16 @@ REGISTER_GUARDED = REGISTER + """\
     PyErr_SetString(PyExc_TypeError, "swigregister expects a class");
     return NULL;
   }
+"""
+
+OPERATOR = """\
+fail:
+  SWIG_Py_INCREF(Py_NotImplemented);
+"""
+OPERATOR_GUARDED = """\
+fail:
+  PyErr_Clear();
+  SWIG_Py_INCREF(Py_NotImplemented);
 """
 
 TYPES = """\
@@ -161,7 +172,7 @@ fail:
 """
 OPERATOR_GUARDED = OPERATOR.replace("fail:\n", "fail:\n  PyErr_Clear();\n")
 
-# What is replaced, by what, and how often it stands there; a module registers any number of classes.
+# What is replaced, by what, and how often it stands there; a module has any number of classes and operators.
 GUARDS = ((APPEND, APPEND_GUARDED, 1), (INIT, INIT_GUARDED, 1), (THIS, THIS_GUARDED, 1),
           (TYPES, TYPES.replace("Py_TPFLAGS_DEFAULT", NOT_CALLED), 2),
           (BASE_TYPE, BASE_TYPE.replace("Py_TPFLAGS_DEFAULT", NOT_CALLED), 1), (REGISTER, REGISTER_GUARDED, None),

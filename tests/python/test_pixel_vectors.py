@@ -382,6 +382,7 @@ class TestIterators:
         assert (begin == 5, begin != 5) == (False, True)
         for operation in ("__eq__", "__ne__", "__add__", "__sub__"):
             assert getattr(begin, operation)("x") is NotImplemented
+            assert getattr(_zorOSG, f"SwigPyIterator_{operation}")(begin, 1, 1) is NotImplemented
         with pytest.raises(TypeError):
             begin + "x"
 
