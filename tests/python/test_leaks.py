@@ -207,3 +207,49 @@ def test_pattern(scene, name):
         check_constant(lambda: pattern(scene))
     finally:
         zorPython.clearErrors()
+
+
+def references(thing):
+    return thing.getReferenceCount() if hasattr(thing, "getReferenceCount") else thing.referenceCount()
+
+
+COUNTED = [parameter for parameter in CONSTRUCTORS
+           if hasattr(parameter.values[0], "getReferenceCount") or hasattr(parameter.values[0], "referenceCount")]
+
+
+@pytest.mark.parametrize("kind", COUNTED)
+def test_a_new_object_has_the_one_reference_of_its_proxy(kind):
+    made = kind()
+    flat = (_zor.Referenced_getReferenceCount if hasattr(kind, "getReferenceCount") else None)
+    for refused in (lambda: _zor.RigidBody_setPosition(made, made), lambda: zorOSG.createGrid(made, made),
+                    lambda: zorOSG.createVisual(made, made, made, made, made, made, made)):
+        raises(refused)
+    assert references(made) == 1
+    assert flat is None or flat(made) == 1
+
+
+# What is made, and what is done with it that takes references and gives them back.
+SHARED = {
+    "a body": (zor.RigidBody, lambda s, body: (s.sim.add(body), s.sim.getRigidBodies(), s.sim.stepForward(), s.sim.remove(body))),
+    "a body with visuals": (zor.RigidBody, lambda s, body: (s.sim.add(body), zorOSG.createVisual(body, osg.Group()), s.sim.remove(body))),
+    "a geometry": (lambda: zorCollide.Geometry(zorCollide.Sphere(1)),
+                   lambda s, geometry: (lambda body: (body.add(geometry), body.getGeometries(), body.remove(geometry)))(zor.RigidBody())),
+    "a listener": (Steps, lambda s, listener: (s.sim.add(listener), s.sim.stepForward(), s.sim.getListeners(), s.sim.remove(listener))),
+    "an assembly": (zorSDK.Assembly, lambda s, assembly: (s.sim.add(assembly), s.sim.getAssemblies(), s.sim.remove(assembly))),
+    "a frame": (zor.Frame, lambda s, frame: (lambda child: (child.setParent(frame), child.getParent(), child.setParent(None)))(zor.Frame())),
+    "a node": (osg.Group, lambda s, node: (s.group.addChild(node), s.group.getChild(0), s.group.removeChild(node))),
+    "a transform": (zorOSG.Transform, lambda s, node: (zorOSG.Transform_reference(node), zorOSG.Transform_unreference(node))),
+    "a state set": (osg.StateSet, lambda s, state: (lambda node: (node.setStateSet(state), node.getStateSet(), node.setStateSet(None)))(osg.Node())),
+    "a render target": (lambda: zorOSG.RenderToImage(16, 16), lambda s, target: (s.app.addRenderTarget(target), s.app.removeRenderTarget(target))),
+}
+
+
+@pytest.mark.parametrize("name", SHARED)
+def test_references_go_back_to_where_they_were(scene, name):
+    make, use = SHARED[name]
+    made = make()
+    before = references(made)
+    for _ in range(5):
+        use(scene, made)
+        gc.collect()
+        assert references(made) == before

@@ -86,15 +86,16 @@ SECONDS = float(os.environ.get("ZOR_FUZZ_SECONDS", "60"))
 SEED = int(os.environ.get("ZOR_FUZZ_SEED", "1"))
 
 
+@pytest.fixture(scope="module")
+def result(request):
+    result = runner.run(SEED, CALLS, SECONDS, len(os.sched_getaffinity(0)))
+    with request.config.pluginmanager.getplugin("capturemanager").global_and_fixture_disabled():
+        print(f"\n{result}")
+    return result
+
+
 class TestEveryFunction:
     """Each entry of the method tables, with arguments of all kinds, in processes of their own."""
-
-    @pytest.fixture(scope="class")
-    def result(self, request):
-        result = runner.run(SEED, CALLS, SECONDS, len(os.sched_getaffinity(0)))
-        with request.config.pluginmanager.getplugin("capturemanager").global_and_fixture_disabled():
-            print(f"\n{result}")
-        return result
 
     def test_none_ends_the_process(self, result):
         assert not result.crashes, "\n\n".join(result.crashes)

@@ -10,6 +10,7 @@
 %include "shared/common.i"
 %include "shared/interpreter.i"
 %include "shared/scene_graph.i"
+%include "shared/iterators.i"
 %include <std_vector.i>
 %include "osg/results.i"
 %include "osg/values.i"

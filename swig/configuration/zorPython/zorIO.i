@@ -11,6 +11,7 @@ import zor
 %}
 
 %include "shared/toolkit.i"
+%include "shared/iterators.i"
 %include <std_vector.i>
 %import "zor.i"
 

@@ -87,7 +87,7 @@ class Registry:
 
     def key_of(self, value):
         """The registry's name of a wrapped object's type; None for other objects."""
-        this = getattr(value, "this", value)
+        this = getattr(value, "this", None) if hasattr(type(value), "thisown") else value
         if type(this).__name__ != "SwigPyObject":
             return None
         readable = re.match(r"<Swig Object of type '(.*)' at", repr(this))

@@ -63,7 +63,7 @@ class Pool:
             for item in value[:3]:
                 self.add(item)
             return
-        key = self.registry.key_of(value) if hasattr(value, "this") or type(value).__name__ == "SwigPyObject" else None
+        key = self.registry.key_of(value)
         if key is None:
             return
         known = self.objects[key]
@@ -217,7 +217,7 @@ class Caller:
             return repr(value)
         if isinstance(value, str):
             return ascii(value) if len(value) < 60 else f"{ascii(value[:20])}... ({len(value)})"
-        key = self.registry.key_of(value) if hasattr(type(value), "thisown") or type(value).__name__ == "SwigPyObject" else None
+        key = self.registry.key_of(value)
         at = f" {int(getattr(value, 'this', value)):x}{'' if getattr(value, 'thisown', True) else ' borrowed'}" if key and TRACE else ""
         return f"<{key.decode()} {type(value).__name__}{at}>" if key else f"<{type(value).__name__}>"
 
@@ -281,11 +281,12 @@ class Caller:
         return hasattr(value, "referenceCount") or hasattr(value, "getReferenceCount")
 
     def keep(self, name, arguments):
-        """Objects that are not counted must be kept by whoever hands them out by pointer."""
+        """What the library holds by pointer without counting must be kept by the script: it stays to the end."""
+        plain = ("Vec", "Quat", "Color", "Matrix", "Affine", "NeoCameraOutputValue", "SwigPyIterator")
         for value in arguments:
-            if hasattr(type(value), "thisown") and not self.is_counted(value):
-                kind = type(value).__name__
-                if len(self.held) < 20_000 and not kind.startswith(("Vec", "Quat", "Color", "Matrix", "Affine")):
+            held = not self.is_counted(value) and not type(value).__name__.startswith(plain) or "GeometryNodePtrVector" in name
+            if hasattr(value, "__swig_destroy__") or type(value).__name__ == "SwigPyObject":
+                if held and len(self.held) < 20_000:
                     self.held.append(value)
 
     def register(self, name, bare):

@@ -107,7 +107,8 @@ zor::UInt Simulation::stepTo(zor::Real time) {
   zor::checkFinite(time, "Simulation::stepTo");
   constexpr zor::Real ROUNDING = 1e-6; // of a step: time is a sum of steps
   constexpr zor::Real MOST_STEPS = 1e9;
-  if (time - getTimeStamp() > MOST_STEPS * getTimeStep() || getTimeStamp() + getTimeStep() == getTimeStamp()) {
+  if (time - getTimeStamp() > MOST_STEPS * getTimeStep() ||
+      getTimeStamp() + getTimeStep() == getTimeStamp()) {
     throw std::invalid_argument("Simulation::stepTo: the time is out of reach of the time step");
   }
   zor::UInt steps = 0;
