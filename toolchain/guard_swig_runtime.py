@@ -10,7 +10,6 @@
 - A long chain is released link inside link, until the stack is used up.
 - `own(flag)` goes on after a truth test that failed, and the deletion of a variable of `cvar` assigns null to it.
 - A property `this` may hand out an object that nobody else holds.
-- An overloaded operator returns NotImplemented with the error of a wrong count pending.
 - `X_swigregister` takes anything for a class, and the next result is made by calling through it.
 - An overloaded operator with a wrong number of arguments returns NotImplemented and leaves the error of the number set.
 
@@ -165,12 +164,6 @@ PROPERTY_GUARDED = """\
     SWIG_Py_DECREF(obj);
     if (last) return 0;
 """
-
-OPERATOR = """\
-fail:
-  SWIG_Py_INCREF(Py_NotImplemented);
-"""
-OPERATOR_GUARDED = OPERATOR.replace("fail:\n", "fail:\n  PyErr_Clear();\n")
 
 # What is replaced, by what, and how often it stands there; a module has any number of classes and operators.
 GUARDS = ((APPEND, APPEND_GUARDED, 1), (INIT, INIT_GUARDED, 1), (THIS, THIS_GUARDED, 1),
