@@ -56,7 +56,9 @@ class Registry:
         name = entry.contents.name
         if name in self._casts:
             return
-        for alias in (entry.contents.readable or name).decode().split("|"):
+        # An entry that comes from a module which only knows the type as somebody's base has no readable name.
+        plain = name.decode().removeprefix("_p_").replace("__", "::")
+        for alias in ((entry.contents.readable or b"").decode() or f"{name.decode()}|{plain}").split("|"):
             # Pointers to pointers and function pointers keep what distinguishes them.
             self._names.setdefault(normal(alias) + "*" * (alias.count("*") - 1), name)
         self._entries[name] = ctypes.addressof(entry.contents)

@@ -87,14 +87,16 @@ class Signature:
         result.forms = [form[1:] for form in self.forms]
         return result
 
-    def learn(self, arguments, error):
-        """Takes the type of an argument from the message that refused it."""
+    def learn(self, error):
+        """Takes the type of an argument from the message that refused it. Tells whether that is news."""
         found = _ARGUMENT.search(str(error))
         if not found or self.overloaded:
-            return
+            return False
         position = int(found[2]) - 1
-        if position < len(self.forms[0]):
+        news = position < len(self.forms[0]) and self.forms[0][position] is None
+        if news:
             self.forms[0][position] = found[3]
+        return news
 
 
 def _last(scope):

@@ -18,6 +18,8 @@ import time
 import types
 
 import _zor
+import _zorOSG
+import osg
 from hypothesis import HealthCheck, Phase, given, seed, settings
 from hypothesis import strategies as st
 
@@ -119,6 +121,7 @@ class Caller:
         self.plain = []
         self.odd = []
         self.number = 0
+        self.news = False  # the last call told the type of a parameter
 
     def _add_functions(self, module):
         for bare, function in vars(module).items():
@@ -227,6 +230,7 @@ class Caller:
         self.journal.write(f"call {self.number}: {self.text(name, arguments)}")
         signal.setitimer(signal.ITIMER_REAL, HANG)
         self.called[name] += 1
+        self.news = False
         result = None
         try:
             result = self.functions[name](*arguments)
@@ -239,7 +243,7 @@ class Caller:
             if not rules.allowed(bare, error, arguments):
                 self.wrong.setdefault(f"{name}: {type(error).__name__}: {error}"[:300], self.text(name, arguments))
             if isinstance(error, (TypeError, OverflowError)):
-                self.signatures[name].learn(arguments, error)
+                self.news = self.signatures[name].learn(error)
             if not isinstance(error, TypeError):
                 self.reached.add(name)
         finally:
@@ -259,8 +263,12 @@ class Caller:
         if bare.endswith("_swiginit"):
             return self.call(name, [self.random.choice((None, 5, "x", object())), self.wild()])
         arguments = self.arguments(name, 1.0 if dice < 0.6 else 0.5 if dice < 0.85 else 0.0)
-        prepared = self.prepare(bare, arguments)  # alive during the call
-        result = self.call(name, arguments)
+        while True:
+            prepared = self.prepare(bare, arguments)  # alive during the call
+            result = self.call(name, arguments)
+            if not self.news:
+                break
+            arguments = self.arguments(name, 1.0)  # with what is known now the call may get further
         self.keep(name, arguments)
         if result is not None:
             self.pool.add(result)
@@ -314,17 +322,17 @@ class Caller:
         kind = re.sub(r"^delete_|_unreference(NoDelete)?$", "", bare)
         module = name.split(".")[0][1:]
         maker = f"{module}.{kind}"
-        if maker not in self.functions:
-            return
-        made = self.call(maker, self.arguments(maker, 1.0, 2))
+        made = self.call(maker, self.arguments(maker, 1.0, 2)) if maker in self.functions else None
         if made is None or not made.thisown:
-            return
-        if bare.startswith("delete_"):
+            self.call(name, [None])
+        elif bare.startswith("delete_"):
+            self.call(name, [made])
+        elif hasattr(made, "reference"):
+            made.reference()
             self.call(name, [made])
         else:
-            made.reference() if hasattr(made, "reference") else None
-            if hasattr(made, "reference"):
-                self.call(name, [made])
+            _zorOSG.Group_reference(made) if isinstance(made, osg.Group) else None
+            self.call(name, [made if isinstance(made, osg.Group) else None])
 
     # ---- sessions
 
