@@ -9,9 +9,10 @@ shared run-time module before them, both where the types are made and where a ty
 Usage: name_swig_types.py INPUT OUTPUT
 """
 
-import os
 import re
 import sys
+
+import wrapperstep
 
 TYPES = ("SwigPyObject", "SwigPyPacked", "swigvarlink")
 MODULE = '"swig_runtime_data" SWIG_RUNTIME_VERSION "."'
@@ -32,25 +33,5 @@ def name_types(source: str) -> str:
     return source
 
 
-def main(arguments: list[str]) -> int:
-    if len(arguments) != 2:
-        print(__doc__, file=sys.stderr)
-        return 2
-    source_path, result_path = arguments
-    with open(source_path, encoding="utf-8", errors="surrogateescape") as stream:
-        source = stream.read()
-    try:
-        result = name_types(source)
-    except ValueError as error:
-        print(f"{source_path}: {error}; is this the wrapper of another SWIG version?", file=sys.stderr)
-        return 1
-    # A finished file or none: an interrupted step must not leave half a wrapper that looks up to date.
-    temporary = result_path + ".tmp"
-    with open(temporary, "w", encoding="utf-8", errors="surrogateescape") as stream:
-        stream.write(result)
-    os.replace(temporary, result_path)
-    return 0
-
-
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1:]))
+    sys.exit(wrapperstep.run(sys.argv[1:], name_types, __doc__))

@@ -30,10 +30,10 @@ def test_every_place_gets_the_module(step):
 
 
 @pytest.mark.parametrize("lost", ['"swigvarlink",', 'tp_name, "SwigPyPacked")', '"SwigPyObject",'])
-def test_a_source_without_a_place_to_rename_is_refused(step, lost, tmp_path, capfd):
+def test_a_source_without_a_place_to_rename_is_refused(step, load_step, lost, tmp_path, capfd):
     source, result = tmp_path / "in.cxx", tmp_path / "out.cxx"
     source.write_text(SOURCE.replace(lost, ""))
-    assert step.main([str(source), str(result)]) == 1
+    assert load_step("wrapperstep").run([str(source), str(result)], step.name_types, "") == 1
     assert "in.cxx" in capfd.readouterr().err
     assert not result.exists()
 
