@@ -7,7 +7,7 @@
 #
 # Steps: swig (with a dependency file, so that a changed header regenerates only the modules that read it),
 # ZOR_WRAPPER_STEPS one after the other over the generated wrapper (each says what it is for), forward_shadow over the
-# shadow module, compilation.
+# shadow module, compilation. zor_add_stubs() then makes the type stubs of all modules.
 
 find_program(ZOR_SWIG NAMES swig4.0 swig REQUIRED)
 execute_process(COMMAND ${ZOR_SWIG} -version OUTPUT_VARIABLE zor_swig_version)
@@ -75,6 +75,23 @@ function(zor_add_swig_module name)
     COMMENT "Step over the shadow of ${name}"
     VERBATIM)
 
+  if(NOT ARG_DESTINATION)
+    # The shadow module once more, with SWIG's own description of every function in place of the headers' comments:
+    # it tells the stubs how the parameters of overloads are called.
+    set(described ${work}/signatures/${name}.py)
+    file(MAKE_DIRECTORY ${work}/signatures)
+    add_custom_command(
+      OUTPUT ${described}
+      COMMAND ${ZOR_SWIG} -c++ -python -DSWIGWORDSIZE64 -features autodoc=1 ${includes}
+        -o ${work}/signatures/unused.cxx -oh ${work}/signatures/unused.h -outdir ${work}/signatures ${interface}
+      COMMAND ${CMAKE_COMMAND} -E rm -f ${work}/signatures/unused.cxx ${work}/signatures/unused.h
+      DEPENDS ${raw}
+      COMMENT "Signatures of ${name}"
+      VERBATIM)
+    set_property(GLOBAL APPEND PROPERTY zor_stubbed_modules ${name})
+    set_property(GLOBAL APPEND PROPERTY zor_stub_inputs ${raw} ${work}/${name}.py ${described})
+  endif()
+
   set(target py_${name})
   add_library(${target} MODULE ${wrapper} ${destination}/${name}.py)
   target_include_directories(${target} PRIVATE ${work} ${PROJECT_SOURCE_DIR}/swig)
@@ -87,4 +104,24 @@ function(zor_add_swig_module name)
     JOB_POOL_COMPILE zor_wrappers
     BUILD_RPATH "$ORIGIN/../lib" INSTALL_RPATH "$ORIGIN/../lib")
   add_dependencies(zor_modules ${target})
+endfunction()
+
+# zor_add_stubs()
+#
+# Makes the type stubs of all modules declared so far, beside them; classes of one appear in those of others.
+function(zor_add_stubs)
+  get_property(modules GLOBAL PROPERTY zor_stubbed_modules)
+  get_property(inputs GLOBAL PROPERTY zor_stub_inputs)
+  list(TRANSFORM modules PREPEND ${ZOR_PYTHON_DIR}/ OUTPUT_VARIABLE stubs)
+  list(TRANSFORM stubs APPEND .pyi)
+  file(GLOB scripts CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/toolchain/make_stubs.py ${PROJECT_SOURCE_DIR}/toolchain/stubs/*.py)
+  add_custom_command(
+    OUTPUT ${stubs}
+    COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/toolchain/make_stubs.py
+      ${CMAKE_BINARY_DIR}/swig ${ZOR_PYTHON_DIR} ${modules}
+    DEPENDS ${inputs} ${scripts}
+    COMMENT "Type stubs"
+    VERBATIM)
+  add_custom_target(zor_stubs ALL DEPENDS ${stubs})
+  add_dependencies(zor_modules zor_stubs)
 endfunction()

@@ -37,6 +37,10 @@ SLATE, SAND, STEEL = (0.36, 0.40, 0.46), (0.80, 0.74, 0.62), (0.62, 0.66, 0.70)
 ORANGE, CREAM = (0.95, 0.45, 0.10), (0.93, 0.88, 0.78)
 PALETTE = [(0.84, 0.24, 0.22), (0.20, 0.50, 0.82), (0.98, 0.74, 0.18), (0.24, 0.64, 0.42), (0.58, 0.36, 0.70)]
 
+type Triple = tuple[float, float, float]
+type Color = tuple[float, float, float]
+type Part = tuple[zorCollide.Shape, zor.Vec3, zor.Quat]
+
 
 # ---------------------------------------------------------------------------------------------- the scene
 
@@ -44,12 +48,12 @@ PALETTE = [(0.84, 0.24, 0.22), (0.20, 0.50, 0.82), (0.98, 0.74, 0.18), (0.24, 0.
 class Scene:
     """Adds bodies to a simulation and their coloured visuals to a group."""
 
-    def __init__(self, simulation):
+    def __init__(self, simulation: zorSDK.Simulation):
         self.simulation = simulation
         self.root = osg.Group()
         self.rubber = zor.Material("rubber", 400.0, 0.28)
 
-    def add(self, name, parts, position, color, static=False):
+    def add(self, name: str, parts: list[Part], position: zor.Vec3, color: Color, static: bool = False) -> zor.RigidBody:
         """One body of (shape, local position, local rotation) parts."""
         body = zor.RigidBody(name)
         for shape, offset, rotation in parts:
@@ -65,11 +69,11 @@ class Scene:
         return body
 
 
-def part(shape, offset=(0, 0, 0), angle=0.0, axis=(0, 1, 0)):
+def part(shape: zorCollide.Shape, offset: Triple = (0, 0, 0), angle: float = 0.0, axis: Triple = (0, 1, 0)) -> Part:
     return shape, zor.Vec3(*offset), zor.Quat(angle, zor.Vec3(*axis))
 
 
-def build_ramp(scene):
+def build_ramp(scene: Scene) -> None:
     """Steps that fall away along +x, each tilted a little, between two walls."""
     half = zor.Vec3(STEP_LENGTH * 0.53, RAMP_WIDTH / 2, 0.15)
     for i in range(NUM_STEPS):
@@ -91,7 +95,7 @@ def build_ramp(scene):
     scene.add("ground", [ground], zor.Vec3(0, 0, 0), (0.55, 0.60, 0.56), static=True)
 
 
-def build_turnstile(scene):
+def build_turnstile(scene: Scene) -> None:
     """Four arms on a hinge with a vertical axis; a motor turns it where the ramp ends."""
     arm = 2.2
     parts = [part(zorCollide.Cylinder(0.35, 1.4), (0, 0, 0), angle=math.pi / 2, axis=(1, 0, 0))]
@@ -110,7 +114,7 @@ def build_turnstile(scene):
     scene.simulation.add(hinge)
 
 
-def build_rabbit(scene, model):
+def build_rabbit(scene: Scene, model: str) -> int:
     """Reads a mesh of any size, turns its y axis up and makes it a dynamic body."""
     node = zorOSG.readNodeFile(model)
     if node is None:
@@ -127,7 +131,7 @@ def build_rabbit(scene, model):
     return mesh.getNumTriangles()
 
 
-def random_parts(chance, size):
+def random_parts(chance: random.Random, size: float) -> list[Part]:
     """One of eight kinds of bodies, about `size` metres across."""
     r = size / 2
     top = zor.Vec3Vector([zor.Vec3(r * math.cos(a), r * math.sin(a), -r / 2) for a in (0.3, 1.7, 3.1, 4.4, 5.5)])
@@ -146,7 +150,7 @@ def random_parts(chance, size):
     return chance.choice(kinds)()
 
 
-def build_bodies(scene):
+def build_bodies(scene: Scene) -> None:
     """A loose block of bodies above the upper steps."""
     chance = random.Random(7)
     for i in range(NUM_BODIES):
@@ -161,7 +165,7 @@ def build_bodies(scene):
         body.setRotation(zor.Quat(chance.uniform(0, math.pi), axis.normal()))
 
 
-def build_scene():
+def build_scene() -> osg.Group:
     """Builds the scene; the application calls it at the start and on every reset."""
     application = zorOSG.getCurrentApplication()
     simulation = application.getSimulation()
@@ -185,12 +189,12 @@ def build_scene():
 class Keys(zorOSG.GuiEventListener):
     """m reverses the turnstile, k kicks the rabbit into the air."""
 
-    def __init__(self, simulation):
+    def __init__(self, simulation: zorSDK.Simulation):
         super().__init__(zorOSG.GuiEventListener.KEYBOARD)
         self.setName("m: reverse the turnstile, k: kick the rabbit")  # a line of the help overlay
         self.simulation = simulation
 
-    def keyboard(self, key, modKeyMask, x, y, keydown):
+    def keyboard(self, key: int, modKeyMask: int, x: float, y: float, keydown: bool) -> bool:
         if keydown and key == ord("m"):
             motor = self.simulation.getConstraint1DOF("turnstile hinge").getMotor1D()
             motor.setSpeed(-motor.getSpeed())
@@ -205,16 +209,17 @@ class Keys(zorOSG.GuiEventListener):
 class Monitor(zorOSG.ExampleApplicationListener):
     """Shows time, frame rate and body count in the picture, and a progress bar in the terminal."""
 
-    def __init__(self, duration, picture=None):
+    def __init__(self, duration: float, picture: str | None = None):
         super().__init__()
         self.duration = duration
         self.picture_time = min(PICTURE_TIME, duration / 2)
         self.picture = picture
-        self.started = None
+        self.started: float | None = None
+        self.counted_since = (0.0, 0)
         self.frames = 0
         self.rate = 0.0
 
-    def preFrame(self, application):
+    def preFrame(self, application: zorOSG.ExampleApplication) -> None:
         if self.started is None:
             self.started = time.perf_counter()
             self.counted_since = (self.started, 0)
@@ -228,7 +233,7 @@ class Monitor(zorOSG.ExampleApplicationListener):
         decorator.setText(1, f"{self.rate:5.1f} frames/s", white)
         decorator.setText(2, f"{simulation.getStatistics().bodies} bodies", white)
 
-    def postFrame(self, application):
+    def postFrame(self, application: zorOSG.ExampleApplication) -> None:
         self.frames += 1
         now = time.perf_counter()
         since, count = self.counted_since
@@ -237,7 +242,7 @@ class Monitor(zorOSG.ExampleApplicationListener):
             self.counted_since = (now, self.frames)
             self.show_progress(application.getTimeStamp())
 
-    def show_progress(self, simulated, end="\r"):
+    def show_progress(self, simulated: float, end: str = "\r") -> None:
         if not math.isfinite(self.duration) or not sys.stdout.isatty() and end == "\r":
             return
         done = min(simulated / self.duration, 1.0)
@@ -245,7 +250,7 @@ class Monitor(zorOSG.ExampleApplicationListener):
         bar = "#" * round(done * width)
         print(f"[{bar:<{width}}] {simulated:4.1f} of {self.duration:.1f} s, {self.rate:5.1f} frames/s ", end=end, flush=True)
 
-    def summary(self, simulated):
+    def summary(self, simulated: float) -> None:
         if self.started is None:
             return
         elapsed = time.perf_counter() - self.started
@@ -257,7 +262,7 @@ class Monitor(zorOSG.ExampleApplicationListener):
 # ---------------------------------------------------------------------------------------------- the main
 
 
-def main():
+def main() -> int:
     arguments = zorIO.ArgumentParser(sys.argv)
     arguments.setDescription(__doc__.splitlines()[0])
     arguments.addOption("--output", "folder for the picture and the video", "first_scene_output", "FOLDER")
@@ -275,7 +280,7 @@ def main():
     if not application.hasRenderContext() or not application.hasOffscreenWindow():
         # In a window the scene runs until it is closed; without graphics there is nothing to record.
         monitor = Monitor(duration if not application.hasRenderContext() else math.inf)
-        files = []
+        files: list[str] = []
         if application.hasRenderContext():
             print("press h in the window for its keys, Esc to leave; --offscreen makes a picture and a video instead")
     else:

@@ -7,6 +7,7 @@ import colorsys
 import random
 import sys
 
+import osg
 import zor
 import zorCollide
 import zorIO
@@ -27,14 +28,14 @@ def colour_of_speed(speed: float) -> zor.Vec4f:
 class Balls(zorOSG.ExampleApplicationListener):
     """Adds balls above the top and colours each by its speed before every frame."""
 
-    def __init__(self, simulation: zorSDK.Simulation, root):
+    def __init__(self, simulation: zorSDK.Simulation, root: osg.Group):
         super().__init__()
         self.simulation = simulation
         self.root = root
         self.chance = random.Random(1)
-        self.balls: list[tuple[zor.RigidBody, object]] = []
+        self.balls: list[tuple[zor.RigidBody, osg.Node]] = []
 
-    def add_row(self):
+    def add_row(self) -> None:
         height = STEPS * 0.4 + 0.5 + 0.3 * (len(self.balls) % 192) / 8
         for i in range(8):
             body = zor.RigidBody(f"ball {len(self.balls)}")
@@ -46,7 +47,7 @@ class Balls(zorOSG.ExampleApplicationListener):
             zorOSG.setShininess(node, 80)
             self.balls.append((body, node))
 
-    def preFrame(self, application):
+    def preFrame(self, application: zorOSG.ExampleApplication) -> None:
         for body, node in self.balls:
             zorOSG.setDiffuseColor(node, colour_of_speed(body.getVelocity().length()))
         application.getSceneDecorator().setText(0, f"{len(self.balls)} balls   {self.simulation.getTimeStamp():4.1f} s")
@@ -60,14 +61,14 @@ class Keys(zorOSG.GuiEventListener):
         self.setName("b: add a row of balls")  # a line of the help overlay
         self.balls = balls
 
-    def keyboard(self, key, modKeyMask, x, y, keydown):
+    def keyboard(self, key: int, modKeyMask: int, x: float, y: float, keydown: bool) -> bool:
         if keydown and key == ord("b"):
             self.balls.add_row()
             return True
         return False
 
 
-def build_pyramid(simulation, root):
+def build_pyramid(simulation: zorSDK.Simulation, root: osg.Group) -> None:
     for step in range(STEPS):
         half = 1.3 + 0.55 * (STEPS - 1 - step)
         slab = zorCollide.Geometry(zorCollide.Box(zor.Vec3(half, half, 0.2)))
@@ -81,7 +82,7 @@ def build_pyramid(simulation, root):
     zorOSG.setDiffuseColor(zorOSG.createVisual(ground, root), zor.Vec4f(0.55, 0.58, 0.6, 1))
 
 
-def main():
+def main() -> int:
     application = zorOSG.ExampleApplication()
     arguments = zorIO.ArgumentParser(sys.argv)
     if not application.init(arguments):

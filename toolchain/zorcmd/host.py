@@ -18,7 +18,7 @@ _LIBRARIES = (
     "gmock",
     "benchmark",
 )
-_PYTHON_MODULES = ("pytest", "numpy", "hypothesis")
+_PYTHON_MODULES = ("pytest", "numpy", "hypothesis", "mypy")
 
 
 def _output(argv):

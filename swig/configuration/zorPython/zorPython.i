@@ -42,7 +42,7 @@ static zorPython::ScriptError _error(size_t index) {
 %}
 
 %pythoncode %{
-def getErrors():
+def getErrors() -> list[ScriptError]:
     """Returns the errors of Python callbacks since clearErrors(), each kind once, the oldest first."""
     return [_error(i) for i in range(_numKinds())]
 %}

@@ -76,22 +76,22 @@ public:
         if self.__dict__.get("_views"):
             raise BufferError("a buffer of this image is in use: its pixels can't be moved")
 
-    def allocate(self, width, height, components=4):
+    def allocate(self, width: int, height: int, components: int = 4) -> None:
         """Allocates 8-bit pixels, all 0."""
         self._check_resizable()
         self._allocate(width, height, components)
 
-    def scale(self, width, height):
+    def scale(self, width: int, height: int) -> None:
         """Resamples the pixels to another size."""
         self._check_resizable()
         self._scale(width, height)
 
-    def flipVertical(self):
+    def flipVertical(self) -> None:
         """Turns the image upside down."""
         self._check_resizable()
         self._flipVertical()
 
-    def tobytes(self):
+    def tobytes(self) -> bytes:
         """Returns a copy of the pixels, row after row from the lowest."""
         return memoryview(self).tobytes()
 

@@ -158,7 +158,7 @@ public:
     return $self->getChild(zorBinding::checkedIndex(index, $self->getNumChildren()));
   }
   %pythoncode %{
-    def children(self):
+    def children(self) -> list[Node]:
         """Returns the children as a list."""
         return [self.getChild(i) for i in range(self.getNumChildren())]
   %}
