@@ -18,14 +18,18 @@ MODULES = ["zor", "zorStream", "zorIO", "zorRender", "zorCollide", "zorSDK", "zo
 STUBS = pathlib.Path(zor.__file__).parent
 EXAMPLES = pathlib.Path(__file__).parents[2] / "examples"
 LARGEST_SHARE_OF_ANY = 0.005
+# Methods that tell something and change nothing, by their names.
+ASKS = re.compile(r"get|is|has|length|[a-z]$|children$|str$|capacity$|size$|__len__|__repr__|__neg__")
 
 # Statements that are right and wrong, for the checker and for the modules alike.
 RIGHT = """
     x, y, z = zor.Vec3(1, 2, 3)
     length: float = zor.Vec3(1, 2, 3).normal().length()
     moved: zor.Vec3 = zor.Quat() * zor.Vec3(1, 2, 3) + 2 * zor.Vec3() * 2.0
+    part: float = zor.Vec3(1, 2, 3)[0]
     whole: int = zor.Vec3i(1, 2, 3)[0]
     row: zor.Vec3 = zor.Vec3Vector([(1, 2, 3), zor.Vec3()])[:1][0]
+    [element.cross(element).length() for element in zor.Vec3Vector([(1, 2, 3)])]
     memoryview(zor.RealVector(range(3))).tobytes()
     zor.Matrix3x3().getRow(0), zor.AffineMatrix4x4()[3, 3]
     zor.Callback(lambda: None)
@@ -73,6 +77,13 @@ def stub(module):
     return ast.parse((STUBS / f"{module}.pyi").read_text())
 
 
+def classes(name):
+    """(class of a module, its members in the stub)"""
+    module = importlib.import_module(name)
+    return [(getattr(module, node.name), node.body) for node in stub(name).body
+            if isinstance(node, ast.ClassDef) and not node.name.startswith("_")]
+
+
 def declared(nodes):
     """Public names that the body of a stub's module or class declares."""
     names = set()
@@ -94,30 +105,76 @@ def public(things):
 
 @pytest.mark.parametrize("name", MODULES)
 def test_stubs_name_all_that_is_there_and_nothing_else(name):
-    module, tree = importlib.import_module(name), stub(name)
-    assert declared(tree.body) == public(vars(module))
-    for node in tree.body:
-        if isinstance(node, ast.ClassDef) and not node.name.startswith("_"):
-            # Every proxy class defines anew whether it owns its object; stubs say it once.
-            there = public(vars(getattr(module, node.name))) - {"thisown"}
-            assert declared(node.body) - {"thisown"} == there, node.name
+    assert declared(stub(name).body) == public(vars(importlib.import_module(name)))
+    for kind, members in classes(name):
+        # Every proxy class defines anew whether it owns its object; stubs say it once.
+        assert declared(members) - {"thisown"} == public(vars(kind)) - {"thisown"}, kind.__name__
 
 
 @pytest.mark.parametrize("name", MODULES)
 def test_parameters_are_called_as_at_run_time(name):
-    module = importlib.import_module(name)
-    scopes = [(module, stub(name).body)]
-    scopes += [(getattr(module, node.name), node.body) for node in scopes[0][1]
-               if isinstance(node, ast.ClassDef) and not node.name.startswith("_")]
     compared = 0
-    for scope, body in scopes:
+    for scope, body in [(importlib.import_module(name), stub(name).body), *classes(name)]:
         for node in body:
             there = getattr(scope, node.name, None) if isinstance(node, ast.FunctionDef) else None
-            if inspect.isfunction(there) and there.__code__.co_flags & inspect.CO_VARARGS == 0 and not node.args.posonlyargs:
+            if inspect.isfunction(there) and not there.__code__.co_flags & inspect.CO_VARARGS and not node.args.posonlyargs:
                 names = [argument.arg for argument in node.args.args]
                 assert names == list(inspect.signature(there).parameters), f"{scope.__name__}.{node.name}"
                 compared += 1
     assert compared or name == "zorStream"
+
+
+def is_of(value, annotation, names):
+    """Whether a value has the type that a stub tells; for objects of C++ None, a null pointer, has it too."""
+    if isinstance(annotation, ast.BinOp):
+        return is_of(value, annotation.left, names) or is_of(value, annotation.right, names)
+    text = ast.unparse(annotation)
+    if isinstance(annotation, ast.Subscript):
+        inner = annotation.slice.elts[0] if isinstance(annotation.slice, ast.Tuple) else annotation.slice
+        if text.startswith("Final["):
+            return is_of(value, inner, names)
+        return isinstance(value, eval(annotation.value.id)) and all(is_of(part, inner, names) for part in value)
+    if text == "zor._Opaque":
+        return type(value).__name__ == "SwigPyObject"
+    known = eval(text, names)
+    if known in (bool, int, float, str, None):
+        return type(value) is (known or type(None))
+    return value is None or isinstance(value, known)
+
+
+@pytest.mark.parametrize("name, fewest", [
+    ("zor", 200), ("zorRender", 20), ("zorCollide", 40), ("zorSDK", 25), ("zorOSG", 200), ("osg", 80)])
+def test_results_have_their_types(name, fewest):
+    """Calls all that only tells something of objects that can be made from nothing."""
+    names = {other: importlib.import_module(other) for other in [*MODULES, "builtins"]} | vars(importlib.import_module(name))
+    compared = 0
+    for kind, members in classes(name):
+        try:
+            thing = kind()
+        except (AttributeError, TypeError, RuntimeError):
+            continue
+        for node in members:
+            alone = isinstance(node, ast.FunctionDef) and len(node.args.posonlyargs + node.args.args) == 1
+            if not alone or not ASKS.match(node.name):
+                continue
+            try:
+                value = getattr(thing, node.name)()
+            except RuntimeError:
+                continue  # it isn't in a state to tell
+            assert is_of(value, node.returns, names), f"{kind.__name__}.{node.name}: {value!r}"
+            compared += 1
+    assert compared >= fewest
+
+
+def test_constants_have_their_types():
+    compared = 0
+    for name in MODULES:
+        for kind, members in classes(name):
+            for node in members:
+                if isinstance(node, ast.AnnAssign) and not node.target.id.startswith("_"):
+                    assert is_of(getattr(kind, node.target.id), node.annotation, {}), f"{kind.__name__}.{node.target.id}"
+                    compared += 1
+    assert compared > 150
 
 
 def test_hardly_any_type_is_unknown():
