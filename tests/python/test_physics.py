@@ -748,6 +748,14 @@ class TestOwnership:
         assert list(lent[2]) == list(range(9))
         assert lent[3] == zor.Vec3(1, 0, 0) and len(others) == 20
 
+    def test_numbers_of_a_mesh_are_shown_as_a_copy(self):
+        corners, triangles = [(0, 0, 0), (1, 0, 0), (0, 1, 0), (0, 0, 1)], [0, 2, 1, 0, 1, 3, 0, 3, 2, 1, 2, 3]
+        mesh = zorCollide.Trimesh(corners, triangles)
+        mesh.getIndices()[0] = 4_000_000_000
+        mesh.getVertices().clear()
+        assert list(mesh.getIndices()) == triangles and len(mesh.getVertices()) == 4
+        assert mesh.isClosed() and mesh.getVertices().thisown
+
     def test_parts_outlive_their_whole(self, simulation):
         body = body_of(zorCollide.Sphere(0.5), simulation)
         geometry = body.getGeometries()[0]

@@ -21,12 +21,6 @@ ZOR_SHARED(zorCollide::Geometry)
 ZOR_SHARED(zorCollide::Space)
 ZOR_SHARED(zorCollide::TextureData)
 
-ZOR_INNER_RESULT(zorCollide::Convex::getVertices)
-ZOR_INNER_RESULT(zorCollide::Convex::getIndices)
-ZOR_INNER_RESULT(zorCollide::Trimesh::getVertices)
-ZOR_INNER_RESULT(zorCollide::Trimesh::getIndices)
-ZOR_INNER_RESULT(zorCollide::HeightField::getHeights)
-ZOR_INNER_RESULT(zorCollide::TextureData::getPixels)
 ZOR_INNER_RESULT(zorCollide::Geometry::getGroups)
 ZOR_INNER_RESULT(zorCollide::GeometryContact::getPoints)
 

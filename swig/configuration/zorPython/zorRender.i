@@ -16,11 +16,6 @@ import zor
 ZOR_SHARED(zorRender::RenderData)
 ZOR_SHARED(zorRender::RenderMaterial)
 
-ZOR_INNER_RESULT(zorRender::RenderData::getVertices)
-ZOR_INNER_RESULT(zorRender::RenderData::getNormals)
-ZOR_INNER_RESULT(zorRender::RenderData::getTexCoords)
-ZOR_INNER_RESULT(zorRender::RenderData::getIndices)
-
 %ignore zorRender::Color::operator==;
 %copyctor zorRender::Color;
 ZOR_VALUE(zorRender::Color, Color, float, 4)

@@ -220,3 +220,20 @@ ZOR_ITERABLE_ARGUMENT(zor::RealVector, zorBinding::newNumberVector<double>)
 ZOR_ITERABLE_ARGUMENT(zor::UInt32Vector, zorBinding::newNumberVector<uint32_t>)
 ZOR_ITERABLE_ARGUMENT(zor::Vec2Vector, zorBinding::newValueVector<zor::Vec2T<double>, 2>)
 ZOR_ITERABLE_ARGUMENT(zor::Vec3Vector, zorBinding::newValueVector<zor::Vec3T<double>, 3>)
+
+// What an object shows of its own data is a copy: a script that changed the numbers of a mesh behind its back would
+// lead the engine astray.
+%define ZOR_COPIED_RESULT(TYPE)
+#ifndef ZOR_BORROWED_RESULTS
+%typemap(out) TYPE const& {
+  $result = SWIG_NewPointerObj(new TYPE(*$1), $descriptor, SWIG_POINTER_OWN);
+}
+#endif
+%enddef
+
+ZOR_COPIED_RESULT(zor::RealVector)
+ZOR_COPIED_RESULT(zor::FloatVector)
+ZOR_COPIED_RESULT(zor::UInt32Vector)
+ZOR_COPIED_RESULT(zor::UInt8Vector)
+ZOR_COPIED_RESULT(zor::Vec2Vector)
+ZOR_COPIED_RESULT(zor::Vec3Vector)
