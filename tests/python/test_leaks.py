@@ -23,15 +23,11 @@ import zorOSG
 import zorPython
 import zorRender
 import zorSDK
+from memory import memory_in_use
 
 ROUNDS = int(os.environ.get("ZOR_LEAK_ROUNDS", "0"))
 SECONDS = 1.0  # of a pattern, where no number of rounds is given
 BYTES = 2.0  # growth a round that counts as noise
-
-
-def resident():
-    with open("/proc/self/statm", encoding="ascii") as file:
-        return int(file.read().split()[1]) * 4096
 
 
 def repeat(pattern, rounds):
@@ -47,15 +43,15 @@ def rounds_for(pattern):
 
 
 def check_constant(pattern, noise=400_000):
-    """Python's own blocks exactly, but for a few that caches keep; resident memory but for noise."""
+    """Python's own blocks exactly, but for a few that caches keep; memory in use but for noise."""
     repeat(pattern, 200)
     rounds = rounds_for(pattern)
     repeat(pattern, rounds // 4)
     gc.collect()
-    blocks, memory = sys.getallocatedblocks(), resident()
+    blocks, memory = sys.getallocatedblocks(), memory_in_use()
     repeat(pattern, rounds)
     gc.collect()
-    new_blocks, new_memory = sys.getallocatedblocks() - blocks, resident() - memory
+    new_blocks, new_memory = sys.getallocatedblocks() - blocks, memory_in_use() - memory
     assert new_blocks < max(50, rounds // 20), f"{new_blocks} blocks more after {rounds} rounds"
     assert new_memory < noise + BYTES * rounds, f"{new_memory} bytes more after {rounds} rounds"
 
@@ -112,11 +108,11 @@ def test_constructor(kind):
     rounds = ROUNDS or 300
     repeat(kind, rounds)
     gc.collect()
-    blocks, memory = sys.getallocatedblocks(), resident()
+    blocks, memory = sys.getallocatedblocks(), memory_in_use()
     repeat(kind, rounds)
     gc.collect()
     assert sys.getallocatedblocks() - blocks < rounds // 3
-    assert resident() - memory < 2_000_000 + BYTES * rounds
+    assert memory_in_use() - memory < 2_000_000 + BYTES * rounds
 
 
 @pytest.fixture(scope="module")

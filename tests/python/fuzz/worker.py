@@ -236,6 +236,8 @@ class Caller:
             result = self.functions[name](*arguments)
             if hasattr(type(result), "thisown") and not self.is_counted(result):
                 result.__dict__["_keeps"] = arguments  # what it may lie in
+            elif type(result).__name__ == "SwigPyObject":
+                self.held.append(arguments)  # the same; a plain pointer object has no place to keep them
             self.counts["returned"] += 1
             self.reached.add(name)
         except BaseException as error:  # whatever it is: it is judged below

@@ -32,7 +32,7 @@ struct NotifyMessage {
 class Notify {
 public:
   /** Severities. */
-  enum NotifyLevel {
+  enum NotifyLevel : int {
     NOTIFY_DEBUG = 0,
     NOTIFY_LOW = 1,
     NOTIFY_INFO = 2,

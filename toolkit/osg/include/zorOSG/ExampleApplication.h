@@ -71,7 +71,7 @@ class VideoFFMPEGPipeCapture;
 class ExampleApplication : public zor::Referenced {
 public:
   /// Node mask bits of the parts of the scene graph.
-  enum RenderMask {
+  enum RenderMask : int {
     MAIN_SCENE_MASK = 2,
     DEBUG_RENDER_MASK = 4,
     OSG_RENDER_MASK = 8,
@@ -82,7 +82,7 @@ public:
   };
 
   /// Kinds of solvers.
-  enum SolverType { MULTI = 0, ITERATIVE = 1, NUM_SOLVERS = 2 };
+  enum SolverType : int { MULTI = 0, ITERATIVE = 1, NUM_SOLVERS = 2 };
 
   /// Raised with the new state, true for play, when auto-stepping is switched.
   using AutoStepEvent = zor::BoolEvent;

@@ -21,7 +21,7 @@ namespace zorOSG {
 class GeometryNode : public osg::MatrixTransform {
 public:
   /** Kind of child that the node can draw. */
-  enum RenderFlag {
+  enum RenderFlag : int {
     RENDER_DATA = 1,  ///< child made from the render data stored in the geometry's shapes
     GEOMETRY_DATA = 2 ///< child made from the geometry's collision shapes
   };

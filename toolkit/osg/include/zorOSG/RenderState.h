@@ -16,7 +16,7 @@
 namespace zorOSG {
 
 /** Texture units: which role a texture has for the shaders. */
-enum TextureMode {
+enum TextureMode : int {
   DIFFUSE_TEXTURE = 0,
   SHADOW_TEXTURE = 1,
   SHADOW_JITTER_TEXTURE = 2,

@@ -22,13 +22,13 @@ namespace zorOSG {
 class RenderTarget : public zor::Object {
 public:
   /** The part of the frame buffer that is rendered. */
-  enum BufferComponent { DEPTH_BUFFER = 0, COLOR_BUFFER = 3 };
+  enum BufferComponent : int { DEPTH_BUFFER = 0, COLOR_BUFFER = 3 };
 
   /** Pixel format of the buffer: the OpenGL format values. */
-  enum TextureFormat { RGB = GL_RGB, RGBA = GL_RGBA, DEPTH_COMPONENT = GL_DEPTH_COMPONENT };
+  enum TextureFormat : int { RGB = GL_RGB, RGBA = GL_RGBA, DEPTH_COMPONENT = GL_DEPTH_COMPONENT };
 
   /** How near and far planes are found: the scene graph's cull-settings values. */
-  enum ComputeNearFarMode {
+  enum ComputeNearFarMode : int {
     DO_NOT_COMPUTE_NEAR_FAR = 0,
     COMPUTE_NEAR_FAR_USING_BOUNDING_VOLUMES = 1,
     COMPUTE_NEAR_FAR_USING_PRIMITIVES = 2,

@@ -31,13 +31,13 @@ namespace zorOSG {
 class SceneDecorator : public osg::Group {
 public:
   /** Places of the logo. */
-  enum LogoLocation { UPPER_LEFT = 1, LOWER_LEFT, UPPER_RIGHT, LOWER_RIGHT, FREE };
+  enum LogoLocation : int { UPPER_LEFT = 1, LOWER_LEFT, UPPER_RIGHT, LOWER_RIGHT, FREE };
 
   /** Light sources; bits that may be combined. */
-  enum Lights { LIGHT0 = 1, LIGHT1 = 2, LIGHT2 = 4, ALL = 7 };
+  enum Lights : int { LIGHT0 = 1, LIGHT1 = 2, LIGHT2 = 4, ALL = 7 };
 
   /** How shadows are generated. */
-  enum ShadowMethod {
+  enum ShadowMethod : int {
     SOFT_SHADOWMAP = 0,
     SHADOWMAP,
     SHADOWVOLUME,

@@ -14,7 +14,7 @@ namespace zorOSG {
 class Text : public osg::Geode {
 public:
   /** Plane in which the text lies, or how it turns. */
-  enum AxisAlignment {
+  enum AxisAlignment : int {
     XY_PLANE,
     REVERSED_XY_PLANE,
     XZ_PLANE,
@@ -26,7 +26,7 @@ public:
   };
 
   /** What is drawn behind the letters to set them off. */
-  enum BackdropType {
+  enum BackdropType : int {
     DROP_SHADOW_BOTTOM_RIGHT,
     DROP_SHADOW_CENTER_RIGHT,
     DROP_SHADOW_TOP_RIGHT,
@@ -40,7 +40,7 @@ public:
   };
 
   /** Point of the text that lies at its position. */
-  enum AlignmentType {
+  enum AlignmentType : int {
     LEFT_TOP,
     LEFT_CENTER,
     LEFT_BOTTOM,
@@ -60,7 +60,7 @@ public:
   };
 
   /** What is drawn; bits that may be combined. */
-  enum DrawModeMask { TEXT = 1, BOUNDINGBOX = 2, FILLEDBOUNDINGBOX = 4, ALIGNMENT = 8 };
+  enum DrawModeMask : int { TEXT = 1, BOUNDINGBOX = 2, FILLEDBOUNDINGBOX = 4, ALIGNMENT = 8 };
 
   /** Creates an empty white text at the origin that faces the screen. */
   Text();

@@ -18,7 +18,7 @@ class FfmpegProcess;
 class VideoFFMPEGPipeCapture : public ImageCaptureBase {
 public:
   /** Video codecs; OutputCodecStrings holds the encoder's name of each. */
-  enum OutputCodec { OutputCodec_H264 = 0, OutputCodec_H264RGB = 1, OutputCodec_XVID = 2 };
+  enum OutputCodec : int { OutputCodec_H264 = 0, OutputCodec_H264RGB = 1, OutputCodec_XVID = 2 };
 
   /** Hash of a codec. */
   struct CodecHash {

@@ -33,7 +33,7 @@ public:
                    zor::RigidBody* body2 = nullptr);
 
   /** The two free degrees of freedom. */
-  enum DOF {
+  enum DOF : int {
     TRANSLATIONAL = 0, /**< Along the axis, in m. */
     ROTATIONAL = 1     /**< About the axis, in rad. */
   };

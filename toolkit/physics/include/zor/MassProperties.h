@@ -23,7 +23,7 @@ namespace zor {
 class MassProperties {
 public:
   /** Values that can be computed automatically (bit mask). */
-  enum AutoGenerateFlags {
+  enum AutoGenerateFlags : int {
     MASS = 1,
     INERTIA_DIAGONAL = 2,
     INERTIA_OFFDIAGONAL = 4,

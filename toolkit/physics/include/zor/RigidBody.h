@@ -36,7 +36,7 @@ namespace zor {
 class RigidBody : public Object {
 public:
   /** How the body moves. */
-  enum MotionControl {
+  enum MotionControl : int {
     STATIC = 1,     /**< Does not move. */
     KINEMATICS = 2, /**< Moves by its given velocity; forces do not change it. */
     DYNAMICS = 3    /**< Moves by forces. */

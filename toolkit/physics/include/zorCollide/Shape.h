@@ -27,7 +27,7 @@ namespace zorCollide {
 class Shape : public zor::Object {
 public:
   /** The concrete class. */
-  enum Type { BOX, SPHERE, CAPSULE, CYLINDER, CONE, PLANE, CONVEX, TRIMESH, HEIGHT_FIELD, COMPOUND };
+  enum Type : int { BOX, SPHERE, CAPSULE, CYLINDER, CONE, PLANE, CONVEX, TRIMESH, HEIGHT_FIELD, COMPOUND };
 
   /** \return the concrete class */
   Type getType() const { return m_type; }

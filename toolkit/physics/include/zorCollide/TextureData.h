@@ -13,7 +13,7 @@ namespace zorCollide {
 class TextureData : public zor::Object {
 public:
   /** Kind of pixel; the value is the number of bytes a pixel. */
-  enum Format { LUMINANCE = 1, LUMINANCE_ALPHA = 2, RGB = 3, RGBA = 4 };
+  enum Format : int { LUMINANCE = 1, LUMINANCE_ALPHA = 2, RGB = 3, RGBA = 4 };
 
   /** \param filename - image file, found through the resource path when the texture is made */
   explicit TextureData(std::string const& filename);

@@ -18,7 +18,7 @@ namespace zorSDK {
 class ContactEventListener : public EventListener {
 public:
   /** Events (bit mask). */
-  enum ActivationMask {
+  enum ActivationMask : int {
     IMPACT = 1,     /**< Two geometries touch that did not in the step before. */
     CONTACT = 2,    /**< Two geometries still touch. */
     SEPARATION = 4, /**< Two geometries touch no more. */
@@ -26,7 +26,7 @@ public:
   };
 
   /** What becomes of a contact after the call. */
-  enum KeepContactPolicy {
+  enum KeepContactPolicy : int {
     KEEP_CONTACT = 0,  /**< The contact acts. */
     REMOVE_CONTACT = 1 /**< The contact has no effect in this step. */
   };

@@ -13,7 +13,7 @@ namespace zorSDK {
 class GuiEventListener : public EventListener {
 public:
   /** Kinds of events (bit mask). */
-  enum ActivationMask {
+  enum ActivationMask : int {
     KEYBOARD = 1, /**< Keys. */
     MOUSE = 8,    /**< Mouse buttons and motion. */
     UPDATE = 16,  /**< Once in every frame. */
@@ -21,13 +21,13 @@ public:
   };
 
   /** Mouse buttons (bit mask). */
-  enum MouseButtonMask { LEFT_BUTTON = 1, MIDDLE_BUTTON = 2, RIGHT_BUTTON = 4 };
+  enum MouseButtonMask : int { LEFT_BUTTON = 1, MIDDLE_BUTTON = 2, RIGHT_BUTTON = 4 };
 
   /** What happened to a mouse button. */
-  enum MouseState { DOWN = 0, UP = 1 };
+  enum MouseState : int { DOWN = 0, UP = 1 };
 
   /** Modifier keys (bit mask). */
-  enum ModKeyMask {
+  enum ModKeyMask : int {
     MODKEY_LEFT_SHIFT = 0x0001,
     MODKEY_RIGHT_SHIFT = 0x0002,
     MODKEY_LEFT_CTRL = 0x0004,
@@ -40,7 +40,7 @@ public:
   };
 
   /** Keys without a character; others are their character code. */
-  enum KeySymbol {
+  enum KeySymbol : int {
     KEY_BackSpace = 0xFF08,
     KEY_Tab = 0xFF09,
     KEY_Return = 0xFF0D,

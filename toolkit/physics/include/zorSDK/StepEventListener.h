@@ -13,7 +13,7 @@ namespace zorSDK {
 class StepEventListener : public EventListener {
 public:
   /** Places in a step (bit mask), in the order in which they come. */
-  enum ActivationMask {
+  enum ActivationMask : int {
     PRE_COLLIDE = 1, /**< Before collision detection. */
     PRE_STEP = 2,    /**< After collision detection and the contact listeners, before motion is computed. */
     POST_STEP = 4,   /**< After bodies have moved. */
