@@ -266,6 +266,13 @@ class TestModels:
         body = zor.RigidBody(zorCollide.Geometry(mesh))
         assert body.getMassProperties().getMass() == pytest.approx(1000 * 8 / 6)
 
+    def test_a_mesh_outlives_the_geometry_that_had_it(self, model):
+        mesh = zorOSG.createTrimesh(zorOSG.readNodeFile(model))
+        assert mesh.thisown is False and mesh.getReferenceCount() == 1
+        geometry = zorCollide.Geometry(mesh)
+        del geometry
+        assert mesh.getReferenceCount() == 1 and mesh.getNumTriangles() == 4
+
     def test_transforms_above_the_mesh_count(self, model):
         scaled = osg.MatrixTransform(osg.Matrixd.scale(2, 2, 2) * osg.Matrixd.translate(10, 0, 0))
         scaled.addChild(zorOSG.readNodeFile(model))
