@@ -3,6 +3,8 @@
 import ast
 import re
 
+from . import docstrings
+
 # Signatures of the hand-written methods, by name and parameters. `Element` is what the class is a sequence of.
 HAND_WRITTEN = {
     "clear(self)": ["(self) -> None"],
@@ -54,8 +56,7 @@ class Function:
     @property
     def sections(self):
         """The docstring's parts about each overload."""
-        return [section.strip().removesuffix("|").strip()
-                for section in re.split(r"\*Overload \d+:\*", self.doc) if section.strip()]
+        return docstrings.sections(self.doc)
 
     @property
     def abstract(self):

@@ -2,18 +2,12 @@
 
 import ast
 import builtins
-import inspect
+import itertools
 import re
 
-from . import cpptypes
+from . import cpptypes, docstrings
 from .shadow import HAND_WRITTEN, Function
 from .wrapper import Prototype
-
-
-def without_types(doc):
-    """A docstring without the types that the signature tells, and in C++ at times."""
-    doc = re.sub(r"^ *:type [^\n]*\n?|:rtype: [^\n]*\n?", "", inspect.cleandoc(doc), flags=re.M)
-    return re.sub(r" +:type [^\n]*", "", doc).strip()
 
 
 class Signatures:
@@ -31,7 +25,7 @@ class Signatures:
         if function.flat and function.name not in ("__eq__", "__ne__", "__iter__"):
             return self._prototype_signatures(function)
         signatures = self._hand_written(scope, function)
-        return list(zip(signatures, [function.doc] + [""] * len(signatures)))
+        return list(zip(signatures, [docstrings.tidy(function.doc)] + [""] * len(signatures)))
 
     def _hand_written(self, scope, function):
         """Signatures of what is written in Python, or has more to it than its C++ function."""
@@ -59,24 +53,34 @@ class Signatures:
             raise ValueError(f"no wrapper of {function.flat}")
         if function.arguments.vararg is None:
             full = max(prototypes, key=lambda prototype: len(prototype.parameters))
-            return [(self._signature(function, full, self._own_names(function)), self._joined(function.sections))]
-        distinct = self._distinct(self._matched(function, prototypes))
-        # SWIG leaves prototypes without a comment out, and then doesn't say which.
-        own = len(function.sections) == len(prototypes)
-        docs = [function.sections[position] for *_, position in distinct] if own else \
-            [self._joined(function.sections)] + [""] * len(distinct)
-        return [(self._signature(function, prototype, names, "/"), doc)
-                for (prototype, names, _), doc in zip(distinct, docs)]
+            return [(self._signature(function, full, self._own_names(function)), docstrings.joined(function.sections))]
+        matched = self._matched(function, prototypes)
+        docs = self._documentation(function.sections, [{name for name, _ in names} for _, names, _ in matched])
+        return [(self._signature(function, prototype, names, "/"), docs[index])
+                for prototype, names, index in self._distinct(matched)]
 
     @staticmethod
-    def _joined(sections):
-        return "\n\n".join(dict.fromkeys(without_types(section) for section in sections))
+    def _documentation(sections, parameters):
+        """The docstring of each overload, whose parameters' names are given. SWIG leaves overloads without a comment
+        out and doesn't say which: then the parameters decide, or the first one tells of all."""
+        if len(sections) > len(parameters):  # forms with fewer arguments are told of again at times
+            sections = [section for i, section in enumerate(sections)
+                        if not i or docstrings.tidy(section) != docstrings.tidy(sections[i - 1])]
+        places = [[] for _ in sections]
+        for chosen in itertools.combinations(range(len(parameters)), len(sections)):
+            if all(docstrings.parameter_names(section) <= parameters[at] for section, at in zip(sections, chosen)):
+                for place, at in zip(places, chosen):
+                    place.append(at)
+        if not all(len(set(place)) == 1 for place in places):
+            return [docstrings.joined(sections)] + [""] * (len(parameters) - 1)
+        docs = {place[0]: docstrings.tidy(section) for place, section in zip(places, sections)}
+        return [docs.get(at, "") for at in range(len(parameters))]
 
     @staticmethod
     def _distinct(matched):
         """Overloads that Python can tell apart: the first of those with equal types; None belongs to the first too."""
         kept, seen = [], set()
-        for prototype, names, position in matched:
+        for prototype, names, number in matched:
             types = list(prototype.parameters)
             for earlier, *_ in kept:
                 for i, (known, other) in enumerate(zip(types, earlier.parameters)):
@@ -85,7 +89,7 @@ class Signatures:
                         types[i] = known.removesuffix(" | None")
             if tuple(types) not in seen:
                 seen.add(tuple(types))
-                kept.append((Prototype(types, prototype.result), names, position))
+                kept.append((Prototype(types, prototype.result), names, number))
         return kept
 
     @staticmethod
@@ -98,14 +102,14 @@ class Signatures:
         return pairs[1:] if pairs and pairs[0][0] == "self" and not function.static else pairs
 
     def _matched(self, function, prototypes):
-        """(prototype, its parameters' names, position): default arguments make several prototypes of one."""
+        """(prototype, its parameters' names, number): default arguments make several prototypes of one."""
         position, matched = 0, []
         for line in function.named_prototypes:
             names = self._described_names(line)
             types = prototypes[position].parameters if position < len(prototypes) else []
             if len(types) - len(names) not in (0, 1):  # the object; callbacks hand it to their constructor too
                 break
-            matched.append((prototypes[position], names, position))
+            matched.append((prototypes[position], names, len(matched)))
             position += 1
             for fewer in range(1, sum(default is not None for _, default in names) + 1):
                 if position < len(prototypes) and prototypes[position].parameters == types[:len(types) - fewer]:

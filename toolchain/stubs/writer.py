@@ -2,9 +2,8 @@
 
 import re
 
-from . import cpptypes
+from . import cpptypes, docstrings
 from .shadow import Alias, Constant, Function, Property, Scope
-from .signatures import without_types
 
 _HEADER = '''# Made by toolchain/make_stubs.py from what SWIG generates; not to be edited.
 # Results of C++ functions that may be null are written without None, as most of them never are where they are used.
@@ -26,7 +25,7 @@ class Writer:
     def text(self):
         top = self._shadow.top
         if top.doc:
-            self._write_doc(top.doc, "")
+            self._write_doc(docstrings.tidy(top.doc), "")
         self._write_members(top, "")
         if self._wrapper.variables:
             self._write_variables()
@@ -82,7 +81,7 @@ class Writer:
         bases = f"({', '.join(scope.bases)})" if scope.bases else ""
         self._lines.append(f"\nclass {scope.name}{bases}:")
         if scope.doc:
-            self._write_doc(scope.doc, "    ")
+            self._write_doc(docstrings.tidy(scope.doc), "    ")
         self._write_members(scope, "    ")
         if self._lines[-1] == f"\nclass {scope.name}{bases}:":
             self._lines.append("    ...")
@@ -106,7 +105,7 @@ class Writer:
         known = self._wrapper.constants.get(member.flat)
         self._lines.append(f"{indent}{member.name}: Final[{self._signatures.type_of(known, member.name)}]")
         if member.doc:
-            self._write_doc(member.doc, indent)
+            self._write_doc(docstrings.tidy(member.doc), indent)
 
     def _write_variables(self):
         """What C++ variables look like: attributes of one object."""
@@ -117,7 +116,7 @@ class Writer:
     def _write_property(self, member, indent):
         result = self._signatures.type_of(self._wrapper.prototypes(member.getter)[0].result, member.name)
         self._lines += [f"{indent}@property", f"{indent}def {member.name}(self) -> {result}:"]
-        self._write_body(member.doc, indent)
+        self._write_body(docstrings.tidy(member.doc), indent)
         if member.setter:
             value = self._signatures.type_of(self._wrapper.prototypes(member.setter)[0].parameters[1], member.name)
             self._lines += [f"{indent}@{member.name}.setter",
@@ -140,13 +139,13 @@ class Writer:
     # -------------------------------------------------------------------------------------------- docstrings
 
     def _write_body(self, doc, indent):
-        if without_types(doc):
+        if doc.strip():
             self._write_doc(doc, indent + "    ")
         else:
             self._lines[-1] = re.sub(r":(  #.*)?$", r": ...\1", self._lines[-1])
 
     def _write_doc(self, doc, indent):
-        doc = without_types(doc).replace("\\", "\\\\").replace('"""', '\\"\\"\\"')
+        doc = doc.strip().replace("\\", "\\\\").replace('"""', '\\"\\"\\"')
         doc = re.sub(r'"$', r'\"', doc)
         lines = [f"{indent}{line}".rstrip() for line in doc.splitlines()] or [indent]
         closing = '"""' if len(lines) == 1 else f'\n{indent}"""'

@@ -53,6 +53,8 @@ def _parser():
     bench.add_argument("pattern", metavar="PATTERN", nargs="?", default="",
                        help="a subject (calls, simulation, values), or a regular expression of single benchmarks")
 
+    add("docs", "make the reference in HTML: modules, C++ headers, guides, examples")
+
     add("doctor", "tell what was found and what is missing")
     return parser
 
@@ -122,7 +124,20 @@ def _bench(options):
     return 1 if status else 0
 
 
-_COMMANDS = {"run": _run, "test": _test, "build": _build, "shell": _shell, "bench": _bench, "doctor": lambda _: doctor.report()}
+def _docs(_):
+    build = builds.Build(toolchain.obtain())
+    build.bring_up_to_date("zor_modules")
+    output = layout.REPOSITORY / "build" / "docs"
+    output.mkdir(parents=True, exist_ok=True)
+    program = layout.REPOSITORY / "toolchain" / "make_reference.py"
+    build.toolchain.step("Making the reference", ["python3", program, layout.REPOSITORY, build.python, output], output / "zor-docs.log",
+                         extra=script_environment(build))
+    note(f"the reference is {os.path.relpath(output / 'html' / 'index.html')}; open it with")
+    note(f"  xdg-open {os.path.relpath(output / 'html' / 'index.html')}")
+    return 0
+
+
+_COMMANDS = {"run": _run, "test": _test, "build": _build, "shell": _shell, "bench": _bench, "docs": _docs, "doctor": lambda _: doctor.report()}
 
 
 def main(arguments):
