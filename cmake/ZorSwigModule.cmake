@@ -6,8 +6,8 @@
 # Modules that only tests or benchmarks use name their own interface file and a folder of their own.
 #
 # Steps: swig (with a dependency file, so that a changed header regenerates only the modules that read it),
-# ZOR_WRAPPER_STEPS one after the other over the generated wrapper (each says what it is for), forward_shadow over the
-# shadow module, compilation. zor_add_stubs() then makes the type stubs of all modules.
+# ZOR_WRAPPER_STEPS one after the other over the generated wrapper (each says what it is for), tidy_docstrings and
+# forward_shadow over the shadow module, compilation. zor_add_stubs() then makes the type stubs of all modules.
 
 find_program(ZOR_SWIG NAMES swig4.0 swig REQUIRED)
 execute_process(COMMAND ${ZOR_SWIG} -version OUTPUT_VARIABLE zor_swig_version)
@@ -66,18 +66,11 @@ function(zor_add_swig_module name)
     DEPENDS ${raw} ${scripts}
     COMMENT "Steps over the wrapper of ${name}"
     VERBATIM)
-  set(script ${PROJECT_SOURCE_DIR}/toolchain/forward_shadow.py)
-  add_custom_command(
-    OUTPUT ${destination}/${name}.py
-    COMMAND Python3::Interpreter ${script} ${work}/${name}.py ${destination}/${name}.py
-    COMMAND Python3::Interpreter -m py_compile ${destination}/${name}.py # whoever imports it needn't be able to write
-    DEPENDS ${work}/${name}.py ${script} ${PROJECT_SOURCE_DIR}/toolchain/wrapperstep.py
-    COMMENT "Step over the shadow of ${name}"
-    VERBATIM)
 
+  set(described)
   if(NOT ARG_DESTINATION)
     # The shadow module once more, with SWIG's own description of every function in place of the headers' comments:
-    # it tells the stubs how the parameters of overloads are called.
+    # it tells docstrings and stubs how the parameters of overloads are called.
     set(described ${work}/signatures/${name}.py)
     file(MAKE_DIRECTORY ${work}/signatures)
     add_custom_command(
@@ -91,6 +84,18 @@ function(zor_add_swig_module name)
     set_property(GLOBAL APPEND PROPERTY zor_stubbed_modules ${name})
     set_property(GLOBAL APPEND PROPERTY zor_stub_inputs ${raw} ${work}/${name}.py ${described})
   endif()
+
+  set(tidy ${PROJECT_SOURCE_DIR}/toolchain/tidy_docstrings.py)
+  set(forward ${PROJECT_SOURCE_DIR}/toolchain/forward_shadow.py)
+  add_custom_command(
+    OUTPUT ${destination}/${name}.py
+    COMMAND Python3::Interpreter ${tidy} ${work}/${name}.py ${work}/${name}_tidy.py ${described}
+    COMMAND Python3::Interpreter ${forward} ${work}/${name}_tidy.py ${destination}/${name}.py
+    COMMAND Python3::Interpreter -m py_compile ${destination}/${name}.py # whoever imports it needn't be able to write
+    DEPENDS ${work}/${name}.py ${described} ${tidy} ${forward} ${PROJECT_SOURCE_DIR}/toolchain/wrapperstep.py
+      ${PROJECT_SOURCE_DIR}/toolchain/stubs/docstrings.py ${PROJECT_SOURCE_DIR}/toolchain/stubs/shadow.py
+    COMMENT "Steps over the shadow of ${name}"
+    VERBATIM)
 
   set(target py_${name})
   add_library(${target} MODULE ${wrapper} ${destination}/${name}.py)

@@ -5,7 +5,8 @@ import re
 import pytest
 from zorcmd.layout import REPOSITORY
 
-DOCUMENTS = ["README.md", "docs/architecture.md", "docs/decisions.md", "toolchain/README.md", "benchmarks/README.md"]
+DOCUMENTS = ["README.md", "toolchain/README.md", "benchmarks/README.md",
+             *(f"docs/{path.name}" for path in (REPOSITORY / "docs").glob("*.md"))]
 
 
 def test_script_of_the_readme_is_the_example():

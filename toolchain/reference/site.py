@@ -4,7 +4,7 @@ import ast
 import re
 
 from .markdown import Converter
-from .pages import PageMaker, heading, table
+from .pages import PageMaker, heading
 
 # Pages of the guide in the order of the start page; others of docs/ follow by name.
 _GUIDE = ["getting-started", "troubleshooting", "changes"]
@@ -94,11 +94,14 @@ class Site:
                                             ".. code-block:: sh", "", f"   ./zor run examples/{name}", "",
                                             f".. literalinclude:: {name}", "   :language: python", "   :linenos:", ""])
             first = Converter("examples", self._resolve).inline(" ".join(doc.partition("\n\n")[0].split()))
-            rows.append((f":doc:`{name} <{stem}>`", first))
+            pictures = sorted((self._repository / "docs/images").glob(f"{stem}*.png"))
+            rows += [f"   * - .. image:: /docs/images/{pictures[0].name}" if pictures else "   * -",
+                     *([f"          :target: {stem}.html", f"          :alt: {stem}", ""] if pictures else []),
+                     f"     - :doc:`{name} <{stem}>`", "", f"       {first}"]
             names.append(stem)
-        picture = self._pictures("first_scene")
-        self._page("examples/index", [*heading("Examples"), *picture, *table(rows, "25 75"), ".. toctree::", "   :hidden:", "",
-                                      *[f"   {name}" for name in names], ""])
+        self._page("examples/index", [*heading("Examples"), "Run them with ``./zor run examples/NAME``.", "",
+                                      ".. list-table::", "   :widths: 40 60", "   :class: summary", "", *rows, "",
+                                      ".. toctree::", "   :hidden:", "", *[f"   {name}" for name in names], ""])
 
     def _pictures(self, stem):
         lines = []
@@ -121,5 +124,5 @@ class Site:
         lines += ["", ".. toctree::", "   :maxdepth: 1", "   :caption: Guide", "", *[f"   guide/{name}" for name in guide], "   examples/index", ""]
         lines += [".. toctree::", "   :maxdepth: 1", "   :caption: Reference", "", "   api/index", "   cpp-headers", ""]
         lines += [".. toctree::", "   :maxdepth: 1", "   :caption: Inside", "", *[f"   guide/{name}" for name in inside],
-                  *[f"   inside/{name.replace('/', '-')}" for name in self._readmes], ""]
+                  *[f"   {name} <inside/{name.replace('/', '-')}>" for name in self._readmes], ""]
         return lines

@@ -1,6 +1,7 @@
 """Header comments, as SWIG translates them, in the words and the form of Python."""
 
 import inspect
+import itertools
 import re
 import textwrap
 
@@ -39,6 +40,23 @@ def tidy(section):
         lines += textwrap.wrap(f":{head}: {body}", _WIDTH, subsequent_indent="    ", break_long_words=False,
                                break_on_hyphens=False)
     return "\n".join(lines).strip()
+
+
+def by_overload(sections, parameters):
+    """The docstring of each overload, whose parameters' names are given. SWIG leaves overloads without a comment
+    out and doesn't say which: then the parameters decide, or the first one tells of all."""
+    if len(sections) > len(parameters):  # forms with fewer arguments are told of again at times
+        sections = [section for i, section in enumerate(sections)
+                    if not i or tidy(section) != tidy(sections[i - 1])]
+    places = [[] for _ in sections]
+    for chosen in itertools.combinations(range(len(parameters)), len(sections)):
+        if all(parameter_names(section) <= parameters[at] for section, at in zip(sections, chosen)):
+            for place, at in zip(places, chosen):
+                place.append(at)
+    if not all(len(set(place)) == 1 for place in places):
+        return [joined(sections)] + [""] * (len(parameters) - 1)
+    docs = {place[0]: tidy(section) for place, section in zip(places, sections)}
+    return [docs.get(at, "") for at in range(len(parameters))]
 
 
 def joined(parts):

@@ -32,6 +32,31 @@ HAND_WRITTEN = {
 }
 
 
+def described_names(line):
+    """Names and defaults in `name(Type self, Type parameter=default) -> Type`."""
+    inner = re.sub(r"\) -> [^)]*$|\)$", "", line[line.index("(") + 1:])
+    parts, depth, part = [], 0, ""
+    for character in inner:
+        depth += (character in "(<[") - (character in ")>]")
+        if character == "," and depth == 0:
+            parts.append(part)
+            part = ""
+        else:
+            part += character
+    parts = [p for p in [*parts, part] if p.strip()]
+    names = []
+    for part in parts:
+        declared, _, default = part.partition("=")
+        names.append((declared.split()[-1].lstrip("*&"), default.strip() or None))
+    return names[1:] if names and names[0][0] == "self" else names
+
+
+def python_default(text):
+    """A default as Python, where C++ and Python write it alike."""
+    text = {"true": "True", "false": "False"}.get(text, text)
+    return text if re.fullmatch(r"-?\d+(\.\d*)?(e-?\d+)?|True|False|None|'[^']*'|\"[^\"]*\"", text) else "..."
+
+
 class Function:
     """One function or method of a shadow module."""
 
@@ -57,6 +82,11 @@ class Function:
     def sections(self):
         """The docstring's parts about each overload."""
         return docstrings.sections(self.doc)
+
+    @property
+    def parameter_lists(self):
+        """(name, default or None) of each overload's parameters, the object left out; default arguments make no overloads."""
+        return [described_names(line) for line in self.named_prototypes]
 
     @property
     def abstract(self):
@@ -97,10 +127,11 @@ class Alias:
 class Scope:
     """Members of a module or class, in the order of the source."""
 
-    def __init__(self, name, doc, bases=()):
+    def __init__(self, name, doc, bases=(), source=None):
         self.name = name
         self.doc = doc
         self.bases = bases
+        self.source = source
         self.members = []
 
 
@@ -136,7 +167,7 @@ class Shadow:
             elif isinstance(node, ast.ClassDef):
                 if not node.name.startswith("_"):
                     bases = [ast.unparse(base) for base in node.bases if ast.unparse(base) != "object"]
-                    inner = Scope(node.name, ast.get_docstring(node) or "", bases)
+                    inner = Scope(node.name, ast.get_docstring(node) or "", bases, node)
                     self._fill(inner, node.body)
                     scope.members.append(inner)
             elif isinstance(node, ast.Assign) and isinstance(node.targets[0], ast.Name):

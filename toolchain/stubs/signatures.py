@@ -2,11 +2,10 @@
 
 import ast
 import builtins
-import itertools
 import re
 
 from . import cpptypes, docstrings
-from .shadow import HAND_WRITTEN, Function
+from .shadow import HAND_WRITTEN, Function, python_default
 from .wrapper import Prototype
 
 
@@ -55,26 +54,9 @@ class Signatures:
             full = max(prototypes, key=lambda prototype: len(prototype.parameters))
             return [(self._signature(function, full, self._own_names(function)), docstrings.joined(function.sections))]
         matched = self._matched(function, prototypes)
-        docs = self._documentation(function.sections, [{name for name, _ in names} for _, names, _ in matched])
+        docs = docstrings.by_overload(function.sections, [{name for name, _ in names} for _, names, _ in matched])
         return [(self._signature(function, prototype, names, "/"), docs[index])
                 for prototype, names, index in self._distinct(matched)]
-
-    @staticmethod
-    def _documentation(sections, parameters):
-        """The docstring of each overload, whose parameters' names are given. SWIG leaves overloads without a comment
-        out and doesn't say which: then the parameters decide, or the first one tells of all."""
-        if len(sections) > len(parameters):  # forms with fewer arguments are told of again at times
-            sections = [section for i, section in enumerate(sections)
-                        if not i or docstrings.tidy(section) != docstrings.tidy(sections[i - 1])]
-        places = [[] for _ in sections]
-        for chosen in itertools.combinations(range(len(parameters)), len(sections)):
-            if all(docstrings.parameter_names(section) <= parameters[at] for section, at in zip(sections, chosen)):
-                for place, at in zip(places, chosen):
-                    place.append(at)
-        if not all(len(set(place)) == 1 for place in places):
-            return [docstrings.joined(sections)] + [""] * (len(parameters) - 1)
-        docs = {place[0]: docstrings.tidy(section) for place, section in zip(places, sections)}
-        return [docs.get(at, "") for at in range(len(parameters))]
 
     @staticmethod
     def _distinct(matched):
@@ -104,8 +86,7 @@ class Signatures:
     def _matched(self, function, prototypes):
         """(prototype, its parameters' names, number): default arguments make several prototypes of one."""
         position, matched = 0, []
-        for line in function.named_prototypes:
-            names = self._described_names(line)
+        for names in function.parameter_lists:
             types = prototypes[position].parameters if position < len(prototypes) else []
             if len(types) - len(names) not in (0, 1):  # the object; callbacks hand it to their constructor too
                 break
@@ -118,31 +99,12 @@ class Signatures:
             raise ValueError(f"the prototypes of {function.flat} are not those that SWIG describes")
         return matched
 
-    @staticmethod
-    def _described_names(line):
-        """Names and defaults in `name(Type self, Type parameter=default) -> Type`."""
-        inner = re.sub(r"\) -> [^)]*$|\)$", "", line[line.index("(") + 1:])
-        parts, depth, part = [], 0, ""
-        for character in inner:
-            depth += (character in "(<[") - (character in ")>]")
-            if character == "," and depth == 0:
-                parts.append(part)
-                part = ""
-            else:
-                part += character
-        parts = [p for p in [*parts, part] if p.strip()]
-        names = []
-        for part in parts:
-            declared, _, default = part.partition("=")
-            names.append((declared.split()[-1].lstrip("*&"), default.strip() or None))
-        return names[1:] if names and names[0][0] == "self" else names
-
     def _signature(self, function, prototype, names, separator=""):
         types = prototype.parameters[len(prototype.parameters) - len(names):] if names else []
         shown = [] if function.static or not self._is_method(function) else ["self"]
         for (name, default), known in zip(names, types):
             written = self.type_of(known, f"{function.flat}({name})")
-            shown.append(f"{name}: {written}" + (f" = {self._default(default)}" if default is not None else ""))
+            shown.append(f"{name}: {written}" + (f" = {python_default(default)}" if default is not None else ""))
         if separator and names:
             shown.append(separator)
         elif function.name.startswith("__") and function.name != "__init__" and names:
@@ -153,12 +115,6 @@ class Signatures:
     @staticmethod
     def _is_method(function):
         return bool(function.arguments.args) and function.arguments.args[0].arg == "self"
-
-    @staticmethod
-    def _default(text):
-        """A default as Python, where C++ and Python write it alike."""
-        text = {"true": "True", "false": "False"}.get(text, text)
-        return text if re.fullmatch(r"-?\d+(\.\d*)?(e-?\d+)?|True|False|None|'[^']*'|\"[^\"]*\"", text) else "..."
 
     def element(self, scope):
         """What a class is a sequence of; None if it is none."""
