@@ -1,5 +1,6 @@
 """What the guide shows is what happens."""
 
+import os
 import pathlib
 import re
 import subprocess
@@ -24,7 +25,8 @@ def test_getting_started_prints_what_it_says(tmp_path):
     shown = pieces("getting-started.md")
     script = tmp_path / "script.py"
     script.write_text(f"print({mark!r})\n".join(code for code, _ in shown))
-    result = subprocess.run([sys.executable, script.name], cwd=tmp_path, capture_output=True, text=True, timeout=300)
+    environment = {**os.environ, "PYTHONPATH": os.path.dirname(zor.__file__)}
+    result = subprocess.run([sys.executable, script.name], cwd=tmp_path, capture_output=True, text=True, timeout=300, env=environment)
     assert result.returncode == 0 and "Traceback" not in result.stderr, result.stderr
     assert result.stdout.split(mark + "\n") == [text for _, text in shown]
     assert (tmp_path / "my_picture.png").stat().st_size > 1000
