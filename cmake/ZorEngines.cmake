@@ -20,3 +20,4 @@ zor_import_pkg(OpenSceneGraph openscenegraph openscenegraph-osg openscenegraph-o
   openscenegraph-osgText openscenegraph-osgUtil openscenegraph-osgViewer openscenegraph-osgShadow
   openscenegraph-osgSim openthreads)
 zor_import_pkg(Egl egl gl)
+zor_import_pkg(Urdf urdfdom console_bridge)

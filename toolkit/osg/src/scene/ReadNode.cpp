@@ -1,6 +1,7 @@
 #include <zorOSG/ReadNode.h>
 
 #include <filesystem>
+#include <stdexcept>
 
 #include <osg/Geometry>
 #include <osg/NodeVisitor>
@@ -9,6 +10,7 @@
 #include <osgDB/Registry>
 
 #include "MeshBuilder.h"
+#include "ModelFile.h"
 #include "ReaderMessages.h"
 #include "ResourceFile.h"
 
@@ -47,28 +49,33 @@ osg::Node* readNodeFile(std::string const& filename, bool searchForIve) {
   return readNodeFile(filename, options.get(), searchForIve);
 }
 
-osg::Node* readNodeFile(std::string const& filename, osgDB::ReaderWriter::Options const* options,
-                        bool searchForIve) {
-  std::string const path = findModel(filename, searchForIve);
-  if (path.empty() || std::filesystem::is_directory(path)) {
-    if (path.empty())
-      logMissingFile("Model file", filename);
-    else
-      logReadError("Model file", path, "it is a folder");
-    return nullptr;
-  }
+osg::ref_ptr<osg::Node> readModelFile(std::string const& path, osgDB::Options const* options) {
+  if (std::filesystem::is_directory(path))
+    throw std::runtime_error("it is a folder");
   ReaderMessages const printed;
   osgDB::ReaderWriter::ReadResult result = osgDB::Registry::instance()->readNode(path, options);
   osg::ref_ptr<osg::Node> node = result.getNode();
-  if (!node) {
-    logReadError("Model file", path, reasonFor(result, path, printed.text()));
-    return nullptr;
-  }
+  if (!node)
+    throw std::runtime_error(reasonFor(result, path, printed.text()));
   printed.log(path);
   VertexBufferEnabler enabler;
   node->accept(enabler);
-  result = osgDB::ReaderWriter::ReadResult(); // its reference goes first: the caller gets the last one
-  return node.release();
+  return node;
+}
+
+osg::Node* readNodeFile(std::string const& filename, osgDB::ReaderWriter::Options const* options,
+                        bool searchForIve) {
+  std::string const path = findModel(filename, searchForIve);
+  if (path.empty()) {
+    logMissingFile("Model file", filename);
+    return nullptr;
+  }
+  try {
+    return readModelFile(path, options).release();
+  } catch (std::runtime_error const& error) {
+    logReadError("Model file", path, error.what());
+    return nullptr;
+  }
 }
 
 } // namespace zorOSG

@@ -6,6 +6,7 @@
 #include <osg/MatrixTransform>
 
 #include <zorCollide/Compound.h>
+#include <zorOSG/RenderState.h>
 #include <zorRender/RenderMaterial.h>
 
 #include "Convert.h"
@@ -56,20 +57,13 @@ void applyRenderMaterial(osg::Node& node, zorRender::RenderMaterial const& sourc
   float const alpha = material.getDiffuse(faces).a() * (1.0f - source.getTransparency());
   material.setAlpha(faces, alpha);
   setTransparency(*node.getStateSet(), alpha, false);
+  if (!source.getDiffuseTexture().empty())
+    setTexture(&node, source.getDiffuseTexture(), true);
 }
 
 osg::ref_ptr<osg::Geode> geodeOf(osg::Geometry* mesh) {
   osg::ref_ptr<osg::Geode> geode = new osg::Geode;
   geode->addDrawable(mesh);
-  return geode;
-}
-
-osg::ref_ptr<osg::Node> renderDataNode(zorRender::RenderData const& data) {
-  if (!data.getShouldRender())
-    return new osg::Group;
-  osg::ref_ptr<osg::Geode> geode = geodeOf(renderDataMesh(data));
-  if (data.getRenderMaterial())
-    applyRenderMaterial(*geode, *data.getRenderMaterial());
   return geode;
 }
 
@@ -94,9 +88,23 @@ osg::ref_ptr<osg::Node> compoundNode(zorCollide::Compound const& compound, float
   return group;
 }
 
+osg::ref_ptr<osg::Node> renderDataNode(zorCollide::Shape const& shape, float detailRatio) {
+  zorRender::RenderData const& data = *shape.getRenderData();
+  if (!data.getShouldRender())
+    return new osg::Group;
+  osg::ref_ptr<osg::Node> node;
+  if (data.getVertices().empty())
+    node = shapeNode(shape, detailRatio, false);
+  else
+    node = geodeOf(renderDataMesh(data));
+  if (data.getRenderMaterial())
+    applyRenderMaterial(*node, *data.getRenderMaterial());
+  return node;
+}
+
 osg::ref_ptr<osg::Node> shapeNode(zorCollide::Shape const& shape, float detailRatio, bool useRenderData) {
   if (useRenderData && shape.getRenderData())
-    return renderDataNode(*shape.getRenderData());
+    return renderDataNode(shape, detailRatio);
   if (shape.getType() == zorCollide::Shape::COMPOUND)
     return compoundNode(static_cast<zorCollide::Compound const&>(shape), detailRatio, useRenderData);
   osg::ref_ptr<osg::Geode> geode = geodeOf(shapeMesh(shape, detailRatio));

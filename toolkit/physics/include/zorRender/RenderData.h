@@ -12,7 +12,8 @@ namespace zorRender {
 /**
  * The triangles with which a shape is drawn in place of its collision form, in the shape's own frame.
  *
- * Normals and texture coordinates are optional; when present there is one a vertex.
+ * Normals and texture coordinates are optional; when present there is one a vertex. Render data without
+ * vertices draw the shape itself, with their material.
  */
 class RenderData : public zor::Object {
 public:

@@ -51,6 +51,12 @@ public:
   /** \return 0 opaque to 1 invisible */
   float getTransparency() const { return m_transparency; }
 
+  /** \param filename - image file of the texture, found through the resource path when a visual is made;
+   * empty for none. The diffuse colour tints it */
+  void setDiffuseTexture(zor::String const& filename) { m_diffuseTexture = filename; }
+  /** \return image file of the texture, or an empty text */
+  zor::String const& getDiffuseTexture() const { return m_diffuseTexture; }
+
 protected:
   ~RenderMaterial() override = default;
 
@@ -64,6 +70,7 @@ private:
   float m_shininess = 0.0f;
   float m_transparency = 0.0f;
   unsigned int m_set = 0;
+  zor::String m_diffuseTexture;
 };
 
 } // namespace zorRender
