@@ -48,7 +48,9 @@ def test_comments_are_told_in_words_of_python():
 @pytest.mark.parametrize("parameters, expected", [
     ([{"point"}, {"name"}], ["From a point.", "From a name."]),
     ([{"point"}, {"other"}, {"name", "index"}], ["From a point.", "", "From a name."]),  # the second has no comment
-    ([{"point", "name"}, {"name", "point"}, {"point", "name"}], ["From a point.", "", ""]),  # nobody can tell whose they are
+    ([{"point"}, {"name"}, {"other"}], ["From a point.", "From a name.", ""]),  # copies have none
+    ([{"point", "name"}, {"name", "point"}], ["From a point.", "From a name."]),
+    ([{"point", "name"}, {"point", "name", "x"}, {"point", "name"}], ["From a point.", "", ""]),  # nobody can tell whose they are
 ])
 def test_overloads_get_their_own_texts(parameters, expected):
     docs = docstrings.by_overload(docstrings.sections(OVERLOADS), parameters)

@@ -44,19 +44,30 @@ def tidy(section):
 
 def by_overload(sections, parameters):
     """The docstring of each overload, whose parameters' names are given. SWIG leaves overloads without a comment
-    out and doesn't say which: then the parameters decide, or the first one tells of all."""
+    out and doesn't say which: then the parameters decide, or where they can't, the first one tells of all."""
     if len(sections) > len(parameters):  # forms with fewer arguments are told of again at times
         sections = [section for i, section in enumerate(sections)
                     if not i or tidy(section) != tidy(sections[i - 1])]
+    # Copies are made by constructors that have no line in a header.
+    candidates = [at for at, names in enumerate(parameters) if names != {"other"}]
+    if len(candidates) < len(sections):
+        candidates = range(len(parameters))
     places = [[] for _ in sections]
-    for chosen in itertools.combinations(range(len(parameters)), len(sections)):
+    for chosen in itertools.combinations(candidates, len(sections)):
         if all(parameter_names(section) <= parameters[at] for section, at in zip(sections, chosen)):
             for place, at in zip(places, chosen):
                 place.append(at)
-    if not all(len(set(place)) == 1 for place in places):
-        return [joined(sections)] + [""] * (len(parameters) - 1)
-    docs = {place[0]: tidy(section) for place, section in zip(places, sections)}
-    return [docs.get(at, "") for at in range(len(parameters))]
+    # Overloads with equal parameters share what is said of any of them.
+    shared = {}
+    for section, place in zip(sections, places):
+        if len({frozenset(parameters[at]) for at in place}) != 1:
+            return [joined(sections)] + [""] * (len(parameters) - 1)
+        shared.setdefault(tuple(sorted(set(place))), []).append(section)
+    docs = {}
+    for place, parts in shared.items():
+        for at in place:
+            docs.setdefault(at, []).extend(parts)
+    return [joined(docs.get(at, [])) for at in range(len(parameters))]
 
 
 def joined(parts):
