@@ -26,16 +26,17 @@ def run_sphinx(repository, source, output):
 def run_doxygen(repository, output):
     """doxygen over the public headers, where one has changed."""
     settings = (repository / "docs/reference/Doxyfile").read_text()
+    front = repository / "docs/reference/mainpage.dox"
     folders = sorted(path for path in (repository / "toolkit").glob("*/include") if path.is_dir())
     target = output / "html/cpp"
-    headers = sorted(header for folder in folders for header in folder.rglob("*.h"))
+    headers = [front, *sorted(header for folder in folders for header in folder.rglob("*.h"))]
     state = hashlib.sha256("\0".join([settings, *(f"{path}{path.stat().st_mtime_ns}" for path in headers)]).encode()).hexdigest()
     stamp = output / "cpp.stamp"
     if stamp.exists() and stamp.read_text() == state and (target / "index.html").exists():
         return 0
     target.mkdir(parents=True, exist_ok=True)
     inputs = " ".join(f'"{folder}"' for folder in folders)
-    settings += f'\nOUTPUT_DIRECTORY = "{target}"\nINPUT = {inputs}\nSTRIP_FROM_PATH = {inputs}\nSTRIP_FROM_INC_PATH = {inputs}\n'
+    settings += f'\nOUTPUT_DIRECTORY = "{target}"\nINPUT = {inputs} "{front}"\nSTRIP_FROM_PATH = {inputs}\nSTRIP_FROM_INC_PATH = {inputs}\n'
     status = subprocess.run(["doxygen", "-"], input=settings, text=True, check=False).returncode
     if status == 0:
         stamp.write_text(state)

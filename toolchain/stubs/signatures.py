@@ -121,7 +121,7 @@ class Signatures:
         for flat in (f"{scope.name}__get", f"{scope.name}___getitem__"):
             for prototype in self._wrapper.prototypes(flat):
                 if prototype.parameters[1:] == ["int"]:
-                    return self.visible(prototype.result)
+                    return self.visible(prototype.result or "Any")
         # Sequences of mixed types: elements are told by index only.
         return "Any" if any(isinstance(m, Function) and m.signature_key == "__getitem__(self, index)"
                             for m in scope.members) else None
