@@ -3,6 +3,7 @@
 import textwrap
 
 import pytest
+from reference.enumerations import enumerations
 from reference.markdown import Converter
 from reference.model import Library
 from reference.restructured import Linker
@@ -136,3 +137,18 @@ def test_names_in_docstrings_are_linked_and_words_are_not(library):
     assert linker.doc("Text\ngoes on:\n- one\n- two\n\n:param x: getName(1)\n    and more") == [
         "Text goes on:", "", "- one", "- two", "", "", ":param x: :py:meth:`getName <sample.Base.getName>`\\ (1) and more"]
     assert linker.summary(":return: the Body. It moves.") == "Returns the Body."
+
+
+def test_enumerations_are_read_from_headers():
+    one, other = enumerations("""
+        /** Where it
+         * lies. */
+        enum Place : int {
+          LEFT = 1, ///< Left, or so.
+          RIGHT     /**< Right. */
+        };
+        /// How.
+        enum class Way { ANY, };
+        enum Silent { A };""")
+    assert (one.name, one.doc, one.constants) == ("Place", "Where it lies.", ["LEFT", "RIGHT"])
+    assert (other.name, other.doc, other.constants) == ("Way", "How.", ["ANY"])

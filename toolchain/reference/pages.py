@@ -2,6 +2,8 @@
 
 import re
 
+from stubs import docstrings
+
 from .restructured import Linker, literal
 
 # What special methods are for, as a script writes it; `self` and the other parameters by their names.
@@ -45,8 +47,9 @@ def shown(annotation):
 class PageMaker:
     """Makes the reStructuredText of each page of the library."""
 
-    def __init__(self, library):
+    def __init__(self, library, enumerations):
         self._library = library
+        self._enumerations = enumerations  # {path of a class or module: those of its header}
 
     # --------------------------------------------------------------------------------------------- modules
 
@@ -67,7 +70,7 @@ class PageMaker:
             lines += [*heading("Functions", "-"), *table(sorted(rows))]
         if module.values:
             lines += heading("Constants and variables", "-")
-            lines += [line for value in module.values.values() for line in self._value(value, linker, "data")]
+            lines += self._grouped(module.path, list(module.values.values()), linker, "data")
         if functions:
             lines += heading("Functions in full", "-") if len(functions) > 1 else []
             for function in functions:
@@ -127,8 +130,7 @@ class PageMaker:
         constants = [value for value in one.values.values() if value.kind == "constant"]
         members = [value for value in one.values.values() if value.kind != "constant"]
         if constants:
-            lines += [".. rubric:: Constants", ""]
-            lines += [line for value in constants for line in self._value(value, linker, "attribute")]
+            lines += [".. rubric:: Constants", "", *self._grouped(one.path, constants, linker, "attribute")]
         if members:
             lines += [".. rubric:: Properties", ""]
             lines += [line for value in members for line in self._value(value, linker, "property")]
@@ -217,6 +219,17 @@ class PageMaker:
             lines += ["   :no-index:"] if number else []
             lines += ["", *indented(linker.doc(overload.doc)), ""]
         return lines
+
+    def _grouped(self, path, values, linker, directive):
+        """Constants by the enumeration that they belong to."""
+        lines = []
+        for one in self._enumerations.get(path, ()):
+            members = [value for value in values if value.name in one.constants]
+            if members:
+                lines += [f"**{one.name}**: {linker.text(docstrings.python_words(one.doc))}", ""]
+                lines += [line for value in members for line in self._value(value, linker, directive)]
+                values = [value for value in values if value not in members]
+        return lines + [line for value in values for line in self._value(value, linker, directive)]
 
     @staticmethod
     def _value(value, linker, directive):

@@ -3,6 +3,7 @@
 import ast
 import re
 
+from . import enumerations
 from .markdown import Converter
 from .pages import PageMaker, heading
 
@@ -29,7 +30,8 @@ class Site:
 
     def write(self):
         """Writes all pages and removes those of before."""
-        pages = PageMaker(self._library)
+        headers = sorted((self._repository / "toolkit").glob("*/include"))
+        pages = PageMaker(self._library, enumerations.by_scope(headers, self._library))
         self._page("api/index", pages.index())
         for module in self._library.modules.values():
             self._page(f"api/{module.name}/index", pages.module(module))
