@@ -21,3 +21,6 @@ zor_import_pkg(OpenSceneGraph openscenegraph openscenegraph-osg openscenegraph-o
   openscenegraph-osgSim openthreads)
 zor_import_pkg(Egl egl gl)
 zor_import_pkg(Urdf urdfdom console_bridge)
+
+# Archives: binary by cereal, JSON by the parser that cereal comes with.
+zor_import_pkg(Archives cereal RapidJSON)

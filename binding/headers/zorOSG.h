@@ -16,6 +16,7 @@
 #include <zorOSG/NeoCameraOutputValue.h>
 #include <zorOSG/NodeReference.h>
 #include <zorOSG/Primitives.h>
+#include <zorOSG/ReadFile.h>
 #include <zorOSG/ReadNode.h>
 #include <zorOSG/RenderState.h>
 #include <zorOSG/RenderTarget.h>

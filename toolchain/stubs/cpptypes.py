@@ -14,6 +14,8 @@ NUMBERS |= dict.fromkeys(("int", "uint32_t", "uint8_t", "size_t"), "int")
 # Python objects that C++ takes or makes itself: (flat function, argument or "return").
 PYTHON_OBJECTS = {
     ("new_Callback", 1): "Callable[[], object]",
+    ("Simulation_toBytes", "return"): "bytes",
+    ("Simulation_fromBytes", 2): "bytes | bytearray | memoryview",
     ("Event_add", 2): "Callable[[], object]",
     ("BoolEvent_add", 2): "Callable[[bool], object]",
     ("Camera_getViewport", "return"): "tuple[float, float, float, float] | None",

@@ -1,2 +1,3 @@
-// Model files.
+// Model files and stored simulations.
 %include <zorOSG/ReadNode.h>
+%include <zorOSG/ReadFile.h>

@@ -28,6 +28,7 @@ ZOR_SHARED(zorSDK::ContactEventListener)
 ZOR_SHARED(zorSDK::GuiEventListener)
 
 %include "zorSDK/listeners.i"
+%include "zorSDK/files.i"
 
 %copyctor zorSDK::SimulationStatistics;
 %include <zorSDK/SimulationStatistics.h>

@@ -10,6 +10,10 @@ class ConstraintImpl;
 } // namespace zorBullet
 #endif
 
+namespace zorStream {
+struct StateAccess;
+} // namespace zorStream
+
 namespace zor {
 
 /** What acts along one free degree of freedom of a constraint: a motor, a range or a lock.
@@ -59,6 +63,7 @@ protected:
 
 private:
   friend class zorBullet::ConstraintImpl;
+  friend struct zorStream::StateAccess;
   zorBullet::ConstraintImpl* m_constraint = nullptr; // null when the constraint is gone
   RangeReal m_forceRange;
   Real m_compliance = 0;

@@ -12,6 +12,10 @@ class BodyImpl;
 } // namespace zorBullet
 #endif
 
+namespace zorStream {
+struct StateAccess;
+} // namespace zorStream
+
 namespace zor {
 
 /** Mass, inertia and centre of mass of a rigid body.
@@ -89,6 +93,7 @@ public:
 
 private:
   friend class zorBullet::BodyImpl;
+  friend struct zorStream::StateAccess;
   explicit MassProperties(zorBullet::BodyImpl& body) : m_body(body) {}
   ~MassProperties() = default;
   MassProperties(MassProperties const&) = delete;

@@ -15,6 +15,10 @@ class Simulation;
 class SimulationImpl;
 } // namespace zorSDK
 
+namespace zorStream {
+struct StateAccess;
+} // namespace zorStream
+
 namespace zor {
 
 class RigidBody;
@@ -90,6 +94,7 @@ protected:
 
 private:
   friend class zorSDK::SimulationImpl;
+  friend struct zorStream::StateAccess;
   ref_ptr<RigidBody> m_body;
   ref_ptr<Frame> m_frame;
   zorSDK::Simulation* m_simulation = nullptr;

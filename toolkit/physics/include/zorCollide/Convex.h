@@ -6,6 +6,9 @@
 namespace zorBullet {
 struct Hull;
 } // namespace zorBullet
+namespace zorStream {
+struct StateAccess;
+} // namespace zorStream
 #endif
 
 namespace zorCollide {
@@ -37,10 +40,12 @@ protected:
   ~Convex() override;
 
 private:
+  friend struct zorStream::StateAccess;
   explicit Convex(zorBullet::Hull const& hull);
 
   zor::Vec3Vector m_vertices;
   zor::UInt32Vector m_indices;
+  zor::Vec3Vector m_points; // of which the hull was made, when no triangles were given
 };
 
 } // namespace zorCollide

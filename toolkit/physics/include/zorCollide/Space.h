@@ -12,6 +12,9 @@
 namespace zorBullet {
 class SpaceImpl;
 } // namespace zorBullet
+namespace zorStream {
+struct StateAccess;
+} // namespace zorStream
 #endif
 
 namespace zorCollide {
@@ -172,6 +175,7 @@ protected:
 
 private:
   friend class zorBullet::SpaceImpl;
+  friend struct zorStream::StateAccess;
 
   GeometryRefVector m_geometries;
   std::unique_ptr<zorBullet::SpaceImpl> m_impl;

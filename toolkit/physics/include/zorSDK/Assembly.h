@@ -13,6 +13,10 @@
 #include <zorCollide/Geometry.h>
 #include <zorSDK/EventListener.h>
 
+namespace zorStream {
+struct StateAccess;
+} // namespace zorStream
+
 namespace zorSDK {
 
 class Assembly;
@@ -106,6 +110,7 @@ protected:
 
 private:
   friend class SimulationImpl;
+  friend struct zorStream::StateAccess;
   bool contains(Assembly const* other) const;
   void move(zor::AffineMatrix4x4 const& worldMotion);
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include <zor/Constraint.h>
 #include <zor/Constraint1DOF.h>
@@ -36,6 +37,15 @@ class SimulationImpl;
  */
 class Simulation : public zor::Object {
 public:
+  /** What read takes from a file (bit mask). */
+  enum ReadSelection : int {
+    READ_OBJECTS = 1,   /**< Bodies, geometries, constraints, observer frames and assemblies. */
+    READ_TIME = 2,      /**< The simulated time. */
+    READ_SETTINGS = 4,  /**< Name, gravity, time step, sub-steps, solver, sleeping and disabled groups. */
+    READ_MATERIALS = 8, /**< Materials that are found by name, and contact materials. */
+    READ_ALL = 15
+  };
+
   /** Creates an empty simulation at time zero, gravity (0, 0, -9.81) m/s^2 and a time step of 1/60 s. */
   Simulation();
 
@@ -163,6 +173,38 @@ public:
   /** \return Counts and times of the last step. */
   zorSDK::SimulationStatistics getStatistics() const;
 
+  /** Stores everything that is in the simulation, its settings and what the engine remembers from step to
+   * step, so that a simulation that reads it goes on bit for bit. Listeners are not stored; a warning counts
+   * them.
+   *
+   * The file is written beside its place and put there at the end: a file of the same name is replaced by a
+   * whole one, or stays. Call it between steps, or in a post or last step listener.
+   * \param filename - name that ends with ".zor" (binary) or ".azor" (JSON, to be read and edited by people)
+   * \throws std::invalid_argument When the name ends otherwise.
+   * \throws std::runtime_error That names the file, when it can't be written.
+   */
+  void write(zor::String const& filename) const;
+  /** Adds what a file holds. Into an empty simulation, it goes on bit for bit as the stored one did.
+   * \param filename - a file that write has written, of either kind
+   * \param parent - assembly that gets what is in no assembly of its own; added to this simulation if it is
+   * in none. Null for none
+   * \param selection - combination of ReadSelection
+   * \throws std::invalid_argument When the parent is in another simulation or the selection has unknown bits.
+   * \throws std::runtime_error That names the file and the place in it, when it can't be read, is damaged or
+   * of a newer version; the simulation is then as it was. Also when called inside a step.
+   */
+  void read(zor::String const& filename, zorSDK::Assembly* parent = nullptr, zor::UInt selection = READ_ALL);
+  /** As write, into memory.
+   * \param json - true for the bytes of a ".azor" file, in place of those of a ".zor" file
+   * \return the bytes */
+  std::string toBytes(bool json = false) const;
+  /** As read, from memory.
+   * \param bytes - what write or toBytes has made, of either kind
+   * \param parent - as for read
+   * \param selection - as for read
+   */
+  void fromBytes(std::string_view bytes, zorSDK::Assembly* parent = nullptr, zor::UInt selection = READ_ALL);
+
   /** Removes everything and sets the time back to zero; settings stay. Listeners are notified. */
   void cleanup();
 
@@ -171,6 +213,9 @@ protected:
 
 private:
   friend class Assembly; // enters and leaves nested ones
+  friend struct zorStream::StateAccess;
+  void readBytes(std::string_view bytes, zorSDK::Assembly* parent, zor::UInt selection,
+                 std::string const& source);
   std::unique_ptr<SimulationImpl> m_impl;
 };
 

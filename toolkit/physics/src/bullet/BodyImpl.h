@@ -12,6 +12,10 @@
 #include "bullet/GeometryImpl.h"
 #include "bullet/WorldObject.h"
 
+namespace zorStream {
+struct StateAccess;
+}
+
 namespace zorBullet {
 
 class SpaceImpl;
@@ -82,6 +86,7 @@ public:
   btVector3 const& angularAcceleration() const { return m_angularAcceleration; }
 
 private:
+  friend struct zorStream::StateAccess;
   void rebuildShape();
   void applyFlags();
   void enterWorld();

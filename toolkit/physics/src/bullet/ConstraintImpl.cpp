@@ -61,6 +61,7 @@ ConstraintImpl::ConstraintImpl(ConstraintKind kind, zor::RigidBody* body1, zor::
              m_freedoms.back().motor.get(), m_freedoms.back().range.get(), m_freedoms.back().lock.get()})
       controller->m_constraint = this;
   }
+  clearImpulses();
 }
 
 ConstraintImpl::~ConstraintImpl() {
@@ -294,7 +295,6 @@ void ConstraintImpl::wake() {
 void ConstraintImpl::enter(zorSDK::Simulation* simulation, SpaceImpl& space) {
   m_simulation = simulation;
   m_space = &space;
-  clearImpulses();
   update();
   wake();
 }
@@ -323,10 +323,17 @@ void ConstraintImpl::update() {
   if (!wanted()) {
     takeOut();
   } else if (!m_engine) {
-    m_engine = std::make_unique<RowConstraint>(*this, engineBody(0), engineBody(1));
-    m_space->world().addConstraint(m_engine.get(), !m_collisions);
+    putIn();
     forgetContacts();
   }
+}
+
+btTypedConstraint& ConstraintImpl::putIn() {
+  if (!m_engine) {
+    m_engine = std::make_unique<RowConstraint>(*this, engineBody(0), engineBody(1));
+    m_space->world().addConstraint(m_engine.get(), !m_collisions);
+  }
+  return *m_engine;
 }
 
 void ConstraintImpl::takeOut() {

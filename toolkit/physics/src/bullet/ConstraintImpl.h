@@ -12,6 +12,10 @@
 
 #include "bullet/RowConstraint.h"
 
+namespace zorStream {
+struct StateAccess;
+}
+
 namespace zorBullet {
 
 class SpaceImpl;
@@ -77,6 +81,11 @@ public:
   zorSDK::Simulation* simulation() const { return m_simulation; }
   /** Puts the constraint into the world or takes it out, as its bodies and settings want it. */
   void update();
+  /** Puts the constraint into the world whatever its bodies and settings want. \return the engine's side */
+  btTypedConstraint& putIn();
+  void takeOut();
+  /** The engine's side, or null while the constraint is not in the world. */
+  btTypedConstraint* engine() const { return m_engine.get(); }
   void beforeSubStep(double dt);
   void afterSubStep(double dt);
 
@@ -85,6 +94,7 @@ public:
                    btVector3 const& angularB) override;
 
 private:
+  friend struct zorStream::StateAccess;
   struct Pose; // of attachments and centres of mass
   Pose pose() const;
   btTransform attachmentWorld(int index) const;
@@ -96,7 +106,6 @@ private:
                          int& count, double dt);
   btVector3 turn(Pose const& pose) const;
   bool wanted() const;
-  void takeOut();
   void forgetContacts();
   void clearImpulses();
   btRigidBody& engineBody(int index) const;

@@ -44,6 +44,8 @@ bool OverlapFilter::needBroadphaseCollision(btBroadphaseProxy* proxy0, btBroadph
 }
 
 bool ContactDispatcher::needsCollision(btCollisionObject const* body0, btCollisionObject const* body1) {
+  if (m_making == Making::REAL)
+    return true;
   if (!m_space.fixedObjectsMeet())
     return btCollisionDispatcher::needsCollision(body0, body1);
   return body0->checkCollideWith(body1) && body1->checkCollideWith(body0); // though nothing moves
@@ -55,12 +57,21 @@ btCollisionAlgorithm* ContactDispatcher::findAlgorithm(btCollisionObjectWrapper 
                                                        ebtDispatcherQueryType queryType) {
   GeometryImpl const* const first = geometryOf(*body0);
   GeometryImpl const* const second = geometryOf(*body1);
-  if (!first || !second || m_space.canCollide(*first, *second))
+  bool const real = m_making == Making::AS_SET ? !first || !second || m_space.canCollide(*first, *second)
+                                               : m_making == Making::REAL;
+  if (real)
     return btCollisionDispatcher::findAlgorithm(body0, body1, sharedManifold, queryType);
   btCollisionAlgorithmConstructionInfo info;
   info.m_dispatcher1 = this;
   info.m_manifold = sharedManifold;
   return new (allocateCollisionAlgorithm(sizeof(btEmptyAlgorithm))) btEmptyAlgorithm(info);
+}
+
+void ContactDispatcher::arrange(std::vector<btPersistentManifold*> const& manifolds) {
+  for (size_t i = 0; i < manifolds.size(); ++i) {
+    m_manifoldsPtr[static_cast<int>(i)] = manifolds[i];
+    manifolds[i]->m_index1a = static_cast<int>(i);
+  }
 }
 
 void installContactHook() {

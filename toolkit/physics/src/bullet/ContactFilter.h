@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include <BulletCollision/BroadphaseCollision/btOverlappingPairCache.h>
 #include <BulletCollision/CollisionDispatch/btCollisionDispatcher.h>
 #include <BulletCollision/CollisionDispatch/btCollisionObjectWrapper.h>
@@ -34,8 +36,17 @@ public:
                                       btPersistentManifold* sharedManifold,
                                       ebtDispatcherQueryType queryType) override;
 
+  /** What the next algorithms are, whoever may meet whom: as the settings say, real ones, or ones that do
+   * nothing. */
+  enum class Making { AS_SET, REAL, EMPTY };
+  void setMaking(Making making) { m_making = making; }
+
+  /** Puts all manifolds there are into an order. */
+  void arrange(std::vector<btPersistentManifold*> const& manifolds);
+
 private:
   SpaceImpl const& m_space;
+  Making m_making = Making::AS_SET;
 };
 
 /** Makes the engine ask for the material pair and name the geometries of each new or renewed contact point.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include <btBulletDynamicsCommon.h>
 
 namespace zorBullet {
@@ -18,6 +20,23 @@ public:
 
   /** The second half: velocities from forces, contacts and constraints, then poses. */
   void computeMotion(double dt);
+
+  void removeRigidBody(btRigidBody* body) override;
+  void removeCollisionObject(btCollisionObject* object) override;
+
+  // --- the order in which things are computed, which decides the last bits of a result
+
+  btAlignedObjectArray<btRigidBody*> const& movingBodies() const { return m_nonStaticRigidBodies; }
+  /** Manifolds of bodies that were swept in the last step. */
+  btAlignedObjectArray<btPersistentManifold*>& sweptManifolds() { return m_predictiveManifolds; }
+
+  // Each gets what is there in a new order.
+  void arrange(std::vector<btCollisionObject*> const& objects);
+  void arrange(std::vector<btRigidBody*> const& moving);
+  void arrange(std::vector<btTypedConstraint*> const& constraints);
+
+private:
+  void forgetSwept(btCollisionObject const& object);
 };
 
 } // namespace zorBullet

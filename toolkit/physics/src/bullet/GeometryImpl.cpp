@@ -13,14 +13,11 @@
 #include "bullet/SpaceImpl.h"
 
 namespace zorBullet {
-namespace {
 
 zor::Material* defaultMaterial() {
   static zor::ref_ptr<zor::Material> const material(new zor::Material("default"));
   return material.get();
 }
-
-} // namespace
 
 GeometryImpl::GeometryImpl(zorCollide::Geometry& geometry)
     : material(defaultMaterial()), m_geometry(geometry), m_frame(new GeometryFrame(*this)),
@@ -48,10 +45,7 @@ void GeometryImpl::raiseRemovalAtEnd() noexcept {
 
 void GeometryImpl::attach(GeometryOwner& owner, zor::Frame* bodyFrame, zor::AffineMatrix4x4 const& local) {
   dropObject();
-  m_frame->setListener(nullptr);
-  m_frame->setParent(bodyFrame);
-  m_frame->setLocalMatrix(local);
-  m_frame->setListener(this);
+  placeFrame(bodyFrame, local);
   m_owner = &owner;
   makeObject();
 }
@@ -59,12 +53,21 @@ void GeometryImpl::attach(GeometryOwner& owner, zor::Frame* bodyFrame, zor::Affi
 void GeometryImpl::detach() {
   dropObject();
   zor::AffineMatrix4x4 const world = m_frame->getMatrix();
-  m_frame->setListener(nullptr);
-  m_frame->setParent(nullptr);
-  m_frame->setLocalMatrix(world);
-  m_frame->setListener(this);
+  placeFrame(nullptr, world);
   m_owner = nullptr;
   makeObject();
+}
+
+void GeometryImpl::placeFrame(zor::Frame* parent, zor::AffineMatrix4x4 const& local) {
+  m_frame->setListener(nullptr);
+  try {
+    m_frame->setParent(parent);
+    m_frame->setLocalMatrix(local);
+  } catch (...) {
+    m_frame->setListener(this);
+    throw;
+  }
+  m_frame->setListener(this);
 }
 
 bool GeometryImpl::canMove() const {
@@ -187,6 +190,8 @@ void GeometryImpl::makeObject() {
   m_worldObject.attachTo(*m_object);
   m_object->setWorldTransform(worldTransform() * m_objectOffset);
   m_object->setInterpolationWorldTransform(m_object->getWorldTransform());
+  m_object->setInterpolationLinearVelocity(btVector3(0, 0, 0)); // the engine leaves them as memory was
+  m_object->setInterpolationAngularVelocity(btVector3(0, 0, 0));
   m_space->addObject(*m_object, *this);
 }
 

@@ -19,6 +19,9 @@
 
 namespace zorBullet {
 
+/** The material of geometries that have been given none; one for all. */
+zor::Material* defaultMaterial();
+
 class GeometryFrame;
 class SpaceImpl;
 
@@ -101,6 +104,8 @@ public:
   void moveObject();
   /** True for a sensor on a body, whose own collision object has to follow. */
   bool followsBody() const { return m_object && m_owner; }
+  /** The geometry's own collision object, or null. */
+  btCollisionObject* object() const { return m_object.get(); }
 
   // --- for the geometry
 
@@ -112,6 +117,8 @@ public:
   void filterChanged(); // who may meet whom
   void statusChanged(); // sensor, enable: body or own object are built again
   void poseChanged();   // the frame was moved in its parent
+  /** Sets the frame of a geometry that is in no space, and tells nobody. */
+  void placeFrame(zor::Frame* parent, zor::AffineMatrix4x4 const& local);
   void onShapeChanged() override { shapesChanged(); }
 
   std::vector<btTransform> locals; // one a shape

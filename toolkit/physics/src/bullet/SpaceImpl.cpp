@@ -5,6 +5,7 @@
 #include "bullet/ConstraintSolver.h"
 #include "bullet/ContactFilter.h"
 #include "bullet/Conversions.h"
+#include "bullet/OrderedBroadphase.h"
 
 namespace zorBullet {
 namespace {
@@ -84,7 +85,7 @@ size_t SpaceImpl::PairHash::operator()(PairKey const& key) const noexcept {
 SpaceImpl::SpaceImpl(zorCollide::Space& space)
     : m_space(space), m_configuration(makeConfiguration()),
       m_dispatcher(std::make_unique<ContactDispatcher>(*this, m_configuration.get())),
-      m_filter(std::make_unique<OverlapFilter>(*this)), m_broadphase(std::make_unique<btDbvtBroadphase>()),
+      m_filter(std::make_unique<OverlapFilter>(*this)), m_broadphase(std::make_unique<OrderedBroadphase>()),
       m_solver(std::make_unique<ConstraintSolver>()),
       m_world(std::make_unique<DynamicsWorld>(m_dispatcher.get(), m_broadphase.get(), m_solver.get(),
                                               m_configuration.get())) {

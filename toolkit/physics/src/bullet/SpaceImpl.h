@@ -17,6 +17,10 @@
 #include "bullet/GeometryImpl.h"
 #include "bullet/WorldObject.h"
 
+namespace zorStream {
+struct StateAccess;
+}
+
 namespace zorBullet {
 
 /** Two geometries that met; contact points of the engine carry a pointer to it (m_userPersistentData). */
@@ -110,6 +114,8 @@ public:
   void setUpContact(btManifoldPoint& point, GeometryImpl& first, GeometryImpl& second);
 
 private:
+  friend class WorldStateAccess;
+  friend struct zorStream::StateAccess;
   typedef std::pair<void const*, void const*> PairKey;
   struct PairHash {
     size_t operator()(PairKey const& key) const noexcept;

@@ -35,7 +35,9 @@ std::unique_ptr<zorBullet::ShapeImpl> makeImpl(zorBullet::Hull const& hull) {
 
 } // namespace
 
-Convex::Convex(zor::Vec3Vector const& vertices) : Convex(makeHull(vertices)) {}
+Convex::Convex(zor::Vec3Vector const& vertices) : Convex(makeHull(vertices)) {
+  m_points = vertices;
+}
 
 Convex::Convex(zor::Vec3Vector const& vertices, zor::UInt32Vector const& indices)
     : Shape(CONVEX, makeImpl(vertices, indices)), m_vertices(vertices), m_indices(indices) {}

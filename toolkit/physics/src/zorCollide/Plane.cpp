@@ -1,5 +1,7 @@
 #include <zorCollide/Plane.h>
 
+#include <cmath>
+#include <limits>
 #include <stdexcept>
 
 #include "bullet/Check.h"
@@ -14,6 +16,8 @@ zor::Vec3 makeNormal(zor::Vec3 const& normal) {
   double const length = normal.length();
   if (!(length > 0.0))
     throw std::invalid_argument("Plane: normal has no length");
+  if (std::abs(length - 1.0) < 4.0 * std::numeric_limits<double>::epsilon())
+    return normal; // one that was normalised before keeps its last bits
   return normal * (1.0 / length);
 }
 

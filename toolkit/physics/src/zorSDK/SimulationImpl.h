@@ -13,6 +13,10 @@
 
 #include "bullet/SpaceImpl.h"
 
+namespace zorStream {
+struct StateAccess;
+}
+
 namespace zorSDK {
 
 /** What a simulation holds, and its step. */
@@ -53,6 +57,7 @@ public:
   void setTime(double time);
   double time() const { return m_startTime + static_cast<double>(m_stepsSinceStart) * m_timeStep; }
   double timeStep() const { return m_timeStep; }
+  bool stepping() const { return m_stepping; }
 
   btContactSolverInfo& solverInfo() { return world().getSolverInfo(); }
   zorBullet::DynamicsWorld& world() { return m_spaceImpl.world(); }
@@ -70,6 +75,7 @@ public:
   bool autoSleep = false;
 
 private:
+  friend struct zorStream::StateAccess;
   using Policy = ContactEventListener::KeepContactPolicy;
   using GeometryKey = std::pair<zorCollide::Geometry*, zorCollide::Geometry*>;
 
