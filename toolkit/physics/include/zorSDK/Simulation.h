@@ -10,6 +10,7 @@
 #include <zor/Material.h>
 #include <zor/Object.h>
 #include <zor/ObserverFrame.h>
+#include <zor/ParticleSystem.h>
 #include <zor/RigidBody.h>
 #include <zor/Types.h>
 #include <zor/Vec3.h>
@@ -62,6 +63,8 @@ public:
   bool add(zor::ContactMaterial* contactMaterial);
   /** Adds an observer frame. */
   bool add(zor::ObserverFrame* frame);
+  /** Adds a particle system: from the next step on its particles move. */
+  bool add(zor::ParticleSystem* particles);
   /** Adds an assembly with everything in it. */
   bool add(zorSDK::Assembly* assembly);
   /** Adds a listener and calls its addNotification. */
@@ -73,6 +76,7 @@ public:
   bool remove(zor::Material* material);
   bool remove(zor::ContactMaterial* contactMaterial);
   bool remove(zor::ObserverFrame* frame);
+  bool remove(zor::ParticleSystem* particles);
   bool remove(zorSDK::Assembly* assembly);
   /** Calls the listener's removeNotification and removes it. */
   bool remove(zorSDK::EventListener* listener);
@@ -145,6 +149,8 @@ public:
   zor::Vector<zor::ref_ptr<zor::ContactMaterial>> const& getContactMaterials() const;
   /** \return All observer frames, those of assemblies included. */
   zor::ObserverFrameRefVector const& getObserverFrames() const;
+  /** \return All particle systems in order of addition. */
+  zor::ParticleSystemRefVector const& getParticleSystems() const;
   /** \return Assemblies that were added, those nested in others not included. */
   zorSDK::AssemblyRefVector const& getAssemblies() const;
   /** \return All listeners in order of addition, those of assemblies included. */
@@ -165,6 +171,10 @@ public:
                                            zor::Material const* material2) const;
   /** \return The first observer frame of the given name, or null. */
   zor::ObserverFrame* getObserverFrame(std::string const& name) const;
+  /** \return The first particle system of the given name, or null. */
+  zor::ParticleSystem* getParticleSystem(std::string const& name) const;
+  /** \return The first particle system, or null. */
+  zor::ParticleSystem* getParticleSystem() const;
   /** \return The first assembly of the given name, at any depth, or null. */
   zorSDK::Assembly* getAssembly(std::string const& name) const;
   /** \return The first listener of the given name, or null. */

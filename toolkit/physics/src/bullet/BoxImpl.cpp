@@ -20,6 +20,23 @@ bool BoxImpl::castRay(Ray const& ray, Hit& hit) const {
          clip.takeEntry(hit);
 }
 
+void BoxImpl::closest(btVector3 const& center, double, bool, SurfacePoints& found) const {
+  btVector3 inside = center;
+  inside.setMax(-m_half);
+  inside.setMin(m_half);
+  btVector3 const away = center - inside;
+  double const distance = away.length();
+  if (distance > 0.0) {
+    found.add({inside, away / distance, distance});
+    return;
+  }
+  btVector3 const depth = m_half - center.absolute();
+  int const axis = depth.minAxis();
+  btVector3 normal(0, 0, 0);
+  normal[axis] = center[axis] < 0.0 ? -1.0 : 1.0;
+  found.add({center + normal * depth[axis], normal, -depth[axis]});
+}
+
 MassData BoxImpl::massData() const {
   MassData data;
   data.mass = 8.0 * m_half.x() * m_half.y() * m_half.z();

@@ -30,6 +30,14 @@ bool CapsuleImpl::castRay(Ray const& ray, Hit& hit) const {
   return found;
 }
 
+void CapsuleImpl::closest(btVector3 const& center, double, bool, SurfacePoints& found) const {
+  btVector3 const axisPoint(0, std::clamp<double>(center.y(), -m_half, m_half), 0);
+  btVector3 const away = center - axisPoint;
+  double const length = away.length();
+  btVector3 const normal = length > 0.0 ? away / length : btVector3(1, 0, 0);
+  found.add({axisPoint + normal * m_radius, normal, length - m_radius});
+}
+
 MassData CapsuleImpl::massData() const {
   double const r2 = m_radius * m_radius;
   double const height = 2.0 * m_half;

@@ -56,6 +56,14 @@ bool CompoundImpl::castRay(Ray const& ray, Hit& hit) const {
   return found;
 }
 
+void CompoundImpl::closest(btVector3 const& center, double reach, bool moving, SurfacePoints& found) const {
+  for (Child const& child : m_children) {
+    size_t const before = found.size();
+    child.shape->getImpl().closest(child.local.invXform(center), reach, moving, found);
+    found.transform(child.local, before);
+  }
+}
+
 MassData CompoundImpl::massData() const {
   MassData sum;
   for (Child const& child : m_children)

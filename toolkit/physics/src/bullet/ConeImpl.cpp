@@ -22,6 +22,32 @@ bool ConeImpl::castRay(Ray const& ray, Hit& hit) const {
   return clip.slab(1, m_half) && clip.coneY(m_half, m_radius / (2.0 * m_half)) && clip.takeEntry(hit);
 }
 
+void ConeImpl::closest(btVector3 const& center, double, bool, SurfacePoints& found) const {
+  // In the half plane through the axis and the point: a right triangle with the tip on the axis.
+  double const across = std::hypot(center.x(), center.z());
+  btVector3 const outward =
+      across > 0.0 ? btVector3(center.x() / across, 0, center.z() / across) : btVector3(1, 0, 0);
+  double const height = 2.0 * m_half, slant = std::hypot(height, m_radius);
+  double const sideX = height / slant, sideY = m_radius / slant; // normal of the side
+  double const side = sideX * across + sideY * (center.y() - m_half), base = -m_half - center.y();
+  if (side <= 0.0 && base <= 0.0) {
+    btVector3 const normal = side > base ? outward * sideX + btVector3(0, sideY, 0) : btVector3(0, -1, 0);
+    double const distance = std::max(side, base);
+    found.add({center - normal * distance, normal, distance});
+    return;
+  }
+  // Outside: the nearest point of the side line or of the base disc.
+  double const along =
+      std::clamp((across * m_radius + (m_half - center.y()) * height) / (slant * slant), 0.0, 1.0);
+  btVector3 const onSide = outward * (along * m_radius) + btVector3(0, m_half - along * height, 0);
+  btVector3 const onBase = outward * std::min(across, m_radius) + btVector3(0, -m_half, 0);
+  btVector3 const nearest = center.distance2(onSide) <= center.distance2(onBase) ? onSide : onBase;
+  btVector3 const away = center - nearest;
+  double const distance = away.length();
+  btVector3 const normal = distance > 0.0 ? away / distance : outward * sideX + btVector3(0, sideY, 0);
+  found.add({nearest, normal, distance});
+}
+
 MassData ConeImpl::massData() const {
   double const r2 = m_radius * m_radius;
   double const height = 2.0 * m_half;

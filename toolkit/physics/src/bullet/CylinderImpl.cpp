@@ -1,5 +1,6 @@
 #include "bullet/CylinderImpl.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <BulletCollision/CollisionShapes/btCylinderShape.h>
@@ -18,6 +19,23 @@ void CylinderImpl::build(btTransform const& local, bool, LeafSet& leaves) const 
 bool CylinderImpl::castRay(Ray const& ray, Hit& hit) const {
   RayClip clip(ray);
   return clip.slab(1, m_half) && clip.cylinderY(m_radius) && clip.takeEntry(hit);
+}
+
+void CylinderImpl::closest(btVector3 const& center, double, bool, SurfacePoints& found) const {
+  double const across = std::hypot(center.x(), center.z());
+  btVector3 const outward =
+      across > 0.0 ? btVector3(center.x() / across, 0, center.z() / across) : btVector3(1, 0, 0);
+  double const side = across - m_radius, end = std::abs(center.y()) - m_half;
+  btVector3 const endNormal(0, center.y() < 0.0 ? -1 : 1, 0);
+  if (side <= 0.0 && end <= 0.0) {
+    btVector3 const normal = side > end ? outward : endNormal;
+    double const distance = std::max(side, end);
+    found.add({center - normal * distance, normal, distance});
+    return;
+  }
+  btVector3 const away = outward * std::max(side, 0.0) + endNormal * std::max(end, 0.0);
+  double const distance = away.length();
+  found.add({center - away, away / distance, distance});
 }
 
 MassData CylinderImpl::massData() const {

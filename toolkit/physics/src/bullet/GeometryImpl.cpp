@@ -14,7 +14,7 @@
 
 namespace zorBullet {
 
-zor::Material* defaultMaterial() {
+zor::Material* GeometryImpl::defaultMaterial() {
   static zor::ref_ptr<zor::Material> const material(new zor::Material("default"));
   return material.get();
 }

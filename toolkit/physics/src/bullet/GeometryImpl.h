@@ -57,6 +57,9 @@ public:
 
   zorCollide::Geometry& geometry() const { return m_geometry; }
 
+  /** What everything without a material is made of. */
+  static zor::Material* defaultMaterial();
+
   // --- for bodies
 
   /**

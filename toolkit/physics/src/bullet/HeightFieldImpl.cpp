@@ -35,6 +35,36 @@ struct Walk {
   }
 };
 
+bool isOverTriangle(btVector3 const& p, btVector3 const& a, btVector3 const& b, btVector3 const& c) {
+  auto const side = [&p](btVector3 const& from, btVector3 const& to) {
+    return (to.x() - from.x()) * (p.y() - from.y()) - (to.y() - from.y()) * (p.x() - from.x());
+  };
+  return side(a, b) >= 0.0 && side(b, c) >= 0.0 && side(c, a) >= 0.0;
+}
+
+/** The ground is solid: a sphere whose centre is below its column's face is pushed up along that face's
+ * normal. */
+void closestOnFace(btVector3 const& center, double reach, btVector3 const& a, btVector3 const& b,
+                   btVector3 const& c, double& below, SurfacePoints& found) {
+  btVector3 const up = (b - a).cross(c - a).normalized();
+  double const height = up.dot(center - a);
+  if (height <= 0.0) {
+    if (isOverTriangle(center, a, b, c)) {
+      below = std::min(below, height - 1e-12);
+      found.clear();
+      found.add({center - up * height, up, height});
+    }
+    return;
+  }
+  if (height > reach || below < 0.0)
+    return;
+  btVector3 const point = closestOnTriangle(center, a, b, c);
+  btVector3 const away = center - point;
+  double const distance = away.length();
+  if (distance <= reach)
+    found.add({point, distance > 1e-12 ? away / distance : up, distance});
+}
+
 } // namespace
 
 void HeightFieldImpl::build(btTransform const& local, bool, LeafSet& leaves) const {
@@ -99,6 +129,27 @@ bool HeightFieldImpl::castRay(Ray const& ray, Hit& hit) const {
         !sooner.advance(&sooner == &x ? cellsX : cellsY))
       return false;
   }
+}
+
+void HeightFieldImpl::closest(btVector3 const& center, double reach, bool, SurfacePoints& found) const {
+  HeightGrid const& grid = *m_grid;
+  if (center.z() > grid.highest + reach)
+    return;
+  double const cellX = (center.x() + 0.5 * grid.sizeX) / grid.stepX();
+  double const cellY = (center.y() + 0.5 * grid.sizeY) / grid.stepY();
+  auto const first = [](double cell) { return static_cast<size_t>(std::max(0.0, std::floor(cell))); };
+  auto const end = [](double cell, size_t count) {
+    return static_cast<size_t>(std::clamp(std::floor(cell) + 1.0, 0.0, static_cast<double>(count - 1)));
+  };
+  double const reachX = reach / grid.stepX(), reachY = reach / grid.stepY();
+  double below = 0.0; // how deep under the surface of its own column
+  for (size_t y = first(cellY - reachY); y < end(cellY + reachY, grid.numY); ++y)
+    for (size_t x = first(cellX - reachX); x < end(cellX + reachX, grid.numX); ++x) {
+      btVector3 const low = grid.point(x, y), high = grid.point(x + 1, y + 1);
+      closestOnFace(center, reach, low, grid.point(x + 1, y), high, below, found);
+      closestOnFace(center, reach, low, high, grid.point(x, y + 1), below, found);
+    }
+  found.dropHidden(1e-3 * reach);
 }
 
 void HeightFieldImpl::bounds(btTransform const& frame, btVector3& lower, btVector3& upper) const {

@@ -1,6 +1,7 @@
 #include "bullet/HullImpl.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <BulletCollision/CollisionShapes/btConvexHullShape.h>
 
@@ -58,6 +59,46 @@ long HullImpl::findTriangle(Ray const& ray) const {
                     nearest))
       nearest.triangle = static_cast<long>(i / 3);
   return nearest.triangle;
+}
+
+void closestOnHull(Hull const& hull, btVector3 const& center, double reach, SurfacePoints& found) {
+  // The face whose plane is farthest below the point: exact inside, and a bound outside.
+  double height = -BT_LARGE_FLOAT;
+  size_t highest = 0;
+  for (size_t face = 0; face < hull.normals.size(); ++face) {
+    double const distance = hull.normals[face].dot(center) - hull.constants[face];
+    if (distance > height) {
+      height = distance;
+      highest = face;
+    }
+  }
+  if (height > reach)
+    return;
+  if (height <= 0.0) {
+    found.add({center - hull.normals[highest] * height, hull.normals[highest], height});
+    return;
+  }
+  btVector3 nearest = center;
+  double least = BT_LARGE_FLOAT;
+  for (size_t face = 0; face < hull.normals.size(); ++face) {
+    if (hull.normals[face].dot(center) - hull.constants[face] <= 0.0)
+      continue; // seen from behind
+    btVector3 const point =
+        closestOnTriangle(center, hull.corners[hull.indices[3 * face]],
+                          hull.corners[hull.indices[3 * face + 1]], hull.corners[hull.indices[3 * face + 2]]);
+    double const distance2 = point.distance2(center);
+    if (distance2 < least) {
+      least = distance2;
+      nearest = point;
+    }
+  }
+  double const distance = std::sqrt(least);
+  btVector3 const normal = distance > 1e-12 ? (center - nearest) / distance : hull.normals[highest];
+  found.add({nearest, normal, distance});
+}
+
+void HullImpl::closest(btVector3 const& center, double reach, bool, SurfacePoints& found) const {
+  closestOnHull(m_hull, center, reach, found);
 }
 
 MassData HullImpl::massData() const {

@@ -19,6 +19,7 @@ public:
 
   void build(btTransform const& local, bool moving, LeafSet& leaves) const override;
   bool castRay(Ray const& ray, Hit& hit) const override;
+  void closest(btVector3 const& center, double reach, bool moving, SurfacePoints& found) const override;
   MassData massData() const override;
   btVector3 support(btVector3 const& direction) const override;
 
@@ -29,6 +30,9 @@ private:
   std::vector<btVector3> m_vertices;
   std::vector<zor::UInt32> m_indices;
 };
+
+/** Where a sphere may touch a hull; as ShapeImpl::closest. */
+void closestOnHull(Hull const& hull, btVector3 const& center, double reach, SurfacePoints& found);
 
 /** The engine shape of a hull, with a margin that shows little. */
 std::unique_ptr<btCollisionShape> makeHullShape(std::vector<btVector3> const& corners);

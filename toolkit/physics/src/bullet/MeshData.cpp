@@ -51,6 +51,17 @@ btBvhTriangleMeshShape& MeshData::tree() const {
   return *m_tree;
 }
 
+TriangleTree const& MeshData::nearTree() const {
+  std::call_once(m_nearTreeOnce, [this] {
+    std::vector<TriangleTree::Triangle> triangles(indices.size() / 3);
+    for (size_t i = 0; i < triangles.size(); ++i)
+      for (size_t corner = 0; corner < 3; ++corner)
+        triangles[i].corners[corner] = vertex(i, corner);
+    m_nearTree = std::make_unique<TriangleTree>(std::move(triangles));
+  });
+  return *m_nearTree;
+}
+
 btTriangleInfoMap& MeshData::edges() const {
   std::call_once(m_edgesOnce, [this] {
     btGenerateInternalEdgeInfo(&tree(), &m_edges);

@@ -13,6 +13,7 @@
 #include <zor/Vector.h>
 
 #include "bullet/Hull.h"
+#include "bullet/TriangleTree.h"
 
 namespace zorBullet {
 
@@ -31,6 +32,8 @@ struct MeshData {
   btBvhTriangleMeshShape& tree() const;
   /** The triangles as the engine reads them. */
   btStridingMeshInterface& triangles() const { return *m_triangles; }
+  /** The triangles near a point, for particles. */
+  TriangleTree const& nearTree() const;
   /** What the engine knows about each edge, so that bodies do not stumble over edges between flat neighbours.
    */
   btTriangleInfoMap& edges() const;
@@ -46,6 +49,8 @@ private:
   std::unique_ptr<btTriangleIndexVertexArray> m_triangles;
   mutable std::once_flag m_treeOnce;
   mutable std::unique_ptr<btBvhTriangleMeshShape> m_tree;
+  mutable std::once_flag m_nearTreeOnce;
+  mutable std::unique_ptr<TriangleTree> m_nearTree;
   mutable std::once_flag m_edgesOnce;
   mutable btTriangleInfoMap m_edges;
   mutable std::once_flag m_hullOnce;

@@ -70,6 +70,39 @@ bool MeshImpl::castRay(Ray const& ray, Hit& hit) const {
   return nearest.found;
 }
 
+void MeshImpl::closest(btVector3 const& center, double reach, bool moving, SurfacePoints& found) const {
+  if (moving) {
+    for (Hull const& part : parts())
+      closestOnHull(part, center, reach, found);
+    return;
+  }
+  m_data->nearTree().visitNear(center, reach, [&](TriangleTree::Triangle const& triangle) {
+    btVector3 const point =
+        closestOnTriangle(center, triangle.corners[0], triangle.corners[1], triangle.corners[2]);
+    btVector3 const away = center - point;
+    double const distance = away.length();
+    if (distance > reach)
+      return;
+    btVector3 const across =
+        (triangle.corners[1] - triangle.corners[0]).cross(triangle.corners[2] - triangle.corners[0]);
+    if (distance > 1e-12)
+      found.add({point, away / distance, distance});
+    else if (across.length2() > 0.0)
+      found.add({point, across.normalized(), distance});
+  });
+  found.dropHidden(1e-3 * reach);
+}
+
+std::vector<Hull> const& MeshImpl::parts() const {
+  std::call_once(m_partsOnce, [this] {
+    if (m_numParts == 1)
+      m_parts.push_back(m_data->hull());
+    else
+      m_parts = makeConvexParts(*m_data, m_numParts);
+  });
+  return m_parts;
+}
+
 void MeshImpl::bounds(btTransform const& frame, btVector3& lower, btVector3& upper) const {
   // The outermost vertices are corners of the hull.
   std::vector<btVector3> const& corners = m_data->hull().corners;

@@ -22,6 +22,11 @@ bool PlaneImpl::castRay(Ray const& ray, Hit& hit) const {
   return true;
 }
 
+void PlaneImpl::closest(btVector3 const& center, double, bool, SurfacePoints& found) const {
+  double const distance = m_normal.dot(center) - m_constant;
+  found.add({center - m_normal * distance, m_normal, distance});
+}
+
 void PlaneImpl::bounds(btTransform const&, btVector3& lower, btVector3& upper) const {
   upper = btVector3(BT_LARGE_FLOAT, BT_LARGE_FLOAT, BT_LARGE_FLOAT);
   lower = -upper;

@@ -7,6 +7,7 @@
 
 #include "bullet/MassData.h"
 #include "bullet/Ray.h"
+#include "bullet/SurfacePoint.h"
 
 namespace zorCollide {
 class Shape;
@@ -49,6 +50,15 @@ public:
 
   /** Keeps the nearest hit; ray and hit are in the shape's frame. \return true if the hit was replaced */
   virtual bool castRay(Ray const& ray, Hit& hit) const = 0;
+
+  /**
+   * Adds where a sphere may touch the surface; safe to call from several threads.
+   * \param center - of the sphere, in the shape's frame
+   * \param reach - points farther from the centre may be left out
+   * \param moving - for a dynamic body, in which a mesh is solid
+   * \param found - gets the points, in the shape's frame
+   */
+  virtual void closest(btVector3 const& center, double reach, bool moving, SurfacePoints& found) const = 0;
 
   /** Mass at unit density. */
   virtual MassData massData() const = 0;

@@ -17,6 +17,12 @@ bool SphereImpl::castRay(Ray const& ray, Hit& hit) const {
   return clip.sphere(btVector3(0, 0, 0), m_radius) && clip.takeEntry(hit);
 }
 
+void SphereImpl::closest(btVector3 const& center, double, bool, SurfacePoints& found) const {
+  double const length = center.length();
+  btVector3 const normal = length > 0.0 ? center / length : btVector3(0, 0, 1);
+  found.add({normal * m_radius, normal, length - m_radius});
+}
+
 MassData SphereImpl::massData() const {
   MassData data;
   data.mass = 4.0 / 3.0 * SIMD_PI * m_radius * m_radius * m_radius;

@@ -59,6 +59,10 @@ bool Simulation::add(zor::ObserverFrame* frame) {
   return m_impl->add(zor::checkNotNull(frame, "Simulation::add"));
 }
 
+bool Simulation::add(zor::ParticleSystem* particles) {
+  return m_impl->add(zor::checkNotNull(particles, "Simulation::add"));
+}
+
 bool Simulation::add(Assembly* assembly) {
   return m_impl->add(zor::checkNotNull(assembly, "Simulation::add"));
 }
@@ -89,6 +93,10 @@ bool Simulation::remove(zor::ContactMaterial* contactMaterial) {
 
 bool Simulation::remove(zor::ObserverFrame* frame) {
   return m_impl->remove(zor::checkNotNull(frame, "Simulation::remove"));
+}
+
+bool Simulation::remove(zor::ParticleSystem* particles) {
+  return m_impl->remove(zor::checkNotNull(particles, "Simulation::remove"));
 }
 
 bool Simulation::remove(Assembly* assembly) {
@@ -202,6 +210,18 @@ zor::Vector<zor::ref_ptr<zor::ContactMaterial>> const& Simulation::getContactMat
 
 zor::ObserverFrameRefVector const& Simulation::getObserverFrames() const {
   return m_impl->frames;
+}
+
+zor::ParticleSystemRefVector const& Simulation::getParticleSystems() const {
+  return m_impl->particleSystems;
+}
+
+zor::ParticleSystem* Simulation::getParticleSystem(std::string const& name) const {
+  return findByName(m_impl->particleSystems, name);
+}
+
+zor::ParticleSystem* Simulation::getParticleSystem() const {
+  return m_impl->particleSystems.empty() ? nullptr : m_impl->particleSystems.front().get();
 }
 
 AssemblyRefVector const& Simulation::getAssemblies() const {

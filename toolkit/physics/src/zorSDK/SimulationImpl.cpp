@@ -10,6 +10,7 @@
 #include "bullet/ConstraintImpl.h"
 #include "bullet/Conversions.h"
 #include "bullet/GeometryImpl.h"
+#include "particles/ParticleSystemImpl.h"
 
 namespace zorSDK {
 
@@ -124,6 +125,14 @@ bool SimulationImpl::add(zor::ObserverFrame& frame) {
   return true;
 }
 
+bool SimulationImpl::add(zor::ParticleSystem& particles) {
+  if (particles.m_simulation)
+    return refuse("particle system", particles.getName(), "is already in a simulation");
+  particleSystems.push_back(&particles);
+  particles.m_simulation = &m_owner;
+  return true;
+}
+
 bool SimulationImpl::add(Assembly& assembly) {
   if (assembly.m_simulation)
     return refuse("assembly", assembly.getName(), "is already in a simulation");
@@ -213,6 +222,13 @@ bool SimulationImpl::remove(zor::ObserverFrame& frame) {
   return eraseFrom(frames, frame);
 }
 
+bool SimulationImpl::remove(zor::ParticleSystem& particles) {
+  if (particles.m_simulation != &m_owner)
+    return false;
+  particles.m_simulation = nullptr;
+  return eraseFrom(particleSystems, particles);
+}
+
 bool SimulationImpl::remove(Assembly& assembly) {
   zor::ref_ptr<Assembly> const keep = &assembly;
   if (!eraseFrom(assemblies, assembly))
@@ -278,6 +294,8 @@ void SimulationImpl::cleanup() {
     space->remove(space->getGeometries().back().get());
   while (!frames.empty())
     remove(*frames.back());
+  while (!particleSystems.empty())
+    remove(*particleSystems.back());
   while (!contactMaterials.empty())
     remove(*contactMaterials.back());
   materials.clear();
@@ -348,6 +366,7 @@ void SimulationImpl::move(double dt) {
     timed(m_statistics.solverTime, [&] {
       for (auto const& constraint : constraints)
         constraint->getImpl().beforeSubStep(dt);
+      moveParticles(dt);
       world().computeMotion(dt);
       for (auto const& body : bodies)
         body->getImpl().advanceKinematics(dt);
@@ -357,6 +376,15 @@ void SimulationImpl::move(double dt) {
   }
   world().clearForces();
   synchronise();
+}
+
+// Before the bodies, which feel what the particles do to them in the same step.
+void SimulationImpl::moveParticles(double dt) {
+  for (auto const& particles : particleSystems)
+    if (!particles->getImpl().step(dt, m_owner.getUniformGravity(), m_spaceImpl))
+      zor::notify(zor::Notify::NOTIFY_ERROR)
+          << "Simulation: the motion of particles of '" << particles->getName()
+          << "' is no longer finite; they are switched off" << zor::endMessage;
 }
 
 void SimulationImpl::synchronise() {

@@ -33,6 +33,7 @@ public:
   bool add(zor::Material& material);
   bool add(zor::ContactMaterial& contactMaterial);
   bool add(zor::ObserverFrame& frame);
+  bool add(zor::ParticleSystem& particles);
   bool add(Assembly& assembly);
   bool add(EventListener& listener);
 
@@ -42,6 +43,7 @@ public:
   bool remove(zor::Material& material);
   bool remove(zor::ContactMaterial& contactMaterial);
   bool remove(zor::ObserverFrame& frame);
+  bool remove(zor::ParticleSystem& particles);
   bool remove(Assembly& assembly);
   bool remove(EventListener& listener);
   void cleanup();
@@ -69,6 +71,7 @@ public:
   zor::Vector<zor::ref_ptr<zor::Material>> materials;
   zor::Vector<zor::ref_ptr<zor::ContactMaterial>> contactMaterials;
   zor::ObserverFrameRefVector frames;
+  zor::ParticleSystemRefVector particleSystems;
   AssemblyRefVector assemblies;
   EventListenerRefVector listeners;
   zor::UInt subSteps = 1;
@@ -91,6 +94,7 @@ private:
 
   void notifyRemoval(EventListener& listener);
 
+  void moveParticles(double dt);
   void move(double dt);
   void synchronise();
   void callStepListeners(int phase, void (StepEventListener::*method)(zor::TimeStamp));
