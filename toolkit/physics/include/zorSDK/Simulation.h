@@ -7,6 +7,7 @@
 #include <zor/Constraint.h>
 #include <zor/Constraint1DOF.h>
 #include <zor/ContactMaterial.h>
+#include <zor/EmitterBase.h>
 #include <zor/Material.h>
 #include <zor/Object.h>
 #include <zor/ObserverFrame.h>
@@ -28,7 +29,7 @@ class SimulationImpl;
 
 /** A world of bodies, geometries and constraints that advances in fixed time steps.
  *
- * Every step: PRE_COLLIDE listeners, collision detection, contact listeners, PRE_STEP listeners, motion,
+ * Every step: emitters, PRE_COLLIDE listeners, collision detection, contact listeners, PRE_STEP listeners, motion,
  * POST_STEP listeners, LAST_STEP listeners. The integration is semi-implicit: a free body's velocity advances
  * first, its position with the new velocity.
  *
@@ -65,6 +66,8 @@ public:
   bool add(zor::ObserverFrame* frame);
   /** Adds a particle system: from the next step on its particles move. */
   bool add(zor::ParticleSystem* particles);
+  /** Adds an emitter: it emits at the start of every step. */
+  bool add(zor::EmitterBase* emitter);
   /** Adds an assembly with everything in it. */
   bool add(zorSDK::Assembly* assembly);
   /** Adds a listener and calls its addNotification. */
@@ -77,6 +80,7 @@ public:
   bool remove(zor::ContactMaterial* contactMaterial);
   bool remove(zor::ObserverFrame* frame);
   bool remove(zor::ParticleSystem* particles);
+  bool remove(zor::EmitterBase* emitter);
   bool remove(zorSDK::Assembly* assembly);
   /** Calls the listener's removeNotification and removes it. */
   bool remove(zorSDK::EventListener* listener);
@@ -151,6 +155,8 @@ public:
   zor::ObserverFrameRefVector const& getObserverFrames() const;
   /** \return All particle systems in order of addition. */
   zor::ParticleSystemRefVector const& getParticleSystems() const;
+  /** \return All emitters in order of addition. */
+  zor::EmitterRefVector const& getEmitters() const;
   /** \return Assemblies that were added, those nested in others not included. */
   zorSDK::AssemblyRefVector const& getAssemblies() const;
   /** \return All listeners in order of addition, those of assemblies included. */
@@ -175,6 +181,8 @@ public:
   zor::ParticleSystem* getParticleSystem(std::string const& name) const;
   /** \return The first particle system, or null. */
   zor::ParticleSystem* getParticleSystem() const;
+  /** \return The first emitter of the given name, or null. */
+  zor::EmitterBase* getEmitter(std::string const& name) const;
   /** \return The first assembly of the given name, at any depth, or null. */
   zorSDK::Assembly* getAssembly(std::string const& name) const;
   /** \return The first listener of the given name, or null. */

@@ -63,6 +63,10 @@ bool Simulation::add(zor::ParticleSystem* particles) {
   return m_impl->add(zor::checkNotNull(particles, "Simulation::add"));
 }
 
+bool Simulation::add(zor::EmitterBase* emitter) {
+  return m_impl->add(zor::checkNotNull(emitter, "Simulation::add"));
+}
+
 bool Simulation::add(Assembly* assembly) {
   return m_impl->add(zor::checkNotNull(assembly, "Simulation::add"));
 }
@@ -97,6 +101,10 @@ bool Simulation::remove(zor::ObserverFrame* frame) {
 
 bool Simulation::remove(zor::ParticleSystem* particles) {
   return m_impl->remove(zor::checkNotNull(particles, "Simulation::remove"));
+}
+
+bool Simulation::remove(zor::EmitterBase* emitter) {
+  return m_impl->remove(zor::checkNotNull(emitter, "Simulation::remove"));
 }
 
 bool Simulation::remove(Assembly* assembly) {
@@ -222,6 +230,14 @@ zor::ParticleSystem* Simulation::getParticleSystem(std::string const& name) cons
 
 zor::ParticleSystem* Simulation::getParticleSystem() const {
   return m_impl->particleSystems.empty() ? nullptr : m_impl->particleSystems.front().get();
+}
+
+zor::EmitterRefVector const& Simulation::getEmitters() const {
+  return m_impl->emitters;
+}
+
+zor::EmitterBase* Simulation::getEmitter(std::string const& name) const {
+  return findByName(m_impl->emitters, name);
 }
 
 AssemblyRefVector const& Simulation::getAssemblies() const {

@@ -133,6 +133,14 @@ bool SimulationImpl::add(zor::ParticleSystem& particles) {
   return true;
 }
 
+bool SimulationImpl::add(zor::EmitterBase& emitter) {
+  if (emitter.m_simulation)
+    return refuse("emitter", emitter.getName(), "is already in a simulation");
+  emitters.push_back(&emitter);
+  emitter.m_simulation = &m_owner;
+  return true;
+}
+
 bool SimulationImpl::add(Assembly& assembly) {
   if (assembly.m_simulation)
     return refuse("assembly", assembly.getName(), "is already in a simulation");
@@ -229,6 +237,13 @@ bool SimulationImpl::remove(zor::ParticleSystem& particles) {
   return eraseFrom(particleSystems, particles);
 }
 
+bool SimulationImpl::remove(zor::EmitterBase& emitter) {
+  if (emitter.m_simulation != &m_owner)
+    return false;
+  emitter.m_simulation = nullptr;
+  return eraseFrom(emitters, emitter);
+}
+
 bool SimulationImpl::remove(Assembly& assembly) {
   zor::ref_ptr<Assembly> const keep = &assembly;
   if (!eraseFrom(assemblies, assembly))
@@ -294,6 +309,8 @@ void SimulationImpl::cleanup() {
     space->remove(space->getGeometries().back().get());
   while (!frames.empty())
     remove(*frames.back());
+  while (!emitters.empty())
+    remove(*emitters.back());
   while (!particleSystems.empty())
     remove(*particleSystems.back());
   while (!contactMaterials.empty())
@@ -331,6 +348,7 @@ void SimulationImpl::step() {
       0;
   timed(m_statistics.stepTime, [this] {
     double const dt = m_timeStep / static_cast<double>(subSteps);
+    emit();
     callStepListeners(StepEventListener::PRE_COLLIDE, &StepEventListener::preCollide);
     timed(m_statistics.collisionTime, [&] {
       m_spaceImpl.beforeStep();
@@ -376,6 +394,11 @@ void SimulationImpl::move(double dt) {
   }
   world().clearForces();
   synchronise();
+}
+
+void SimulationImpl::emit() {
+  for (auto const& emitter : emitters)
+    emitter->emit(m_timeStep);
 }
 
 // Before the bodies, which feel what the particles do to them in the same step.

@@ -34,6 +34,7 @@ public:
   bool add(zor::ContactMaterial& contactMaterial);
   bool add(zor::ObserverFrame& frame);
   bool add(zor::ParticleSystem& particles);
+  bool add(zor::EmitterBase& emitter);
   bool add(Assembly& assembly);
   bool add(EventListener& listener);
 
@@ -44,6 +45,7 @@ public:
   bool remove(zor::ContactMaterial& contactMaterial);
   bool remove(zor::ObserverFrame& frame);
   bool remove(zor::ParticleSystem& particles);
+  bool remove(zor::EmitterBase& emitter);
   bool remove(Assembly& assembly);
   bool remove(EventListener& listener);
   void cleanup();
@@ -72,6 +74,7 @@ public:
   zor::Vector<zor::ref_ptr<zor::ContactMaterial>> contactMaterials;
   zor::ObserverFrameRefVector frames;
   zor::ParticleSystemRefVector particleSystems;
+  zor::EmitterRefVector emitters;
   AssemblyRefVector assemblies;
   EventListenerRefVector listeners;
   zor::UInt subSteps = 1;
@@ -94,6 +97,7 @@ private:
 
   void notifyRemoval(EventListener& listener);
 
+  void emit();
   void moveParticles(double dt);
   void move(double dt);
   void synchronise();
