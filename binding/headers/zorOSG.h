@@ -15,6 +15,7 @@
 #include <zorOSG/Lookup.h>
 #include <zorOSG/NeoCameraOutputValue.h>
 #include <zorOSG/NodeReference.h>
+#include <zorOSG/ParticleSystemDrawable.h>
 #include <zorOSG/Primitives.h>
 #include <zorOSG/ReadFile.h>
 #include <zorOSG/ReadNode.h>

@@ -10,6 +10,7 @@
 %include "zor/values.i"
 %include "zor/objects.i"
 %include "zor/bodies.i"
+%include "zor/particles.i"
 
 // Scripts that the toolkit runs get their arguments as proxies, and what they return is unwrapped, through the
 // type registry that all modules share.

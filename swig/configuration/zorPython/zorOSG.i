@@ -100,6 +100,7 @@ ZOR_LENT(zorOSG::VideoFFMPEGPipeCapture)
 %include "application/scene_decorator.i"
 %include "sensors/render_target.i"
 %include "sensors/capture.i"
+%include "renderers/particle_system_drawable.i"
 %include "scene/create_visual.i"
 %include "scene/read.i"
 %include "scene/render_state.i"

@@ -4,13 +4,18 @@
 #include <tuple>
 #include <vector>
 
+#include <osg/Geode>
 #include <osg/Group>
 #include <osg/MatrixTransform>
 
+#include <zor/Emitter.h>
 #include <zor/ObserverFrame.h>
+#include <zor/ParticleSystem.h>
 #include <zor/RigidBody.h>
+#include <zor/RigidBodyEmitter.h>
 #include <zorCollide/Geometry.h>
 #include <zorOSG/GeometryNode.h>
+#include <zorOSG/ParticleSystemDrawable.h>
 #include <zorOSG/RigidBodyRenderCache.h>
 #include <zorSDK/Assembly.h>
 #include <zorSDK/Simulation.h>
@@ -31,6 +36,38 @@ namespace zorOSG {
 zorOSG::GeometryNode* createVisual(zorCollide::Geometry const* geometry, osg::Group* root,
                                    float detailRatio = 1.0f, bool createAxes = false,
                                    bool evenIfSensor = true);
+
+/**
+ * Creates the visual of a particle system: spheres in the particles' colours, in the light of the scene.
+ * \param particleSystem - the particle system, which the visual holds; null gives null
+ * \param root - the group that gets and owns the node; null gives null
+ * \param renderMode - what a particle is made of
+ * \param shaderMode - how it is coloured
+ * \return the node, owned by root; its first drawable is a ParticleSystemDrawable
+ */
+osg::Geode* createVisual(zor::ParticleSystem* particleSystem, osg::Group* root,
+                         zorOSG::ParticleSystemDrawable::ParticleRenderingMode renderMode =
+                             zorOSG::ParticleSystemDrawable::QUAD_SPRITES,
+                         zorOSG::ParticleSystemDrawable::ParticleShaderMode shaderMode =
+                             zorOSG::ParticleSystemDrawable::ROTATION_SPRITES);
+
+/**
+ * Creates the visual of an emitter: the volume in which things appear, see-through, and each emitted body
+ * from then on.
+ * \param emitter - the emitter; null gives null
+ * \param root - the group that gets and owns the node; null gives null
+ * \return a new group under root
+ */
+osg::Group* createVisual(zor::RigidBodyEmitter* emitter, osg::Group* root);
+
+/**
+ * Creates the visual of an emitter: the volume in which particles appear, see-through. The particles are
+ * drawn by the visual of their particle system.
+ * \param emitter - the emitter; null gives null
+ * \param root - the group that gets and owns the node; null gives null
+ * \return a new group under root
+ */
+osg::Group* createVisual(zor::Emitter* emitter, osg::Group* root);
 
 /**
  * Creates an axis visual that follows an observer frame.
@@ -64,7 +101,8 @@ osg::Group* createVisual(zorSDK::Assembly* assembly, osg::Group* root, float det
                          bool createAxes = false);
 
 /**
- * Creates the visuals of all contents of a simulation: every geometry in its space, with or without a body.
+ * Creates the visuals of all contents of a simulation: every geometry in its space, with or without a body,
+ * and every particle system.
  * \param simulation - the simulation; null gives null
  * \param root - the group that gets and owns the visuals; null gives null
  * \param detailRatio - tessellation, as for a geometry

@@ -4,6 +4,7 @@
 
 #include <zor/Vector.h>
 #include <zorOSG/GeometryNode.h>
+#include <zorOSG/ParticleSystemDrawable.h>
 
 namespace zorOSG {
 
@@ -31,5 +32,12 @@ zorOSG::GeometryNode* findGeometryNode(zorCollide::Geometry const* geometry, osg
  * \return the nodes in depth-first order, each once
  */
 zorOSG::GeometryNodePtrVector findGeometryNodes(zorCollide::Geometry const* geometry, osg::Group* root);
+
+/**
+ * Finds the drawable of a particle system.
+ * \param root - the group to search below; null gives null
+ * \return the first one in depth-first order, or null when there is none
+ */
+zorOSG::ParticleSystemDrawable* findParticleSystemDrawable(osg::Group* root);
 
 } // namespace zorOSG

@@ -89,6 +89,43 @@ osg::ref_ptr<osg::Group> makeGroup(zorSDK::Assembly const& assembly, VisualOptio
   return group;
 }
 
+osg::ref_ptr<osg::Geode> makeParticleVisual(zor::ParticleSystem& particles,
+                                            ParticleSystemDrawable::ParticleRenderingMode renderMode,
+                                            ParticleSystemDrawable::ParticleShaderMode shaderMode) {
+  osg::ref_ptr<osg::Geode> geode = new osg::Geode;
+  geode->setName(particles.getName());
+  geode->addDrawable(new ParticleSystemDrawable(&particles, renderMode, shaderMode));
+  return geode;
+}
+
+osg::ref_ptr<osg::Group> makeEmitterVisual(zor::EmitterBase const& emitter, VisualOptions const& options) {
+  osg::ref_ptr<osg::Group> group = new osg::Group;
+  group->setName(emitter.getName());
+  osg::ref_ptr<GeometryNode> const volume = makeVisual(*emitter.getGeometry(), options);
+  setAlpha(volume.get(), sensorAlpha);
+  group->addChild(volume);
+  return group;
+}
+
+/** Draws the bodies that an emitter has emitted since the last frame. */
+class EmittedBodies : public osg::NodeCallback {
+public:
+  explicit EmittedBodies(zor::RigidBodyEmitter& emitter) : m_emitter(&emitter) {}
+
+  void operator()(osg::Node* node, osg::NodeVisitor* visitor) override {
+    zor::RigidBodyEmitter const* const emitter = m_emitter.get();
+    osg::Group* const group = node->asGroup();
+    if (emitter && group)
+      for (; m_drawn < emitter->getBodies().size(); ++m_drawn)
+        createVisual(emitter->getBodies()[m_drawn].get(), group);
+    traverse(node, visitor);
+  }
+
+private:
+  zor::observer_ptr<zor::RigidBodyEmitter> m_emitter;
+  size_t m_drawn = 0;
+};
+
 class SharedMeshCollector : public osg::NodeVisitor {
 public:
   explicit SharedMeshCollector(RigidBodyRenderCache::Templates& templates)
@@ -111,6 +148,27 @@ zorOSG::GeometryNode* createVisual(zorCollide::Geometry const* geometry, osg::Gr
   if (!geometry || !root || (geometry->isSensor() && !evenIfSensor))
     return nullptr;
   return addToScene(makeVisual(*geometry, options), *root);
+}
+
+osg::Geode* createVisual(zor::ParticleSystem* particleSystem, osg::Group* root,
+                         ParticleSystemDrawable::ParticleRenderingMode renderMode,
+                         ParticleSystemDrawable::ParticleShaderMode shaderMode) {
+  if (!particleSystem || !root)
+    return nullptr;
+  return addToScene(makeParticleVisual(*particleSystem, renderMode, shaderMode), *root);
+}
+
+osg::Group* createVisual(zor::RigidBodyEmitter* emitter, osg::Group* root) {
+  if (!emitter || !root)
+    return nullptr;
+  osg::ref_ptr<osg::Group> const group = makeEmitterVisual(*emitter, checked(1.0f, false, root));
+  group->setUpdateCallback(new EmittedBodies(*emitter));
+  return addToScene(group, *root);
+}
+
+osg::Group* createVisual(zor::Emitter* emitter, osg::Group* root) {
+  return emitter && root ? addToScene(makeEmitterVisual(*emitter, checked(1.0f, false, root)), *root)
+                         : nullptr;
 }
 
 osg::MatrixTransform* createVisual(zor::ObserverFrame* frame, osg::Group* root, float scale) {
@@ -145,7 +203,12 @@ osg::Group* createVisual(zorSDK::Simulation* simulation, osg::Group* root, float
   VisualOptions const options = checked(detailRatio, createAxes, root);
   if (!simulation || !root)
     return nullptr;
-  return addToScene(makeGroup(simulation->getGeometries(), simulation->getName(), options), *root);
+  osg::ref_ptr<osg::Group> const group =
+      makeGroup(simulation->getGeometries(), simulation->getName(), options);
+  for (auto const& particles : simulation->getParticleSystems())
+    group->addChild(makeParticleVisual(*particles, ParticleSystemDrawable::QUAD_SPRITES,
+                                       ParticleSystemDrawable::ROTATION_SPRITES));
+  return addToScene(group, *root);
 }
 
 osg::Group* createVisualTemplateCaching(zorSDK::Assembly* assembly, osg::Group* root,

@@ -46,6 +46,23 @@ private:
   bool m_onlyFirst;
 };
 
+/** Finds the first particle drawable. */
+class ParticleDrawableFinder : public osg::NodeVisitor {
+public:
+  ParticleDrawableFinder() : osg::NodeVisitor(TRAVERSE_ALL_CHILDREN) { setNodeMaskOverride(~0u); }
+
+  void apply(osg::Node& node) override {
+    if (!found)
+      traverse(node);
+  }
+  void apply(osg::Drawable& drawable) override {
+    if (!found)
+      found = dynamic_cast<ParticleSystemDrawable*>(&drawable);
+  }
+
+  ParticleSystemDrawable* found = nullptr;
+};
+
 bool isBelow(osg::Node const& node, osg::Group const* root) {
   if (&node == root)
     return true;
@@ -82,6 +99,13 @@ zorOSG::GeometryNode* findGeometryNode(zorCollide::Geometry const* geometry, osg
 
 zorOSG::GeometryNodePtrVector findGeometryNodes(zorCollide::Geometry const* geometry, osg::Group* root) {
   return find(geometry, root, false);
+}
+
+zorOSG::ParticleSystemDrawable* findParticleSystemDrawable(osg::Group* root) {
+  ParticleDrawableFinder finder;
+  if (root)
+    root->accept(finder);
+  return finder.found;
 }
 
 } // namespace zorOSG

@@ -12,6 +12,14 @@ char const* const DEFINES = R"(#version 130
 #if defined(ZOR_SHADOW) && !defined(ZOR_UNSHADOWED) && !defined(ZOR_UNLIT)
 #define SHADOWED
 #endif
+#ifdef ZOR_SPHERE
+#undef ZOR_UNLIT
+#undef ZOR_TEXTURE
+#define ZOR_VERTEXCOLOR
+vec3 zorEye;
+vec4 zorShadowCoord;
+varying vec4 zorColor;
+#else
 #ifndef ZOR_UNLIT
 varying vec3 zorEye;
 #ifndef ZOR_FLAT
@@ -27,6 +35,88 @@ varying vec2 zorTexCoord;
 #ifdef SHADOWED
 varying vec4 zorShadowCoord;
 #endif
+#endif
+)";
+
+// Particles: the quad or point only bounds the picture of a sphere, which each fragment works out exactly.
+char const* const SPHERE_VERTEX = R"(
+uniform bool zor_particlePoints;
+uniform float zor_pointScale;
+varying vec3 zorCenter;
+varying vec3 zorOnQuad;
+varying vec3 zorAxis;
+varying float zorRadius;
+
+void main() {
+  vec3 center = (gl_ModelViewMatrix * gl_Vertex).xyz;
+  float radius = gl_MultiTexCoord0.z * length(gl_ModelViewMatrix[0].xyz);
+  bool flatView = gl_ProjectionMatrix[3][3] > 0.5;
+  float range = max(length(center), 1.0e-6);
+  // Seen from near, the outline of a sphere is larger than its radius.
+  float wide = flatView ? radius : radius * range / sqrt(max(range * range - radius * radius, 0.05 * radius * radius));
+  vec3 toEye = flatView ? vec3(0.0, 0.0, 1.0) : -center / range;
+  vec3 right = normalize(abs(toEye.y) < 0.99 ? cross(vec3(0.0, 1.0, 0.0), toEye) : cross(vec3(1.0, 0.0, 0.0), toEye));
+  vec3 up = cross(toEye, right);
+  zorCenter = center;
+  zorRadius = radius;
+  zorColor = gl_Color;
+  zorAxis = normalize(gl_NormalMatrix * gl_Normal);
+  zorOnQuad = zor_particlePoints ? center : center + (right * gl_MultiTexCoord0.x + up * gl_MultiTexCoord0.y) * wide;
+  gl_Position = gl_ProjectionMatrix * vec4(zorOnQuad, 1.0);
+  gl_PointSize = 1.1 * wide * gl_ProjectionMatrix[1][1] * zor_pointScale / max(gl_Position.w, 1.0e-6);
+}
+)";
+
+char const* const SPHERE_FRAGMENT = R"(
+uniform int zor_particleShader;
+uniform bool zor_particlePoints;
+uniform float zor_pointScale;
+varying vec3 zorCenter;
+varying vec3 zorOnQuad;
+varying vec3 zorAxis;
+varying float zorRadius;
+vec3 zorSphereNormal;
+vec4 zorSphereColor;
+#ifdef SHADOWED
+uniform mat4 zor_shadowMatrix;
+uniform float zor_shadowOffset;
+#endif
+
+void meetSphere() {
+  bool flatView = gl_ProjectionMatrix[3][3] > 0.5;
+  vec3 place = zorOnQuad;
+  if (zor_particlePoints) {
+    float size = 1.1 * zorRadius * (flatView ? 1.0 : 1.0);
+    place += vec3((2.0 * gl_PointCoord.x - 1.0) * size, (1.0 - 2.0 * gl_PointCoord.y) * size, 0.0);
+  }
+  float left;
+  if (flatView) {
+    vec2 aside = place.xy - zorCenter.xy;
+    left = zorRadius * zorRadius - dot(aside, aside);
+    zorEye = vec3(place.xy, zorCenter.z + sqrt(max(left, 0.0)));
+  } else {
+    vec3 ray = normalize(place);
+    float along = dot(ray, zorCenter);
+    left = along * along - dot(zorCenter, zorCenter) + zorRadius * zorRadius;
+    zorEye = ray * (along - sqrt(max(left, 0.0)));
+  }
+  if (left < 0.0)
+    discard;
+  zorSphereNormal = (zorEye - zorCenter) / zorRadius;
+  vec4 clip = gl_ProjectionMatrix * vec4(zorEye, 1.0);
+  gl_FragDepth = clamp(0.5 * clip.z / clip.w + 0.5, 0.0, 1.0);
+  zorSphereColor = zorColor;
+  if (zor_particleShader == 1) {
+    float band = smoothstep(0.16, 0.24, abs(dot(zorSphereNormal, zorAxis)));
+    zorSphereColor.rgb *= mix(0.62, 1.0, band);
+  }
+  if (zor_particleShader == 2)
+    zorSphereColor.a *= max(dot(zorSphereNormal, normalize(-zorEye)), 0.0);
+#ifdef SHADOWED
+  vec4 coord = zor_shadowMatrix * vec4(zorEye, 1.0);
+  zorShadowCoord = zor_shadowMatrix * vec4(zorEye + zorSphereNormal * (zor_shadowOffset * coord.w), 1.0);
+#endif
+}
 )";
 
 char const* const SCENE_VERTEX = R"(
@@ -120,7 +210,9 @@ float lightThrough() {
 
 #ifndef ZOR_UNLIT
 vec3 surfaceNormal() {
-#ifdef ZOR_FLAT
+#if defined(ZOR_SPHERE)
+  return zorSphereNormal;
+#elif defined(ZOR_FLAT)
   vec3 normal = cross(dFdx(zorEye), dFdy(zorEye));
   return normalize(dot(normal, zorEye) > 0.0 ? -normal : normal);
 #else
@@ -131,6 +223,9 @@ vec3 surfaceNormal() {
 #endif
 
 void main() {
+#ifdef ZOR_SPHERE
+  meetSphere();
+#endif
 #ifdef ZOR_TEXTURE
   vec4 image = texture2D(zor_texture, zorTexCoord);
 #else
@@ -139,7 +234,9 @@ void main() {
 #ifdef ZOR_UNLIT
   gl_FragColor = zorColor * image;
 #else
-#ifdef ZOR_VERTEXCOLOR
+#if defined(ZOR_SPHERE)
+  vec4 surface = zorSphereColor;
+#elif defined(ZOR_VERTEXCOLOR)
   vec4 surface = zorColor;
 #else
   vec4 surface = gl_FrontMaterial.diffuse;
@@ -150,6 +247,13 @@ void main() {
   vec3 diffuse = vec3(0.0);
   vec3 specular = vec3(0.0);
 @LIGHTS@
+#ifdef ZOR_SPHERE
+#if !defined(ZOR_LIGHT0) && !defined(ZOR_LIGHT1) && !defined(ZOR_LIGHT2)
+  flatLight = vec3(0.25); // nobody says which lights there are: one at the viewer's place
+  diffuse = vec3(0.75 * max(dot(normal, toEye), 0.0));
+#endif
+  flatLight *= surface.rgb;
+#endif
   gl_FragColor = vec4((flatLight + diffuse * surface.rgb) * image.rgb + specular, surface.a * image.a);
 #endif
 }
@@ -218,6 +322,11 @@ osg::ref_ptr<osg::Program> makeProgram(char const* name, std::string const& vert
 
 osg::ref_ptr<osg::Program> makeSceneProgram() {
   return makeProgram("scene", std::string(DEFINES) + SCENE_VERTEX, std::string(DEFINES) + sceneFragment());
+}
+
+osg::ref_ptr<osg::Program> makeParticleProgram() {
+  std::string const defines = replaced(DEFINES, "#version 130\n", "#version 130\n#define ZOR_SPHERE\n");
+  return makeProgram("particles", defines + SPHERE_VERTEX, defines + SPHERE_FRAGMENT + sceneFragment());
 }
 
 osg::ref_ptr<osg::Program> makeDepthProgram() {

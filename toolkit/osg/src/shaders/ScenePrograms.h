@@ -52,6 +52,9 @@ constexpr unsigned int SHADOW_UNIT = 7;
 /** \return program that lights the scene per pixel, with shadows where a map is bound */
 osg::ref_ptr<osg::Program> makeSceneProgram();
 
+/** \return as makeSceneProgram(), for quads and points that stand for spheres */
+osg::ref_ptr<osg::Program> makeParticleProgram();
+
 /** \return program that writes nothing but depth */
 osg::ref_ptr<osg::Program> makeDepthProgram();
 

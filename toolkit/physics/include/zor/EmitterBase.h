@@ -19,9 +19,9 @@ class SimulationImpl;
 namespace zor {
 
 /**
- * Brings things into a simulation at a given rate, anywhere inside a geometry: once added to a simulation, at the
- * start of every step. What is not a whole piece is carried over to the next step, so that rate times time holds
- * to one piece. Where a piece finds no room it waits, and comes when there is some.
+ * Brings things into a simulation at a given rate, anywhere inside a geometry: once added to a simulation, at
+ * the start of every step. What is not a whole piece is carried over to the next step, so that rate times
+ * time holds to one piece. Where a piece finds no room it waits, and comes when there is some.
  */
 class EmitterBase : public zor::Object {
 public:

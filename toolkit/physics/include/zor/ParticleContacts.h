@@ -14,8 +14,8 @@ namespace zor {
  */
 class ParticleContacts {
 public:
-  /** Stands in `particles2` where the second is a geometry. */
-  static const zor::UInt32 NO_PARTICLE = 0xffffffffu;
+  /** Stands in the place of the second particle where the second is a geometry. */
+  enum : zor::UInt32 { NO_PARTICLE = 0xffffffffu };
 
   /** \return number of contacts */
   zor::UInt getNumContacts() const { return particles1.size(); }
@@ -26,22 +26,25 @@ public:
    */
   zorCollide::Geometry* getGeometry(zor::UInt contact) const;
 
-  /** Index of the first particle. */
-  zor::UInt32Vector particles1;
-  /** Index of the second particle, NO_PARTICLE where the second is a geometry. */
-  zor::UInt32Vector particles2;
-  /** Points in the world (m). */
-  zor::Vec3Vector points;
-  /** Unit normals, towards the first particle. */
-  zor::Vec3Vector normals;
-  /** Penetration (m); a little negative where the two just part. */
-  zor::RealVector depths;
-  /** Forces along the normal (N), the mean of the step; 0 for a sensor. */
-  zor::RealVector normalForces;
-  /** Friction forces on the first particle (N). */
-  zor::Vec3Vector frictionForces;
+  /** \return index of the first particle of each contact */
+  zor::UInt32Vector const& getParticles1() const { return particles1; }
+  /** \return index of the second particle, NO_PARTICLE where the second is a geometry */
+  zor::UInt32Vector const& getParticles2() const { return particles2; }
+  /** \return points in the world (m) */
+  zor::Vec3Vector const& getPoints() const { return points; }
+  /** \return unit normals, towards the first particle */
+  zor::Vec3Vector const& getNormals() const { return normals; }
+  /** \return penetrations (m); a little negative where the two just part */
+  zor::RealVector const& getDepths() const { return depths; }
+  /** \return forces along the normal (N), the mean of the step; 0 for a sensor */
+  zor::RealVector const& getNormalForces() const { return normalForces; }
+  /** \return friction forces on the first particle (N) */
+  zor::Vec3Vector const& getFrictionForces() const { return frictionForces; }
 
 #ifndef SWIG
+  zor::UInt32Vector particles1, particles2;
+  zor::Vec3Vector points, normals, frictionForces;
+  zor::RealVector depths, normalForces;
   zor::Vector<zor::ref_ptr<zorCollide::Geometry>> geometries;
 #endif
 };

@@ -4,6 +4,7 @@
 
 #include <zor/Material.h>
 #include <zor/Object.h>
+#include <zor/ParticleArray.h>
 #include <zor/ParticleContacts.h>
 #include <zor/Quat.h>
 #include <zor/Types.h>
@@ -68,7 +69,7 @@ public:
    * \return the index of the first
    */
   zor::UInt addParticles(zor::Vec3Vector const& positions, zor::RealVector const& radii,
-                         zor::Vec3Vector const& velocities);
+                         zor::Vec3Vector const& velocities = zor::Vec3Vector());
 
   /** \param index - the particle to remove */
   void removeParticle(zor::UInt index);
@@ -150,6 +151,29 @@ public:
   void setParticleMaterial(zor::UInt index, zor::Material* material);
   /** \return what the particle is made of */
   zor::Material* getParticleMaterial(zor::UInt index) const;
+
+  /** \return positions of all particles (m), three numbers each */
+  zor::ParticleArray getPositions() const;
+  /** \return velocities (m/s), three numbers each */
+  zor::ParticleArray getVelocities() const;
+  /** \return angular velocities (rad/s), three numbers each */
+  zor::ParticleArray getAngularVelocities() const;
+  /** \return rotations as quaternions, four numbers each; to be read only */
+  zor::ParticleArray getRotations() const;
+  /** \return forces for the next step (N), three numbers each */
+  zor::ParticleArray getForces() const;
+  /** \return radii (m); to be read only */
+  zor::ParticleArray getRadii() const;
+  /** \return masses (kg); to be read only */
+  zor::ParticleArray getMasses() const;
+  /** \return red, green, blue and alpha, four numbers of single precision each */
+  zor::ParticleArray getColors() const;
+  /** \return times until the particles are removed (s) */
+  zor::ParticleArray getLifetimes() const;
+  /** \return 0 for each particle that takes no part, one byte each */
+  zor::ParticleArray getEnabled() const;
+  /** \return numbers that no other particle of the system has or had; to be read only */
+  zor::ParticleArray getParticleIds() const;
 
   /** Sets what particles are made of from now on; those that are there keep theirs.
    * \param material - null for the default material */

@@ -20,7 +20,8 @@ public:
   /** \return what is emitted */
   zor::RigidBodyDistribution* getDistribution() const { return m_distribution.get(); }
 
-  /** \param random - true to turn each body at random, false to keep the rotation of the one that it copies */
+  /** \param random - true to turn each body at random, false to keep the rotation of the one that it copies
+   */
   void setRandomRotation(bool random) { m_randomRotation = random; }
   /** \return whether bodies are turned at random; true by default */
   bool getRandomRotation() const { return m_randomRotation; }

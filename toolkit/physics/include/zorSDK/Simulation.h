@@ -29,9 +29,9 @@ class SimulationImpl;
 
 /** A world of bodies, geometries and constraints that advances in fixed time steps.
  *
- * Every step: emitters, PRE_COLLIDE listeners, collision detection, contact listeners, PRE_STEP listeners, motion,
- * POST_STEP listeners, LAST_STEP listeners. The integration is semi-implicit: a free body's velocity advances
- * first, its position with the new velocity.
+ * Every step: emitters, PRE_COLLIDE listeners, collision detection, contact listeners, PRE_STEP listeners,
+ * motion, POST_STEP listeners, LAST_STEP listeners. The integration is semi-implicit: a free body's velocity
+ * advances first, its position with the new velocity.
  *
  * Methods add hold a reference to the object. They return false, with a warning, for an object that is
  * already in this or another simulation; remove returns false for one that is not in this simulation. Null

@@ -6,8 +6,8 @@
 
 namespace zor {
 
-Emitter::Emitter(ParticleSystem* particleSystem, ParticleDistribution* distribution, zorCollide::Geometry* geometry,
-                 Real rate)
+Emitter::Emitter(ParticleSystem* particleSystem, ParticleDistribution* distribution,
+                 zorCollide::Geometry* geometry, Real rate)
     : m_particles(&checkNotNull(particleSystem, "Emitter")) {
   setDistribution(distribution);
   setGeometry(geometry);
@@ -27,7 +27,8 @@ EmitterBase::Piece Emitter::drawPiece(RandomGenerator& generator) {
   m_model = m_distribution->getModel(m_distribution->draw(generator));
   m_radius = m_model->getRadius().sample(generator);
   m_lifetime = m_model->getLifetime().sample(generator);
-  Material const* const material = m_model->getMaterial() ? m_model->getMaterial() : m_particles->getMaterial();
+  Material const* const material =
+      m_model->getMaterial() ? m_model->getMaterial() : m_particles->getMaterial();
   Real const volume = 4.0 / 3.0 * std::numbers::pi * m_radius * m_radius * m_radius;
   return {volume * material->getDensity(), volume, m_radius};
 }

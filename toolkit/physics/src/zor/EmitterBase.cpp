@@ -41,7 +41,8 @@ double distanceTo(zorCollide::Geometry const& geometry, zor::Vec3 const& point, 
 void EmitterBase::setGeometry(zorCollide::Geometry* geometry) {
   zorCollide::Geometry& volume = checkNotNull(geometry, "EmitterBase::setGeometry");
   if (volume.getNumShapes() == 0 || !volume.getImpl().canMove())
-    throw std::invalid_argument("EmitterBase::setGeometry: geometry '" + volume.getName() + "' has no volume");
+    throw std::invalid_argument("EmitterBase::setGeometry: geometry '" + volume.getName() +
+                                "' has no volume");
   m_geometry = geometry;
 }
 
@@ -86,7 +87,9 @@ Real EmitterBase::getEmitted() const {
 }
 
 Real EmitterBase::sizeOf(Piece const& piece) const {
-  return m_quantity == Distribution::MASS ? piece.mass : m_quantity == Distribution::VOLUME ? piece.volume : 1;
+  return m_quantity == Distribution::MASS     ? piece.mass
+         : m_quantity == Distribution::VOLUME ? piece.volume
+                                              : 1;
 }
 
 void EmitterBase::emit(Real dt) {

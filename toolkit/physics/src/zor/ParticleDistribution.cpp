@@ -13,9 +13,11 @@ ParticleModel::ParticleModel(RandomReal const& radius, Material* material, Vec4f
                              RandomReal const& lifetime)
     : m_radius(radius), m_material(material), m_color(color), m_lifetime(lifetime) {
   if (!(radius.getLower() > 0))
-    throw std::invalid_argument("ParticleModel: the radius may come out as zero or less; give it a lower limit");
+    throw std::invalid_argument(
+        "ParticleModel: the radius may come out as zero or less; give it a lower limit");
   if (!(lifetime.getLower() > 0))
-    throw std::invalid_argument("ParticleModel: the lifetime may come out as zero or less; give it a lower limit");
+    throw std::invalid_argument(
+        "ParticleModel: the lifetime may come out as zero or less; give it a lower limit");
   for (size_t i = 0; i < 4; ++i)
     checkFinite(static_cast<Real>(color[i]), "ParticleModel");
 }
@@ -41,7 +43,8 @@ Real ParticleDistribution::getMeanSize(UInt index, Quantity quantity) const {
     return 1;
   Material const* const material = entry.model->getMaterial();
   constexpr Real USUAL_DENSITY = 1000; // of those whose material the system gives
-  return quantity == VOLUME ? entry.volume : entry.volume * (material ? material->getDensity() : USUAL_DENSITY);
+  return quantity == VOLUME ? entry.volume
+                            : entry.volume * (material ? material->getDensity() : USUAL_DENSITY);
 }
 
 } // namespace zor

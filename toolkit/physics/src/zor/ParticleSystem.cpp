@@ -30,6 +30,17 @@ void checkColor(Vec4f const& color, char const* where) {
       throw std::invalid_argument(std::string(where) + ": colour is not finite");
 }
 
+template <class Scalar, class Row>
+ParticleArray show(zorParticles::SharedArray<Row> const& array, ParticleArray::Element element,
+                   bool writable) {
+  return ParticleArray::of<Row, Scalar>(array.storage(), array.size(), element, writable);
+}
+
+template <class Row>
+ParticleArray showReals(zorParticles::SharedArray<Row> const& array, bool writable) {
+  return show<Real>(array, ParticleArray::Element::REAL, writable);
+}
+
 UInt checkCount(UInt count, UInt most, char const* where) {
   if (count < 1 || count > most)
     throw std::invalid_argument(std::string(where) + ": " + std::to_string(count) + " is not 1 to " +
@@ -239,6 +250,50 @@ Material* ParticleSystem::getParticleMaterial(UInt index) const {
   return m_impl
       ->materials[m_impl->store.material[checkIndex(*m_impl, index, "ParticleSystem::getParticleMaterial")]]
       .get();
+}
+
+ParticleArray ParticleSystem::getPositions() const {
+  return showReals(m_impl->store.position, true);
+}
+
+ParticleArray ParticleSystem::getVelocities() const {
+  return showReals(m_impl->store.velocity, true);
+}
+
+ParticleArray ParticleSystem::getAngularVelocities() const {
+  return showReals(m_impl->store.angularVelocity, true);
+}
+
+ParticleArray ParticleSystem::getRotations() const {
+  return showReals(m_impl->store.rotation, false);
+}
+
+ParticleArray ParticleSystem::getForces() const {
+  return showReals(m_impl->store.force, true);
+}
+
+ParticleArray ParticleSystem::getRadii() const {
+  return showReals(m_impl->store.radius, false);
+}
+
+ParticleArray ParticleSystem::getMasses() const {
+  return showReals(m_impl->store.mass, false);
+}
+
+ParticleArray ParticleSystem::getColors() const {
+  return show<float>(m_impl->store.color, ParticleArray::Element::FLOAT, true);
+}
+
+ParticleArray ParticleSystem::getLifetimes() const {
+  return showReals(m_impl->store.lifetime, true);
+}
+
+ParticleArray ParticleSystem::getEnabled() const {
+  return show<uint8_t>(m_impl->store.enabled, ParticleArray::Element::BYTE, true);
+}
+
+ParticleArray ParticleSystem::getParticleIds() const {
+  return show<uint64_t>(m_impl->store.id, ParticleArray::Element::INTEGER, false);
 }
 
 void ParticleSystem::setMaterial(Material* material) {

@@ -45,7 +45,8 @@ RandomReal RandomReal::logNormal(Real mean, Real deviation, Real lower, Real upp
   checkPositive(mean, "RandomReal::logNormal");
   checkNotNegative(deviation, "RandomReal::logNormal");
   Real const variance = std::log1p(deviation / mean * (deviation / mean));
-  return RandomReal(LOG_NORMAL, std::log(mean) - variance / 2, std::sqrt(variance), std::max(lower, 0.0), upper);
+  return RandomReal(LOG_NORMAL, std::log(mean) - variance / 2, std::sqrt(variance), std::max(lower, 0.0),
+                    upper);
 }
 
 Real RandomReal::valueAt(Real normal) const {

@@ -26,6 +26,14 @@ ref_ptr<RigidBody> copyOf(RigidBody const& model) {
       copy->addGroup(group);
     body->add(copy.get(), geometry->getLocalTransform());
   }
+  MassProperties const& mass = *model.getMassProperties();
+  MassProperties& own = *body->getMassProperties();
+  if (mass.getAutoGenerateMask() != own.getAutoGenerateMask()) { // values that were given
+    own.setCmLocalTranslate(mass.getCmLocalTranslate());
+    own.setMass(mass.getMass());
+    own.setInertiaTensor(mass.getInertiaTensor());
+    own.setAutoGenerateMask(mass.getAutoGenerateMask());
+  }
   body->setLinearVelocityDamping(model.getLinearVelocityDamping());
   body->setAngularVelocityDamping(model.getAngularVelocityDamping());
   body->setEnableContinuousCollision(model.getEnableContinuousCollision());
@@ -42,7 +50,8 @@ Quat randomRotation(RandomGenerator& generator) {
 
 } // namespace
 
-RigidBodyEmitter::RigidBodyEmitter(RigidBodyDistribution* distribution, zorCollide::Geometry* geometry, Real rate) {
+RigidBodyEmitter::RigidBodyEmitter(RigidBodyDistribution* distribution, zorCollide::Geometry* geometry,
+                                   Real rate) {
   setDistribution(distribution);
   setGeometry(geometry);
   setRate(rate);
@@ -65,7 +74,8 @@ EmitterBase::Piece RigidBodyEmitter::drawPiece(RandomGenerator& generator) {
   for (auto const& geometry : m_model->getGeometries())
     for (UInt i = 0; i < geometry->getNumShapes(); ++i) {
       Vec3 low, high;
-      geometry->getShape(i)->getBounds(geometry->getShapeTransform(i) * geometry->getTransform() * toModel, low, high);
+      geometry->getShape(i)->getBounds(geometry->getShapeTransform(i) * geometry->getTransform() * toModel,
+                                       low, high);
       volume += geometry->getShape(i)->getVolume();
       for (size_t axis = 0; axis < 3; ++axis) {
         lower[axis] = std::min(lower[axis], low[axis]);
