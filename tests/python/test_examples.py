@@ -20,3 +20,14 @@ def test_listeners_colour_by_speed(tmp_path):
     red, green, blue = pixels[..., 0], pixels[..., 1], pixels[..., 2]
     slow, medium, fast = blue > 2 * red, green > 1.6 * numpy.maximum(red, blue), red > 2 * numpy.maximum(green, blue)
     assert min(slow.sum(), medium.sum(), fast.sum()) > 50
+
+
+def test_hopper_runs_out(tmp_path):
+    picture, plot = tmp_path / "hopper.png", tmp_path / "flow.png"
+    result = subprocess.run([sys.executable, EXAMPLES / "granular_hopper.py", "--grains", "3000", "--plot", plot, "--screenShot", picture,
+                             "--stopAfter", "1.6", "--window", "480x270"], capture_output=True, text=True, timeout=300)
+    assert result.returncode == 0 and "Traceback" not in result.stderr, result.stderr
+    out = [float(line.split()[2]) for line in result.stdout.splitlines() if "kg out" in line]
+    assert out[0] == 0 and out[-1] > 5 and plot.stat().st_size > 5000
+    pixels = numpy.asarray(osgDB.readImageFile(str(picture))).astype(int)
+    assert ((pixels[..., 0] > 1.4 * pixels[..., 2]) & (pixels[..., 0] > 90)).sum() > 200  # sand and brick red

@@ -85,10 +85,12 @@ public:
   void resizeGLObjectBuffers(unsigned int size) override;
   /** Takes the particles over. */
   void updateParticles();
+#endif
 
 protected:
   ~ParticleSystemDrawable() override = default;
 
+#ifndef SWIG
 private:
   ParticleRenderingMode usedMode() const;
   void setUp();

@@ -18,7 +18,7 @@ namespace {
 
 ParticleSystemDrawable::ParticleRenderingMode allowedMode = ParticleSystemDrawable::SPRITES;
 
-class UpdateCallback : public osg::NodeCallback {
+class ParticleUpdate : public osg::NodeCallback {
 public:
   void operator()(osg::Node* node, osg::NodeVisitor* visitor) override {
     if (auto* drawable = dynamic_cast<ParticleSystemDrawable*>(node))
@@ -76,7 +76,7 @@ ParticleSystemDrawable::ParticleSystemDrawable(ParticleSystemDrawable const& oth
 void ParticleSystemDrawable::setUp() {
   setUseDisplayList(false);
   setDataVariance(osg::Object::DYNAMIC);
-  setUpdateCallback(new UpdateCallback);
+  setUpdateCallback(new ParticleUpdate);
   updateParticles();
 }
 

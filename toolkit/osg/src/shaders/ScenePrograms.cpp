@@ -15,7 +15,6 @@ char const* const DEFINES = R"(#version 130
 #ifdef ZOR_SPHERE
 #undef ZOR_UNLIT
 #undef ZOR_TEXTURE
-#define ZOR_VERTEXCOLOR
 vec3 zorEye;
 vec4 zorShadowCoord;
 varying vec4 zorColor;
@@ -86,7 +85,7 @@ void meetSphere() {
   bool flatView = gl_ProjectionMatrix[3][3] > 0.5;
   vec3 place = zorOnQuad;
   if (zor_particlePoints) {
-    float size = 1.1 * zorRadius * (flatView ? 1.0 : 1.0);
+    float size = 1.1 * zorRadius;
     place += vec3((2.0 * gl_PointCoord.x - 1.0) * size, (1.0 - 2.0 * gl_PointCoord.y) * size, 0.0);
   }
   float left;
@@ -103,7 +102,8 @@ void meetSphere() {
   if (left < 0.0)
     discard;
   zorSphereNormal = (zorEye - zorCenter) / zorRadius;
-  vec4 clip = gl_ProjectionMatrix * vec4(zorEye, 1.0);
+  // A little behind itself where it is drawn for a shadow, so that it does not darken itself.
+  vec4 clip = gl_ProjectionMatrix * vec4(zorEye.xy, flatView ? zorEye.z - 0.4 * zorRadius : zorEye.z, 1.0);
   gl_FragDepth = clamp(0.5 * clip.z / clip.w + 0.5, 0.0, 1.0);
   zorSphereColor = zorColor;
   if (zor_particleShader == 1) {
