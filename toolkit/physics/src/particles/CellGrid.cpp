@@ -74,8 +74,9 @@ int CellGrid::place(int axis, double coordinate) const {
   auto const a = static_cast<size_t>(axis);
   double const cell = std::floor((coordinate - m_lower[static_cast<size_t>(m_axes[a])]) / m_cellSize);
   double const count = m_counts[a];
-  return static_cast<int>(m_repeats[a] ? std::min(cell - count * std::floor(cell / count), count - 1)
-                                       : std::clamp(cell, 0.0, count - 1));
+  double const within = m_repeats[a] ? cell - count * std::floor(cell / count) : cell;
+  // Cells of particles without size are too many to count; then any will do.
+  return within >= 0 && within < count ? static_cast<int>(within) : within >= count ? m_counts[a] - 1 : 0;
 }
 
 // Up to three cells that follow each other along the last axis, in two parts where the grid repeats itself.

@@ -37,7 +37,8 @@ void Engine::choose(ParticleStore& store) {
       continue;
     bool const sane = store.position[i].isFinite() && store.velocity[i].isFinite() &&
                       store.angularVelocity[i].isFinite() && store.force[i].isFinite() &&
-                      store.position[i].length() < FARTHEST;
+                      store.position[i].length() < FARTHEST &&
+                      store.radius[i] < FARTHEST && std::isfinite(store.mass[i]);
     if (!sane) {
       store.enabled[i] = 0;
       ++m_numLost;

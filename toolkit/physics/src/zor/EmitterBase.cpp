@@ -20,7 +20,7 @@ namespace {
 
 constexpr int MOST_TRIES = 40;           // to find a place for one piece
 constexpr Real ROUNDING = 1e-9;          // of a piece: rate times time is a sum
-constexpr UInt MOST_IN_A_STEP = 1000000; // a rate that can't be meant
+constexpr UInt MOST_IN_A_STEP = 5000; // the rest comes in the next
 
 /** Signed distance of a point from what a geometry is made of. */
 double distanceTo(zorCollide::Geometry const& geometry, zor::Vec3 const& point, double reach, bool solid) {

@@ -11,7 +11,7 @@ namespace zor {
 
 namespace {
 
-constexpr UInt MOST_PARTICLES = 100'000'000;
+constexpr UInt MOST_PARTICLES = 4'000'000;
 
 size_t checkIndex(zorParticles::ParticleSystemImpl const& impl, UInt index, char const* where) {
   zorBullet::checkIndex(where, index, impl.store.size());
