@@ -1,6 +1,7 @@
 """The examples that no other test runs."""
 
 import pathlib
+import re
 import subprocess
 import sys
 
@@ -31,3 +32,22 @@ def test_hopper_runs_out(tmp_path):
     assert out[0] == 0 and out[-1] > 5 and plot.stat().st_size > 5000
     pixels = numpy.asarray(osgDB.readImageFile(str(picture))).astype(int)
     assert ((pixels[..., 0] > 1.4 * pixels[..., 2]) & (pixels[..., 0] > 90)).sum() > 200  # sand and brick red
+
+
+def run_example(name, *arguments):
+    result = subprocess.run([sys.executable, EXAMPLES / name, "--window", "320x180", *arguments], capture_output=True, text=True, timeout=300)
+    assert result.returncode == 0 and "Traceback" not in result.stderr + result.stdout, result.stdout + result.stderr
+    return result.stdout
+
+
+def test_the_robot_arm_follows_its_curve(tmp_path):
+    out = run_example("robot_arm.py", "--output", tmp_path, "--stopAfter", "3")
+    error, greatest = re.search(r"([\d.]+) mm \(root mean square\), ([\d.]+) mm", out).groups()
+    assert 0 < float(error) < 1.5 and float(greatest) < 4
+
+
+def test_the_car_keeps_to_its_track(tmp_path):
+    out = run_example("car.py", "--output", tmp_path, "--stopAfter", "8")
+    speed, away, tilt = re.search(r"([\d.]+) m/s at the end; .* at most ([\d.]+) m; greatest tilt (\d+)", out).groups()
+    assert float(speed) > 7 and float(away) < 1.5 and float(tilt) < 25
+    assert (tmp_path / "car.png").stat().st_size > 10000

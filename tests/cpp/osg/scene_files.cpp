@@ -6,11 +6,13 @@
 #include <zor/Notify.h>
 #include <zorCollide/Sphere.h>
 #include <zorIO/Environment.h>
+#include <zorModel/ReadMesh.h>
 #include <zorOSG/CreateVisual.h>
 #include <zorOSG/Primitives.h>
 #include <zorOSG/ReadNode.h>
 #include <zorOSG/Transform.h>
 
+#include <osg/MatrixTransform>
 #include <osgDB/WriteFile>
 
 #include <gmock/gmock.h>
@@ -131,6 +133,84 @@ TEST_F(SceneFiles, TrimeshesHoldWorldCoordinatesAndMergedVertices) {
   scaled->getBounds(zor::AffineMatrix4x4(), low, high);
   EXPECT_NEAR(high.z(), 26.0, 1e-6);
   EXPECT_NEAR(low.x(), -2.0, 1e-6);
+}
+
+namespace {
+
+/** A unit cube, each side of it another kind of primitive over vertices of the given array type. */
+template <class Array>
+osg::ref_ptr<osg::Geometry> cubeOfAllPrimitives() {
+  osg::ref_ptr<osg::Geometry> mesh = new osg::Geometry;
+  osg::ref_ptr<Array> corners = new Array;
+  for (unsigned int i = 0; i < 8; ++i) {
+    typename Array::ElementDataType v;
+    v[0] = i & 1, v[1] = i >> 1 & 1, v[2] = i >> 2;
+    corners->push_back(v);
+  }
+  mesh->setVertexArray(corners);
+  auto const add = [&](GLenum mode, std::vector<GLuint> const& indices) {
+    mesh->addPrimitiveSet(
+        new osg::DrawElementsUInt(mode, static_cast<unsigned int>(indices.size()), indices.data()));
+  };
+  add(GL_TRIANGLES, {0, 2, 1, 1, 2, 3});
+  add(GL_TRIANGLE_STRIP, {4, 5, 6, 7});
+  add(GL_TRIANGLE_FAN, {0, 1, 5, 4});
+  add(GL_QUADS, {2, 6, 7, 3});
+  add(GL_QUAD_STRIP, {0, 4, 2, 6});
+  add(GL_POLYGON, {1, 3, 7, 5});
+  add(GL_LINES, {0, 7}); // no triangles
+  return mesh;
+}
+
+} // namespace
+
+TEST_F(SceneFiles, TrimeshesTakeEveryPrimitiveAndVertexType) {
+  for (auto const& mesh : {cubeOfAllPrimitives<osg::Vec3Array>(), cubeOfAllPrimitives<osg::Vec3dArray>()}) {
+    osg::ref_ptr<osg::Geode> const geode = new osg::Geode;
+    geode->addDrawable(mesh);
+    ref_ptr<zorCollide::Trimesh> const cube = zorOSG::createTrimesh(geode.get());
+    EXPECT_EQ(cube->getNumTriangles(), 12u);
+    EXPECT_TRUE(cube->isClosed());
+    EXPECT_NEAR(cube->getVolume(), 1.0, 1e-9);
+    mesh->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLES, 6, 30)); // more than there are
+    EXPECT_EQ(ref_ptr<zorCollide::Trimesh>(zorOSG::createTrimesh(geode.get()))->getNumTriangles(), 12u);
+  }
+}
+
+TEST_F(SceneFiles, ModelFilesOfEveryFormatBecomeTrimeshes) {
+  // Two cubes below transforms.
+  osg::ref_ptr<osg::Group> const model = new osg::Group;
+  for (double const x : {0.0, 5.0}) {
+    osg::ref_ptr<osg::MatrixTransform> const place =
+        new osg::MatrixTransform(osg::Matrix::scale(2, 2, 2) * osg::Matrix::translate(x, 0, 0));
+    osg::ref_ptr<osg::Geode> const geode = new osg::Geode;
+    geode->addDrawable(cubeOfAllPrimitives<osg::Vec3Array>());
+    place->addChild(geode);
+    model->addChild(place);
+  }
+  for (std::string const name : {"m.osgt", "m.ive", "m.osgb", "m.obj", "m.stl", "m.3ds"}) {
+    ASSERT_TRUE(osgDB::writeNodeFile(*model, folder.file(name))) << name;
+    ref_ptr<zorCollide::Trimesh> const mesh = zorModel::readTrimesh(folder.file(name), Vec3(1, 1, 0.5), 1e-6);
+    EXPECT_EQ(mesh->getNumTriangles(), 24u) << name;
+    EXPECT_EQ(mesh->getVertices().size(), 16u) << name;
+    EXPECT_NEAR(mesh->getVolume(), 8.0, 1e-6) << name;
+    Vec3 low, high;
+    mesh->getBounds(zor::AffineMatrix4x4(), low, high);
+    EXPECT_TRUE(high.equals(Vec3(7, 2, 1), 1e-6)) << name << " " << high;
+  }
+  std::string const ply =
+      write("m.ply", "ply\nformat ascii 1.0\nelement vertex 4\nproperty float x\nproperty float y\n"
+                     "property float z\nelement face 2\nproperty list uchar int vertex_indices\nend_header\n"
+                     "0 0 0\n1 0 0\n1 1 0\n0 1 0\n3 0 1 2\n3 0 2 3\n");
+  EXPECT_EQ(ref_ptr<zorCollide::Trimesh>(zorModel::readTrimesh(ply))->getNumTriangles(), 2u);
+
+  for (std::string const name : {"broken.osgt", "model.unheardof"})
+    try {
+      zorModel::readTrimesh(write(name, "x"));
+      ADD_FAILURE() << name;
+    } catch (std::runtime_error const& error) {
+      EXPECT_THAT(error.what(), HasSubstr(folder.file(name)));
+    }
 }
 
 TEST_F(SceneFiles, ATrimeshNeedsTriangles) {

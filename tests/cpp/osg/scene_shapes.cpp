@@ -272,6 +272,25 @@ TEST(SceneShapes, RenderDataIsDrawnInPlaceOfTheShape) {
   EXPECT_EQ(root->getNumChildren(), 0u);
 }
 
+TEST(SceneShapes, RenderDataWithoutVerticesColourTheShape) {
+  ref_ptr<zorRender::RenderData> const data = new zorRender::RenderData;
+  ref_ptr<zorRender::RenderMaterial> const green = new zorRender::RenderMaterial;
+  green->setDiffuseColor(zorRender::Color(0.1f, 0.8f, 0.2f, 0.5f));
+  data->setRenderMaterial(green.get());
+  ref_ptr<zorCollide::Box> const box = new zorCollide::Box(1, 1, 1), plain = new zorCollide::Box(1, 1, 1);
+  box->setRenderData(data.get());
+  Visual const visual(box.get()), other(plain.get());
+  EXPECT_NEAR(visual.probe().volume, 8.0, 1e-5);
+  osg::Node* const child = visual.node->getRenderChild(zorOSG::GeometryNode::RENDER_DATA);
+  ASSERT_TRUE(child);
+  EXPECT_EQ(zorTest::ownDiffuse(*child), osg::Vec4(0.1f, 0.8f, 0.2f, 0.5f));
+  EXPECT_EQ(other.probe().meshes, visual.probe().meshes); // drawn by the same buffers
+
+  data->setShouldRender(false);
+  Visual const hidden(box.get());
+  EXPECT_EQ(hidden.probe().triangles, 0u);
+}
+
 TEST(SceneShapes, DetailMustBeANumberThatIsNotNegative) {
   osg::ref_ptr<osg::Group> const root = new osg::Group;
   ref_ptr<zorCollide::Geometry> const ball = new zorCollide::Geometry(new zorCollide::Sphere(1));

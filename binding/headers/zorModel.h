@@ -1,0 +1,6 @@
+// Every class that the module zorModel wraps; read by the modules that import it as well.
+#pragma once
+
+#include <zorModel/ReadMesh.h>
+#include <zorModel/UrdfJoint.h>
+#include <zorModel/UrdfReader.h>
