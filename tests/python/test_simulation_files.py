@@ -9,6 +9,7 @@ import sys
 
 import pytest
 
+import _zorOSG
 import osg
 import zor
 import zorCollide
@@ -90,7 +91,7 @@ def test_read_file_finds_files_and_makes_visuals(tmp_path, monkeypatch):
     # Once more beside it, into an assembly: only what is new gets a visual.
     parent = zorSDK.Assembly("second")
     more = osg.Group()
-    assert zorOSG.readFile(str(tmp_path / "scene.zor"), simulation, more, parent, 1.0, True, 15, zorOSG.RigidBodyRenderCache())
+    assert zorOSG.readFile(str(tmp_path / "scene.zor"), simulation, more, parent, 1.0, True, 15, None)
     assert len(parent.getRigidBodies()) == 3 and len(simulation.getRigidBodies()) == 6
     assert zorOSG.findGeometryNode(simulation.getGeometries()[1], more) is None
     assert zorOSG.findGeometryNode(parent.getRigidBodies()[0].getGeometries()[0], more) is not None
@@ -114,7 +115,7 @@ def test_read_file_says_what_is_wrong(tmp_path, capfd):
     assert "bad.zor" in messages and "truncated" in messages and "missing.zor" in messages
     assert simulation.toBytes() == before and root.getNumChildren() == 0
     with pytest.raises(TypeError, match="Wrong number or type of arguments for overloaded function 'readFile'"):
-        zorOSG.readFile(str(bad), simulation)
+        _zorOSG.readFile(str(bad), simulation)
     with pytest.raises(RuntimeError, match="simulation is null"):
         zorOSG.readFile(str(bad), None, root)
 
