@@ -21,6 +21,13 @@ bool isJson(std::string const& filename) {
   return json;
 }
 
+void warnOfLoss(std::size_t count, std::string const& noun) {
+  if (count > 0)
+    zor::notify(zor::Notify::NOTIFY_WARNING)
+        << "Simulation::write: " << count << " " << noun << (count == 1 ? " is" : "s are") << " not stored"
+        << zor::endMessage;
+}
+
 } // namespace
 
 void Simulation::write(zor::String const& filename) const {
@@ -29,10 +36,9 @@ void Simulation::write(zor::String const& filename) const {
 }
 
 std::string Simulation::toBytes(bool json) const {
-  if (std::size_t const count = m_impl->listeners.size())
-    zor::notify(zor::Notify::NOTIFY_WARNING)
-        << "Simulation::write: " << count << (count == 1 ? " listener is" : " listeners are") << " not stored"
-        << zor::endMessage;
+  warnOfLoss(m_impl->listeners.size(), "listener");
+  warnOfLoss(getParticleSystems().size(), "particle system");
+  warnOfLoss(getEmitters().size(), "emitter");
   return zorStream::SimulationFile::write(const_cast<Simulation&>(*this), json);
 }
 
