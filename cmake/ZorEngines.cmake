@@ -24,3 +24,4 @@ zor_import_pkg(Urdf urdfdom console_bridge)
 
 # Archives: binary by cereal, JSON by the parser that cereal comes with.
 zor_import_pkg(Archives cereal RapidJSON)
+zor_import_pkg(X11 x11)

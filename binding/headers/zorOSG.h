@@ -2,8 +2,10 @@
 #pragma once
 
 #include <zorOSG/CameraData.h>
+#include <zorOSG/CameraFunctions.h>
 #include <zorOSG/CreateAxes.h>
 #include <zorOSG/CreateVisual.h>
+#include <zorOSG/EmbeddedGLWindow.h>
 #include <zorOSG/ExampleApplication.h>
 #include <zorOSG/ExampleApplicationListener.h>
 #include <zorOSG/GeometryNode.h>
@@ -16,6 +18,7 @@
 #include <zorOSG/NeoCameraOutputValue.h>
 #include <zorOSG/NodeReference.h>
 #include <zorOSG/ParticleSystemDrawable.h>
+#include <zorOSG/PickHandler.h>
 #include <zorOSG/Primitives.h>
 #include <zorOSG/ReadFile.h>
 #include <zorOSG/ReadNode.h>

@@ -5,6 +5,8 @@
 #include <zorSDK/ContactEventListener.h>
 #include <zorSDK/EventListener.h>
 #include <zorSDK/GuiEventListener.h>
+#include <zorSDK/PickHandler.h>
+#include <zorSDK/PickResult.h>
 #include <zorSDK/Simulation.h>
 #include <zorSDK/SimulationStatistics.h>
 #include <zorSDK/StepEventListener.h>

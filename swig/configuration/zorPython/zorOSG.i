@@ -69,6 +69,7 @@ ZOR_LENT(osg::LightSource)
 ZOR_LENT(osg::Material)
 ZOR_LENT(osg::StateSet)
 ZOR_LENT(osg::Texture2D)
+ZOR_LENT(osgGA::EventQueue)
 ZOR_LENT(osgGA::MatrixManipulator)
 ZOR_LENT(osgText::Text)
 ZOR_LENT(osgViewer::Viewer)
@@ -82,6 +83,7 @@ ZOR_LENT(zorOSG::GeometryNode)
 ZOR_LENT(zorOSG::ImageCapture)
 ZOR_LENT(zorOSG::ImageCaptureBase)
 ZOR_LENT(zorOSG::ParticleSystemDrawable)
+ZOR_LENT(zorOSG::PickHandler)
 ZOR_LENT(zorOSG::SceneDecorator)
 ZOR_LENT(zorOSG::Texture2D)
 ZOR_LENT(zorOSG::VideoFFMPEGPipeCapture)
@@ -111,6 +113,9 @@ ZOR_LENT(zorOSG::VideoFFMPEGPipeCapture)
 %include "scene/primitives.i"
 %include "sensors/lidar.i"
 %include "application/camera_data.i"
+%include "application/embedded_gl_window.i"
+%include "application/pick_handler.i"
+%include "application/camera_functions.i"
 %include "application/gui_event_listener.i"
 %include "application/example_application_listener.i"
 %include "application/scene_description.i"

@@ -26,9 +26,13 @@ ZOR_SHARED(zorSDK::EventListener)
 ZOR_SHARED(zorSDK::StepEventListener)
 ZOR_SHARED(zorSDK::ContactEventListener)
 ZOR_SHARED(zorSDK::GuiEventListener)
+ZOR_SHARED(zorSDK::PickHandler)
 
 %include "zorSDK/listeners.i"
 %include "zorSDK/files.i"
+
+%include <zorSDK/PickResult.h>
+%include <zorSDK/PickHandler.h>
 
 %copyctor zorSDK::SimulationStatistics;
 %include <zorSDK/SimulationStatistics.h>

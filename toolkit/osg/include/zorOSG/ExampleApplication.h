@@ -56,6 +56,7 @@ namespace zorOSG {
 
 class GeometryNode;
 class ImageCapture;
+class PickHandler;
 class RenderTarget;
 class SceneDecorator;
 class VideoFFMPEGPipeCapture;
@@ -81,7 +82,8 @@ public:
     RECIEVES_SHADOWS_MASK = 128
   };
 
-  /// Kinds of solvers.
+  /// Kinds of solvers: MULTI computes the motion of each step in several parts, for stiffer and more exact
+  /// joints at proportional cost; ITERATIVE computes it at once.
   enum SolverType : int { MULTI = 0, ITERATIVE = 1, NUM_SOLVERS = 2 };
 
   /// Raised with the new state, true for play, when auto-stepping is switched.
@@ -487,6 +489,9 @@ public:
   /** \return the main camera, borrowed; null without graphics */
   osg::Camera* getCamera() const;
 
+  /** \return the camera of the render target that was added last, borrowed; null if there is none */
+  osg::Camera* getTextureCamera() const;
+
   /** \return false when --zorOnly was given: there is no graphics context */
   bool hasRenderContext() const;
 
@@ -508,6 +513,13 @@ public:
 
   /** \param title new window title \return true if a window is present and the title was updated */
   bool setWindowTitle(std::string const& title);
+
+  /** \param flag false to keep the window at its size, which setWindowRectangle() may still change, true (the
+   * default) to let its user change it */
+  void setAllowWindowResizing(bool flag);
+
+  /** \return true if the window's user may change its size */
+  bool getAllowWindowResizing() const;
 
   /**
    * Waiting for the display's refresh.
@@ -600,6 +612,21 @@ public:
   /** Turns the camera to the middle of the scene from where it is. */
   void centerScene();
 
+  /** \return the handler that drags bodies with the mouse, borrowed; shift and the left button activate it */
+  zorOSG::PickHandler* getPickHandler();
+
+  /** \return the handler that drags bodies with the mouse, borrowed */
+  zorOSG::PickHandler const* getPickHandler() const;
+
+  /**
+   * Draws the application's aids in moved coordinates, for scenes with very large ones whose visuals a script
+   * draws moved likewise. Picking and the simulation's input listeners are told, so that they find what is
+   * seen.
+   * \param matrix inverse of the transform of the object that is drawn at the origin
+   * Throws std::invalid_argument if it has no inverse.
+   */
+  void setDebugRenderInverseMatrix(zor::AffineMatrix4x4 const& matrix);
+
   /** \param flag true to show the visual grid */
   void setEnableGrid(bool flag);
 
@@ -670,7 +697,14 @@ public:
   /** \return true if frames are captured in step with simulation time */
   bool getEnableCaptureSyncWithSimulation() const;
 
-  /** \return the solver type in use */
+  /**
+   * Chooses the solver; another number of sub-steps of the simulation goes.
+   * \param t a solver type
+   * Throws std::invalid_argument for a value that is no solver type.
+   */
+  void setSolverType(SolverType t);
+
+  /** \return the solver type in use: MULTI if the simulation takes more than one sub-step */
   SolverType getSolverType() const;
 
   /**
@@ -686,6 +720,9 @@ public:
    * Throws std::invalid_argument for a value that is no solver type.
    */
   std::string getSolverName(SolverType t) const;
+
+  /** Goes on to the next solver type, from the last one to the first. */
+  void changeSolver();
 
 protected:
   ~ExampleApplication() override;

@@ -90,6 +90,7 @@ std::string ExampleApplication::Impl::helpText() const {
       addLine(out, binding.label, binding.text);
   out << "Mouse\n";
   addLine(out, "left", "turn the camera");
+  addLine(out, "Shift+left", "drag a body");
   addLine(out, "middle", "move the camera");
   addLine(out, "right", "nearer, farther (or wheel)");
   for (std::size_t i = 0; i < scenes.size(); ++i) {

@@ -114,6 +114,7 @@ void ExampleApplication::Impl::clear() {
   isBuilt = false;
   app.m_loadedSceneFile = false;
   scriptFile.clear();
+  pick->reset();
   if (simulation) {
     simulation->cleanup();
     restoreSettings();

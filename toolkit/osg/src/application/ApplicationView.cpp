@@ -19,15 +19,8 @@ namespace zorOSG {
 
 namespace {
 
+constexpr zor::UInt MULTI_SUB_STEPS = 4;
 constexpr int NODE_CENTER = osgGA::NodeTrackerManipulator::NODE_CENTER;
-
-osg::Vec3d worldCenter(osg::Node& node) {
-  osg::Vec3d const center = node.getBound().center();
-  if (node.getNumParents() == 0)
-    return center;
-  auto const worlds = node.getParent(0)->getWorldMatrices();
-  return worlds.empty() ? center : center * worlds.front();
-}
 
 } // namespace
 
@@ -61,6 +54,10 @@ osg::Camera* ExampleApplication::getCamera() const {
   return m_impl->host ? m_impl->host->viewer().getCamera() : nullptr;
 }
 
+osg::Camera* ExampleApplication::getTextureCamera() const {
+  return m_impl->targets.empty() ? nullptr : m_impl->targets.back().target->getCamera();
+}
+
 bool ExampleApplication::hasRenderContext() const {
   return m_impl->host != nullptr;
 }
@@ -81,8 +78,11 @@ bool ExampleApplication::setWindowRectangle(unsigned int x, unsigned int y, unsi
   auto* const window = m_impl->host ? m_impl->host->window() : nullptr;
   if (!window)
     return false;
+  setWindowResizable(window, true);
   window->setWindowRectangle(static_cast<int>(x), static_cast<int>(y), static_cast<int>(width),
                              static_cast<int>(height));
+  if (!m_impl->allowResizing)
+    setWindowResizable(window, false);
   return true;
 }
 
@@ -92,6 +92,16 @@ bool ExampleApplication::setWindowTitle(std::string const& title) {
   if (window)
     window->setWindowName(title);
   return window != nullptr;
+}
+
+void ExampleApplication::setAllowWindowResizing(bool flag) {
+  m_impl->allowResizing = flag;
+  if (m_impl->host)
+    setWindowResizable(m_impl->host->window(), flag);
+}
+
+bool ExampleApplication::getAllowWindowResizing() const {
+  return m_impl->allowResizing;
 }
 
 void ExampleApplication::setEnableVSync(bool flag, bool forceUpdate) {
@@ -198,6 +208,20 @@ void ExampleApplication::centerScene() {
   m_impl->camera.lookAt(m_impl->graph.bound());
 }
 
+zorOSG::PickHandler* ExampleApplication::getPickHandler() {
+  return m_impl->pick.get();
+}
+
+zorOSG::PickHandler const* ExampleApplication::getPickHandler() const {
+  return m_impl->pick.get();
+}
+
+void ExampleApplication::setDebugRenderInverseMatrix(zor::AffineMatrix4x4 const& matrix) {
+  if (!matrix.isFinite() || matrix.getLinear().determinant() == 0)
+    throw std::invalid_argument("setDebugRenderInverseMatrix: the matrix must be finite and have an inverse");
+  m_impl->setDrawnTransform(matrix);
+}
+
 // --- Aids
 
 void ExampleApplication::setEnableGrid(bool flag) {
@@ -300,8 +324,18 @@ bool ExampleApplication::getEnableCaptureSyncWithSimulation() const {
 
 // --- Solvers
 
+void ExampleApplication::setSolverType(SolverType t) {
+  getSolverName(t); // checks it
+  m_impl->solver = t;
+  if (!m_impl->simulation || t == getSolverType())
+    return;
+  m_impl->simulation->setNumSubSteps(t == MULTI ? MULTI_SUB_STEPS : 1);
+}
+
 ExampleApplication::SolverType ExampleApplication::getSolverType() const {
-  return ITERATIVE;
+  if (!m_impl->simulation)
+    return m_impl->solver.value_or(ITERATIVE);
+  return m_impl->simulation->getNumSubSteps() > 1 ? MULTI : ITERATIVE;
 }
 
 ExampleApplication::SolverType ExampleApplication::getSolverType(std::string name) const {
@@ -318,8 +352,11 @@ std::string ExampleApplication::getSolverName(SolverType t) const {
     return "MULTI";
   if (t == ITERATIVE)
     return "ITERATIVE";
-  throw std::invalid_argument("getSolverName: no solver type has the value " +
-                              std::to_string(static_cast<int>(t)));
+  throw std::invalid_argument("no solver type has the value " + std::to_string(static_cast<int>(t)));
+}
+
+void ExampleApplication::changeSolver() {
+  setSolverType(static_cast<SolverType>((getSolverType() + 1) % NUM_SOLVERS));
 }
 
 } // namespace zorOSG

@@ -3,10 +3,10 @@
 #include "Conversion.h"
 
 #include <zorOSG/CameraData.h>
-#include <zorOSG/GeometryNode.h>
 
 #include <osgGA/NodeTrackerManipulator>
 #include <osgGA/OrbitManipulator>
+#include <osgGA/TrackballManipulator>
 
 #include <algorithm>
 #include <cmath>
@@ -23,7 +23,7 @@ constexpr char const* MARKER_NAME = "TrackedPoint";
  * The library's tracker takes a node's bound, which a transform gives in its parent's coordinates, for one in
  * the node's own. A child without content has its centre at the node's origin in either reading.
  */
-osg::Node* trackedPoint(GeometryNode& node) {
+osg::Node* trackedPoint(osg::Group& node) {
   for (unsigned i = 0; i < node.getNumChildren(); ++i)
     if (node.getChild(i)->getName() == MARKER_NAME)
       return node.getChild(i);
@@ -41,7 +41,22 @@ void requireUsable(CameraControl::Pose const& pose) {
     throw std::invalid_argument("camera home: eye and center must be apart, and up not along the view");
 }
 
+void requireTrackable(CameraControl::Pose const& pose, int trackerMode) {
+  requireUsable(pose);
+  if (trackerMode < osgGA::NodeTrackerManipulator::NODE_CENTER ||
+      trackerMode > osgGA::NodeTrackerManipulator::NODE_CENTER_AND_ROTATION)
+    throw std::invalid_argument("setOrbitCamera: tracker mode must be 0, 1 or 2");
+}
+
 } // namespace
+
+osg::Vec3d worldCenter(osg::Node& node) {
+  osg::Vec3d const center = node.getBound().center();
+  if (node.getNumParents() == 0)
+    return center;
+  auto const worlds = node.getParent(0)->getWorldMatrices();
+  return worlds.empty() ? center : center * worlds.front();
+}
 
 void CameraControl::attach(osgViewer::Viewer* viewer) {
   m_viewer = viewer;
@@ -57,6 +72,17 @@ void CameraControl::useOrbit() {
   orbit->setAutoComputeHomePosition(false);
   orbit->setHomePosition(toOsg(m_home.eye), toOsg(m_home.center), toOsg(m_home.up));
   m_viewer->setCameraManipulator(orbit.get(), false);
+}
+
+void CameraControl::useTrackball() {
+  if (!m_viewer)
+    return;
+  Pose const pose = current();
+  osg::ref_ptr<osgGA::TrackballManipulator> ball = new osgGA::TrackballManipulator;
+  ball->setAllowThrow(false);
+  ball->setAutoComputeHomePosition(false);
+  m_viewer->setCameraManipulator(ball.get(), false);
+  moveTo(pose);
 }
 
 void CameraControl::setHome(Pose const& pose) {
@@ -105,23 +131,24 @@ void CameraControl::lookAt(osg::BoundingSphere const& bound) {
   moveTo(pose);
 }
 
-void CameraControl::track(GeometryNode& node, Pose const& pose, int trackerMode) {
-  requireUsable(pose);
-  if (trackerMode < osgGA::NodeTrackerManipulator::NODE_CENTER ||
-      trackerMode > osgGA::NodeTrackerManipulator::NODE_CENTER_AND_ROTATION)
-    throw std::invalid_argument("setOrbitCamera: tracker mode must be 0, 1 or 2");
+void CameraControl::track(osg::Group& node, Pose const& pose, int trackerMode) {
+  requireTrackable(pose, trackerMode);
   m_home = pose;
   m_homeSet = true;
-  if (!m_viewer)
-    return;
+  if (m_viewer)
+    track(*m_viewer, node, pose, trackerMode);
+}
+
+void CameraControl::track(osgViewer::Viewer& viewer, osg::Group& node, Pose const& pose, int trackerMode) {
+  requireTrackable(pose, trackerMode);
   osg::ref_ptr<osgGA::NodeTrackerManipulator> tracker = new osgGA::NodeTrackerManipulator;
   tracker->setTrackerMode(static_cast<osgGA::NodeTrackerManipulator::TrackerMode>(trackerMode));
   tracker->setRotationMode(osgGA::NodeTrackerManipulator::ELEVATION_AZIM);
   tracker->setTrackNodePath(trackedPoint(node)->getParentalNodePaths().front());
   tracker->setAutoComputeHomePosition(false);
   tracker->setHomePosition(toOsg(pose.eye), toOsg(pose.center), toOsg(pose.up));
-  m_viewer->setCameraManipulator(tracker.get(), false);
-  m_viewer->home();
+  viewer.setCameraManipulator(tracker.get(), false);
+  viewer.home();
 }
 
 CameraControl::Pose CameraControl::current() const {

@@ -8,7 +8,8 @@
 
 namespace zorOSG {
 
-class GeometryNode;
+/** \return centre of a node's bound in the world */
+osg::Vec3d worldCenter(osg::Node& node);
 
 /// Moves the camera of a viewer: home position, orbit manipulator, fitting to the scene.
 class CameraControl {
@@ -30,6 +31,9 @@ public:
   /** Throws std::invalid_argument for a pose that gives no direction. */
   void setHome(Pose const& pose);
 
+  /** Has the mouse turn the camera about any axis, from where it is. */
+  void useTrackball();
+
   /** Returns to a home position fitted to each scene, and to the orbit manipulator. */
   void reset();
 
@@ -43,7 +47,11 @@ public:
   void lookAt(osg::BoundingSphere const& bound);
 
   /** Follows a node. */
-  void track(GeometryNode& node, Pose const& pose, int trackerMode);
+  void track(osg::Group& node, Pose const& pose, int trackerMode);
+
+  /** Gives any viewer a camera that follows a node. Throws std::invalid_argument for a pose that gives no
+   * direction and for a mode that the library's node tracker does not have. */
+  static void track(osgViewer::Viewer& viewer, osg::Group& node, Pose const& pose, int trackerMode);
 
   /** \return the pose of the camera */
   Pose current() const;

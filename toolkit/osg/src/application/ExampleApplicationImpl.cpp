@@ -1,6 +1,8 @@
 #include "ExampleApplicationImpl.h"
 
+#include "Conversion.h"
 #include "CurrentApplicationScope.h"
+#include "NativeWindow.h"
 
 #include <zor/Notify.h>
 
@@ -10,11 +12,12 @@
 namespace zorOSG {
 
 ExampleApplication::Impl::Impl(ExampleApplication& owner)
-    : app(owner), captures(std::make_unique<CaptureSet>()) {
+    : app(owner), captures(std::make_unique<CaptureSet>()), pick(new PickHandler(nullptr, graph.aidsRoot())) {
   graph.root()->addChild(help.node());
   graph.root()->addChild(statistics.node());
   input = new InputAdapter({[this] { return simulation.get(); }, [this](int key) { return keyDown(key); },
-                            [this](int width, int height) { resized(width, height); }});
+                            [this](int width, int height) { resized(width, height); },
+                            [this] { return pick.get(); }});
   bindKeys();
 }
 
@@ -69,12 +72,15 @@ void ExampleApplication::Impl::openViewer(bool window) {
   osgViewer::Viewer& viewer = host->viewer();
   viewer.setSceneData(graph.root());
   camera.attach(&viewer);
+  pick->setCamera(viewer.getCamera());
   viewer.addEventHandler(input);
   captures->attach(&viewer);
   captures->setSimulation(simulation.get());
   osg::Vec2i const size = host->size();
   resized(size.x(), size.y());
   viewer.realize();
+  if (!allowResizing)
+    setWindowResizable(host->window(), false);
 }
 
 void ExampleApplication::Impl::closeViewer() {
@@ -85,6 +91,8 @@ void ExampleApplication::Impl::closeViewer() {
   captures = std::make_unique<CaptureSet>();
   captures->setSync(sync);
   camera.detach();
+  pick->reset();
+  pick->setCamera(nullptr);
   host->viewer().removeEventHandler(input);
   host.reset();
 }
@@ -97,11 +105,26 @@ void ExampleApplication::Impl::requireGraphics(char const* method) const {
 void ExampleApplication::Impl::installSimulation(zorSDK::Simulation* next) {
   simulation = next;
   settings.reset();
+  pick->setSimulation(next);
+  if (solver)
+    app.setSolverType(*solver);
   if (timeStepSet)
     simulation->setTimeStep(timeStep);
   else
     timeStep = simulation->getTimeStep();
   captures->setSimulation(next);
+}
+
+void ExampleApplication::Impl::setDrawnTransform(zor::AffineMatrix4x4 const& simulationToDrawn) {
+  graph.debugRoot()->setMatrix(toOsg(simulationToDrawn));
+  zor::AffineMatrix4x4 const toSimulation = simulationToDrawn.inverse();
+  pick->setInverseTransform(toSimulation);
+  if (!simulation)
+    return;
+  zorSDK::EventListenerRefVector const listenersThen = simulation->getListeners();
+  for (auto const& listener : listenersThen)
+    if (auto* const input_ = dynamic_cast<zorSDK::GuiEventListener*>(listener.get()))
+      input_->setInverseTransform(toSimulation);
 }
 
 void ExampleApplication::Impl::resized(int width, int height) {

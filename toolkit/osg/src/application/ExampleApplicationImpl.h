@@ -16,6 +16,7 @@
 #include <zor/ref_ptr.h>
 #include <zorIO/ArgumentParser.h>
 #include <zorOSG/ExampleApplication.h>
+#include <zorOSG/PickHandler.h>
 #include <zorOSG/RenderTarget.h>
 #include <zorSDK/Simulation.h>
 
@@ -89,6 +90,7 @@ struct ExampleApplication::Impl {
   bool keyDown(int key);
   std::string helpText() const;
   void resized(int width, int height);
+  void setDrawnTransform(zor::AffineMatrix4x4 const& simulationToDrawn);
 
   ExampleApplication& app;
   zor::ref_ptr<zorIO::ArgumentParser> arguments;
@@ -100,6 +102,7 @@ struct ExampleApplication::Impl {
   std::optional<SimulationSettings> settings; // as they were before the first scene was built
   zor::Real timeStep = 1.0 / 60;
   bool timeStepSet = false;
+  std::optional<SolverType> solver; // chosen before there was a simulation
 
   SceneGraph graph;
   SceneList scenes;
@@ -132,6 +135,7 @@ struct ExampleApplication::Impl {
 
   std::unique_ptr<ViewerHost> host;
   std::unique_ptr<CaptureSet> captures;
+  zor::ref_ptr<PickHandler> pick;
   osg::ref_ptr<InputAdapter> input;
   CameraControl camera;
   TextOverlay help{TextOverlay::Corner::UPPER_LEFT};
@@ -141,6 +145,7 @@ struct ExampleApplication::Impl {
   bool stepOnce = false;
   std::string title = "zorOSG";
   bool vsync = true;
+  bool allowResizing = true;
 
   // Of the last half second, for the statistics.
   StepClock::Clock::time_point statisticsSince{};

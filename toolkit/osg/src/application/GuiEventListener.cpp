@@ -1,30 +1,14 @@
 #include <zorOSG/GuiEventListener.h>
 
-#include "Conversion.h"
+#include "RayPick.h"
 
+#include <zorOSG/CameraFunctions.h>
 #include <zorSDK/Simulation.h>
-
-#include <osg/Camera>
 
 #include <limits>
 #include <stdexcept>
 
 namespace zorOSG {
-
-namespace {
-
-bool isDynamic(zorCollide::Geometry const& geometry) {
-  zor::RigidBody const* const body = geometry.getRigidBody();
-  return body && body->getMotionControl() == zor::RigidBody::DYNAMICS;
-}
-
-zorCollide::GeometryContact toContact(zorCollide::RayHit const& hit) {
-  zorCollide::GeometryContact contact(hit.getGeometry(), nullptr);
-  contact.addPoint(zorCollide::ContactPoint(hit.getPoint(), hit.getNormal(), 0));
-  return contact;
-}
-
-} // namespace
 
 GuiEventListener::GuiEventListener(zorSDK::GuiEventListener::ActivationMask mask)
     : zorSDK::GuiEventListener(mask) {}
@@ -35,11 +19,8 @@ zorCollide::GeometryContact GuiEventListener::intersect(float x, float y, osg::C
     throw std::runtime_error("GuiEventListener::intersect: the listener is in no simulation");
   zor::Vec3 end;
   getNearFarPoints(camera, m_rayOrigin, end, x, y);
-  zor::Vec3 const ray = end - m_rayOrigin;
-  for (auto const& hit : getSimulation()->getSpace()->castRayAll(m_rayOrigin, ray, ray.length()))
-    if (!onlyDynamics || isDynamic(*hit.getGeometry()))
-      return toContact(hit);
-  return {};
+  return toContact(nearestHit("GuiEventListener::intersect", *getSimulation()->getSpace(), m_rayOrigin, end,
+                              onlyDynamics));
 }
 
 size_t
@@ -59,17 +40,9 @@ GuiEventListener::findIntersectGeometryIndex(zorCollide::LocalGeometryContactVec
 
 void GuiEventListener::getNearFarPoints(osg::Camera const* camera, zor::Vec3& near, zor::Vec3& far, float x,
                                         float y) const {
-  osg::Viewport const* const viewport = camera ? camera->getViewport() : nullptr;
-  if (!viewport)
-    throw std::invalid_argument("getNearFarPoints: camera must not be null and must have a viewport");
-  osg::Matrixd const toWindow =
-      camera->getViewMatrix() * camera->getProjectionMatrix() * viewport->computeWindowMatrix();
-  osg::Matrixd toWorld;
-  if (!toWorld.invert(toWindow))
-    throw std::runtime_error("getNearFarPoints: the camera has no usable view and projection");
-  zor::AffineMatrix4x4 const& toSimulation = getInverseTransform();
-  near = fromOsg(osg::Vec3d(x, y, 0) * toWorld) * toSimulation;
-  far = fromOsg(osg::Vec3d(x, y, 1) * toWorld) * toSimulation;
+  zorOSG::getNearFarPoints(camera, x, y, near, far);
+  near = near * getInverseTransform();
+  far = far * getInverseTransform();
 }
 
 } // namespace zorOSG

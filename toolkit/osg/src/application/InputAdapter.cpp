@@ -1,5 +1,7 @@
 #include "InputAdapter.h"
 
+#include "ModifierKeys.h"
+
 #include <zorSDK/Simulation.h>
 
 #include <osg/Camera>
@@ -38,8 +40,8 @@ InputAdapter::Position InputAdapter::pixelPosition(Event const& event, osgGA::GU
   float const x = (event.getX() - event.getXmin()) / width;
   float const y = (event.getY() - event.getYmin()) / height;
   bool const down = event.getMouseYOrientation() == Event::Y_INCREASING_DOWNWARDS;
-  return {x * static_cast<float>(viewport->width()),
-          (down ? 1 - y : y) * static_cast<float>(viewport->height())};
+  return {static_cast<float>(viewport->x() + x * viewport->width()),
+          static_cast<float>(viewport->y() + (down ? 1 - y : y) * viewport->height())};
 }
 
 template <class Call>
@@ -47,22 +49,51 @@ bool InputAdapter::offer(int mask, Call call) {
   zorSDK::Simulation* const simulation = m_hooks.simulation();
   if (!simulation)
     return false;
-  // A listener may add and remove listeners, so the round goes over a list of its own.
-  m_targets.clear();
-  for (auto const& listener : simulation->getListeners()) {
-    if (!listener->getEnable() || !(listener->getMask() & mask))
+  Listeners targets = collectTargets(*simulation, mask);
+  bool used = false;
+  for (auto const& target : targets) {
+    bool const isThere = target->getSimulation() == simulation || (m_hooks.last && target == m_hooks.last());
+    if (!isThere)
       continue;
-    if (auto* const target = dynamic_cast<Listener*>(listener.get()))
-      m_targets.emplace_back(target);
+    target->setModKeyMask(m_modifiers);
+    used = call(*target);
+    if (used)
+      break;
   }
-  for (auto const& target : m_targets)
-    if (target->getSimulation() == simulation && call(*target))
-      return true;
-  return false;
+  targets.clear(); // listeners die when a script lets go of them
+  m_spare.swap(targets);
+  return used;
+}
+
+/** A listener may add and remove listeners, so the round goes over a list of its own. */
+InputAdapter::Listeners InputAdapter::collectTargets(zorSDK::Simulation& simulation, int mask) {
+  Listeners targets = std::move(m_spare);
+  auto const take = [&](zorSDK::EventListener* listener) {
+    if (!listener->getEnable() || !(listener->getMask() & mask))
+      return;
+    if (auto* const target = dynamic_cast<Listener*>(listener))
+      targets.emplace_back(target);
+  };
+  for (auto const& listener : simulation.getListeners())
+    take(listener.get());
+  Listener* const last = m_hooks.last ? m_hooks.last() : nullptr;
+  if (last && last->getSimulation() != &simulation)
+    take(last);
+  return targets;
+}
+
+/** Windows know which keys are down. Events that a program makes itself tell only of keys that go down and
+ * up. */
+void InputAdapter::noteModifiers(Event const& event) {
+  bool const isKey = event.getEventType() == Event::KEYDOWN || event.getEventType() == Event::KEYUP;
+  if (isKey && !event.getGraphicsContext())
+    m_ownModifiers = modifiersAfter(m_ownModifiers, event.getKey(), event.getEventType() == Event::KEYDOWN);
+  m_modifiers = event.getModKeyMask() | m_ownModifiers;
 }
 
 bool InputAdapter::dispatch(Event const& event, Position position) {
   auto const [x, y] = position;
+  noteModifiers(event);
   auto const button = static_cast<Listener::MouseButtonMask>(
       (event.getEventType() == Event::DRAG ? event.getButtonMask() : event.getButton()) & 7);
   switch (event.getEventType()) {
@@ -93,9 +124,8 @@ bool InputAdapter::dispatch(Event const& event, Position position) {
 
 bool InputAdapter::key(Event const& event, Position position, bool down) {
   int const key = event.getKey();
-  unsigned const modifiers = event.getModKeyMask();
   bool const used = offer(Listener::KEYBOARD, [&](Listener& to) {
-    return to.keyboard(key, modifiers, position.x, position.y, down);
+    return to.keyboard(key, m_modifiers, position.x, position.y, down);
   });
   // Quitting is never taken away by a listener; only the application may refuse it.
   if (!down || (used && key != Event::KEY_Escape))

@@ -28,6 +28,7 @@ public:
     std::function<zorSDK::Simulation*()> simulation;
     std::function<bool(int key)> keyDown; ///< returns true if the key means something to the application
     std::function<void(int width, int height)> resized;
+    std::function<zorSDK::GuiEventListener*()> last; ///< called after the simulation's listeners; may be null
   };
 
   explicit InputAdapter(Hooks hooks) : m_hooks(std::move(hooks)) {}
@@ -46,22 +47,27 @@ protected:
 
 private:
   using Listener = zorSDK::GuiEventListener;
+  using Listeners = std::vector<zor::ref_ptr<Listener>>;
   struct Position {
     float x;
     float y;
   };
 
   static Position pixelPosition(osgGA::GUIEventAdapter const& event, osgGA::GUIActionAdapter& action);
+  void noteModifiers(osgGA::GUIEventAdapter const& event);
   bool dispatch(osgGA::GUIEventAdapter const& event, Position position);
   bool key(osgGA::GUIEventAdapter const& event, Position position, bool down);
 
   /** Calls listeners of a kind in order until one has used the event up. */
   template <class Call>
   bool offer(int mask, Call call);
+  Listeners collectTargets(zorSDK::Simulation& simulation, int mask);
 
   Hooks m_hooks;
-  std::vector<zor::ref_ptr<Listener>> m_targets; // kept between events for its memory
+  Listeners m_spare; // empty, kept between events for its memory
   std::exception_ptr m_error;
+  unsigned int m_modifiers = 0;
+  unsigned int m_ownModifiers = 0; // of events that come from no window
 };
 
 } // namespace zorOSG

@@ -9,4 +9,7 @@ namespace zorOSG {
 /** \return the window system's handle of a window; 0 if the context is none. */
 std::intptr_t nativeWindowHandle(osg::GraphicsContext* context);
 
+/** Lets the window's user change its size, or not; does nothing where the context is no window. */
+void setWindowResizable(osg::GraphicsContext* context, bool flag);
+
 } // namespace zorOSG

@@ -94,6 +94,9 @@ ViewerHost::ViewerHost(Settings const& settings)
   auto* const camera = m_viewer->getCamera();
   osg::GraphicsContext::Traits const* const traits = m_context->getTraits();
   camera->setGraphicsContext(m_context.get());
+  if (!window()) // events that a program makes itself are in pixels, as those of windows
+    m_viewer->getEventQueue()->getCurrentEventState()->setWindowRectangle(0, 0, traits->width,
+                                                                          traits->height);
   camera->setViewport(0, 0, traits->width, traits->height);
   camera->setProjectionMatrixAsPerspective(FIELD_OF_VIEW, static_cast<double>(traits->width) / traits->height,
                                            0.1, 10000.0);

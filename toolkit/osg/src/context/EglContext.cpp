@@ -1,5 +1,6 @@
 #include "EglContext.h"
 
+#include "ContextId.h"
 #include "CurrentContextKeeper.h"
 
 #include <osg/GL>
@@ -7,8 +8,6 @@
 #include <osg/State>
 
 #include <array>
-#include <mutex>
-#include <set>
 #include <stdexcept>
 #include <vector>
 
@@ -29,21 +28,6 @@ EGLint attribute(EGLDisplay display, EGLConfig config, EGLint name) {
   EGLint value = 0;
   eglGetConfigAttrib(display, config, name, &value);
   return value;
-}
-
-/**
- * \return an identifier that no off-screen context had before. The scene graph gives those of closed contexts
- * out again, and objects that are kept beyond a context, such as cached meshes, would take their old handles
- * for ones of the new context.
- */
-unsigned int freshContextID() {
-  static std::mutex mutex;
-  static std::set<unsigned int> used;
-  std::lock_guard const lock(mutex);
-  unsigned int id = osg::GraphicsContext::createNewContextID();
-  while (!used.insert(id).second)
-    id = osg::GraphicsContext::createNewContextID(); // what is skipped stays taken
-  return id;
 }
 
 } // namespace
@@ -67,7 +51,7 @@ EglContext::EglContext(osg::GraphicsContext::Traits* traits) {
     getState()->setContextID(shared->getState()->getContextID());
     incrementContextIDUsageCount(getState()->getContextID());
   } else {
-    getState()->setContextID(freshContextID());
+    getState()->setContextID(freshContextId());
   }
 }
 

@@ -105,16 +105,25 @@ public:
   virtual void update(float x, float y);
   /** Receives the transform that takes what is drawn back to simulation coordinates, when the viewer shows
    * the simulation transformed.
-   * \param matrix From viewer to simulation coordinates. */
+   * \param matrix From viewer to simulation coordinates.
+   * \throws std::invalid_argument When it has no inverse. */
   virtual void setInverseTransform(zor::AffineMatrix4x4T<double> const& matrix);
   /** \return Transform from viewer to simulation coordinates. */
   zor::AffineMatrix4x4 const& getInverseTransform() const;
+
+  /** Tells which modifier keys are down. Whoever hands events on calls this before each of them.
+   * \param mask Combination of ModKeyMask. */
+  void setModKeyMask(unsigned int mask);
+  /** \return The modifier keys that were down at the last event, also for mouse events: combination of
+   * ModKeyMask. */
+  unsigned int getModKeyMask() const;
 
 protected:
   ~GuiEventListener() override;
 
 private:
   zor::AffineMatrix4x4 m_inverseTransform;
+  unsigned int m_modKeyMask = 0;
 };
 
 } // namespace zorSDK

@@ -1,0 +1,2 @@
+// Picking and dragging with the mouse.
+%include <zorOSG/PickHandler.h>

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <zorCollide/GeometryContact.h>
+#include <zorCollide/RayHit.h>
+#include <zorCollide/Space.h>
+
+namespace zorOSG {
+
+/**
+ * \param where - the caller, for messages
+ * \param start - of the ray
+ * \param end - of the ray, another point
+ * \param onlyDynamics - true to count geometries of dynamic bodies only
+ * \return the nearest hit between two points, or a miss
+ * Throws std::invalid_argument unless the points are finite and apart.
+ */
+zorCollide::RayHit nearestHit(char const* where, zorCollide::Space const& space, zor::Vec3 const& start,
+                              zor::Vec3 const& end, bool onlyDynamics);
+
+/** \return the hit as a contact with nothing; empty for a miss */
+zorCollide::GeometryContact toContact(zorCollide::RayHit const& hit);
+
+} // namespace zorOSG
