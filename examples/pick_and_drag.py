@@ -20,7 +20,7 @@ LINK = 0.3  # length in m
 BALL_RADIUS = 0.32
 TOP = zor.Vec3(0, 0, 3.4)  # where the chain hangs
 PRESS, PULLED, RELEASE = 0.4, 1.6, 2.3  # s
-PULL_TO = zor.Vec3(-2.1, 0, 2.3)
+PULL_TO = zor.Vec3(-3.1, 0, 3.0)  # farther than the chain reaches
 SHIFT = 0xFFE1  # key code of the left shift key
 
 STEEL, RUST, GROUND = zor.Vec4f(0.42, 0.46, 0.52, 1), zor.Vec4f(0.85, 0.38, 0.12, 1), zor.Vec4f(0.55, 0.58, 0.6, 1)
@@ -61,7 +61,6 @@ class Scene:
             self.simulation.add(zor.BallJoint(end, link, above))
             above, end = link, end - zor.Vec3(0, 0, LINK)
         ball = self.add("ball", zorCollide.Sphere(BALL_RADIUS), end - zor.Vec3(0, 0, BALL_RADIUS), RUST)
-        zorOSG.setShininess(zorOSG.findGeometryNode(ball.getGeometries()[0], self.root), 60)
         self.simulation.add(zor.BallJoint(end, ball, above))
         return ball
 
@@ -92,10 +91,10 @@ class Hand(zorOSG.ExampleApplicationListener):
 
 
 def pixel(camera: osg.Camera, point: zor.Vec3) -> tuple[float, float]:
-    """Where a camera shows a point, from the lower left corner."""
+    """Where a camera shows a point, counted as the mouse does: from the upper left corner."""
     _, _, width, height = camera.getViewport()
     shown = camera.getProjectionMatrix().preMult(camera.getViewMatrix().preMult(osg.Vec3d(point.x(), point.y(), point.z())))
-    return (shown.x() + 1) / 2 * width, (shown.y() + 1) / 2 * height
+    return (shown.x() + 1) / 2 * width, (1 - shown.y()) / 2 * height
 
 
 class Status(zorOSG.ExampleApplicationListener):
@@ -119,7 +118,7 @@ def main() -> int:
     scene.add("ground", zorCollide.Box(zor.Vec3(12, 12, 0.1)), zor.Vec3(0, 0, -0.1), GROUND, static=True)
     scene.add_wall()
     ball = scene.add_wrecking_ball()
-    application.setCameraHome(zor.Vec3(-1.2, -8.5, 3.2), zor.Vec3(-0.3, 0, 1.6), zor.Vec3(0, 0, 1))
+    application.setCameraHome(zor.Vec3(-3.6, -6.6, 3.6), zor.Vec3(-0.6, 0, 1.6), zor.Vec3(0, 0, 1))
 
     listeners: list[zorOSG.ExampleApplicationListener] = [Status()]
     if application.hasOffscreenWindow():

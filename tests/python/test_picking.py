@@ -70,7 +70,9 @@ def test_a_drag_through_the_event_queue_moves_the_body(scene):
     queue.mouseButtonPress(160, 120, 1)
     frames(1)
     assert (SHIFT, True) in keys.seen
-    assert (zorSDK.GuiEventListener.LEFT_BUTTON, zorSDK.GuiEventListener.DOWN, 160, 120, 1) in keys.seen
+    button, state, x, y, modifiers = keys.seen[-1]
+    assert (button, state, modifiers) == (zorSDK.GuiEventListener.LEFT_BUTTON, zorSDK.GuiEventListener.DOWN, 1)
+    assert abs(x - 160) <= 1 and abs(y - 120) <= 1
     assert handler.getPickedBody().getName() == "box"
     queue.mouseMotion(240, 120)
     frames(60)
@@ -117,19 +119,19 @@ def test_results_of_picking(scene):
 
 def test_prototypes():
     prefix = "zorOSG::PickHandler::"
-    assert error_text(TypeError, zorOSG.PickHandler, 5) == mismatch(
+    assert error_text(TypeError, _zorOSG.new_PickHandler, 5) == mismatch(
         "new_PickHandler", prefix + "PickHandler(osgViewer::Viewer *,osg::Group *)", prefix + "PickHandler(osgViewer::Viewer *)")
     handler = zorOSG.PickHandler(None)
-    assert error_text(TypeError, handler.intersect, 5) == mismatch(
+    assert error_text(TypeError, _zorOSG.PickHandler_intersect, handler, 5) == mismatch(
         "PickHandler_intersect", prefix + "intersect(zor::Vec3 const &,zor::Vec3 const &,bool)", prefix + "intersect(float,float,bool)")
-    assert error_text(TypeError, handler.getNearFarPoints, 5) == mismatch(
+    assert error_text(TypeError, _zorOSG.PickHandler_getNearFarPoints, handler, 5) == mismatch(
         "PickHandler_getNearFarPoints",
         prefix + "getNearFarPoints(osg::Camera const *,zor::Vec3 &,zor::Vec3 &,float,float,bool) const",
         prefix + "getNearFarPoints(osg::Camera const *,zor::Vec3 &,zor::Vec3 &,float,float) const")
     form = "zorOSG::setOrbitCamera(osgViewer::Viewer *,osg::Group *,zor::Vec3 const &,zor::Vec3 const &,zor::Vec3 const &"
-    assert error_text(TypeError, zorOSG.setOrbitCamera, 5) == mismatch("setOrbitCamera", form + ",int)", form + ")")
+    assert error_text(TypeError, _zorOSG.setOrbitCamera, 5) == mismatch("setOrbitCamera", form + ",int)", form + ")")
     assert zorOSG.setOrbitCamera(None, None, EYE, MIDDLE, UP) is False
-    assert error_text(TypeError, handler.mouse, None, 0, 1, 1) == (
+    assert error_text(TypeError, _zorOSG.PickHandler_mouse, handler, None, 0, 1, 1) == (
         "in method 'PickHandler_mouse', argument 2 of type 'zorSDK::GuiEventListener::MouseButtonMask'")
     assert handler.getActivateModKeyMask() == 3 and handler.mouse(1, 0, 1, 1) is False
     assert handler.getCamera() is None and "no camera" in error_text(RuntimeError, picker_without_camera().pick, 1, 1)
@@ -257,7 +259,7 @@ app.setCameraHome(EYE, MIDDLE, UP)
 app.addListener(talk)
 app.run()
 print("keys", [key for key in keys.seen if len(key) == 2])
-print("grid", app.getEnableGrid(), "camera", app.getCameraData().eye, "box", box.getPosition(), "stopped", app.shouldStop())
+print("grid", app.getEnableGrid(), "turned", (app.getCameraData().eye - EYE).length() > 0.01, "box", box.getPosition(), "stopped", app.shouldStop())
 """
 
 
@@ -312,4 +314,4 @@ def test_a_person_at_a_window(x_server):
     assert script.returncode == 0 and "Drawing in a window" in err and "Traceback" not in err, err
     pressed = out.split("keys", 1)[1].splitlines()[0]
     assert "(65505, True)" in pressed and f"({ord('g')}, True)" in pressed and "(65307, True)" in pressed
-    assert "grid True" in out and "camera (0, -10, 0)" in out and "stopped False" in out, out
+    assert "grid True" in out and "turned False" in out and "stopped False" in out, out

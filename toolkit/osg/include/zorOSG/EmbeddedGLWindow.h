@@ -47,8 +47,6 @@ public:
 
   /** Constructor */
   EmbeddedGLWindow();
-  /** Destructor */
-  ~EmbeddedGLWindow();
 
   EmbeddedGLWindow(EmbeddedGLWindow const&) = delete;
   EmbeddedGLWindow& operator=(EmbeddedGLWindow const&) = delete;
@@ -189,6 +187,9 @@ public:
 
   /** The wheel has turned. \param motion - 0 up, 1 down; another throws std::invalid_argument */
   void wheelEvent(int motion);
+
+  /** Destructor */
+  ~EmbeddedGLWindow();
 
 private:
   struct Impl;

@@ -94,7 +94,7 @@ ViewerHost::ViewerHost(Settings const& settings)
   auto* const camera = m_viewer->getCamera();
   osg::GraphicsContext::Traits const* const traits = m_context->getTraits();
   camera->setGraphicsContext(m_context.get());
-  if (!window()) // events that a program makes itself are in pixels, as those of windows
+  if (!window()) // events that a program makes itself are in pixels from the upper left, as those of windows
     m_viewer->getEventQueue()->getCurrentEventState()->setWindowRectangle(0, 0, traits->width,
                                                                           traits->height);
   camera->setViewport(0, 0, traits->width, traits->height);
