@@ -34,8 +34,11 @@ class Scene:
         self.simulation = simulation
         self.root = root
 
-    def add(self, name: str, shape: zorCollide.Shape, position: zor.Vec3, colour: zor.Vec4f, static: bool = False) -> zor.RigidBody:
-        body = zor.RigidBody(zorCollide.Geometry(shape), name)
+    def add(self, name: str, shape: zorCollide.Shape, position: zor.Vec3, colour: zor.Vec4f, density: float = 400,
+            static: bool = False) -> zor.RigidBody:
+        geometry = zorCollide.Geometry(shape)
+        geometry.setMaterial(zor.Material(name, density, 0.1))
+        body = zor.RigidBody(geometry, name)
         body.setPosition(position)
         if static:
             body.setMotionControl(zor.RigidBody.STATIC)
@@ -49,18 +52,18 @@ class Scene:
                 half = zor.Vec3(0.12, 0.22, 0.12)
                 shift = 0.23 if row % 2 else 0.0
                 place = zor.Vec3(1.1, (column - 2.25) * 0.46 + shift, 0.12 + row * 0.241)
-                self.add(f"block {row} {column}", zorCollide.Box(half), place, BLOCKS[(row + column) % 3])
+                self.add(f"block {row} {column}", zorCollide.Box(half), place, BLOCKS[(row + column) % 3], 60)
 
     def add_wrecking_ball(self) -> zor.RigidBody:
         """The ball below a chain of capsules, which are joined end to end. (A capsule lies along its y axis.)"""
         hook = self.add("hook", zorCollide.Box(zor.Vec3(0.12, 0.12, 0.12)), TOP, STEEL, static=True)
         above, end = hook, TOP
         for i in range(LINKS):
-            link = self.add(f"link {i}", zorCollide.Capsule(0.035, LINK - 0.07), end - zor.Vec3(0, 0, LINK / 2), STEEL)
+            link = self.add(f"link {i}", zorCollide.Capsule(0.035, LINK - 0.07), end - zor.Vec3(0, 0, LINK / 2), STEEL, 7800)
             link.setRotation(zor.Quat(zor.Vec3(0, 1, 0), zor.Vec3(0, 0, 1)))
             self.simulation.add(zor.BallJoint(end, link, above))
             above, end = link, end - zor.Vec3(0, 0, LINK)
-        ball = self.add("ball", zorCollide.Sphere(BALL_RADIUS), end - zor.Vec3(0, 0, BALL_RADIUS), RUST)
+        ball = self.add("ball", zorCollide.Sphere(BALL_RADIUS), end - zor.Vec3(0, 0, BALL_RADIUS), RUST, 300)
         self.simulation.add(zor.BallJoint(end, ball, above))
         return ball
 
@@ -113,11 +116,12 @@ def main() -> int:
     if not application.init(arguments):
         return application.getExitCode()
     application.initSimulation()
-    application.setSolverType(zorOSG.ExampleApplication.MULTI)  # a heavy ball on light links
+    application.setSolverType(zorOSG.ExampleApplication.MULTI)  # a stiff chain
     scene = Scene(application.getSimulation(), application.getSceneRoot())
     scene.add("ground", zorCollide.Box(zor.Vec3(12, 12, 0.1)), zor.Vec3(0, 0, -0.1), GROUND, static=True)
     scene.add_wall()
     ball = scene.add_wrecking_ball()
+    application.getPickHandler().createMouseSpringRendering(1.5)
     application.setCameraHome(zor.Vec3(-3.6, -6.6, 3.6), zor.Vec3(-0.6, 0, 1.6), zor.Vec3(0, 0, 1))
 
     listeners: list[zorOSG.ExampleApplicationListener] = [Status()]
