@@ -165,8 +165,8 @@ def main() -> int:
     application = zorOSG.ExampleApplication()
     if not application.init(arguments):
         return application.getExitCode()
-    flow = build_scene(application, int(arguments.getValue("--grains")))
     application.initSimulation()
+    flow = build_scene(application, int(arguments.getValue("--grains")))
     exit_code = application.run()
     if arguments.getValue("--plot") and len(flow.times) > 1:
         flow.plot(arguments.getValue("--plot"))

@@ -51,8 +51,13 @@ ZOR_SHARED(zor::RigidBodyEmitter)
 %include <zor/ParticleArray.h>
 
 %copyctor zor::ParticleContacts;
+%ignore zor::ParticleContacts::NO_PARTICLE; // an int would be -1, which is in no vector of unsigned numbers
 %extend zor::ParticleContacts {
   size_t __len__() const { return $self->getNumContacts(); }
+  %pythoncode %{
+    NO_PARTICLE: int = 0xFFFFFFFF
+    """Stands in the place of the second particle where the second is a geometry."""
+  %}
 }
 %include <zor/ParticleContacts.h>
 
