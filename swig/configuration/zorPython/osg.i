@@ -12,6 +12,7 @@
 %include "shared/scene_graph.i"
 %include "shared/iterators.i"
 %include <std_vector.i>
+%include "osg/docs.i"
 %include "osg/results.i"
 %include "osg/values.i"
 %include "osg/nodes.i"

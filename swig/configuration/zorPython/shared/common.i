@@ -8,6 +8,7 @@
 
 %nothreadallow;
 
+%include "shared/docs.i"
 %include "shared/self.i"
 %include "shared/members.i"
 %include "shared/exceptions.i"

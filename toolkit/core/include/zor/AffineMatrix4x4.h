@@ -22,11 +22,14 @@ public:
   /** The identity. */
   constexpr AffineMatrix4x4T() = default;
 
-  /** \param rotate - unit quaternion, applied first \param translate - applied afterwards */
+  /** A rotation and a translation. \param rotate - unit quaternion, applied first \param translate - applied
+   * afterwards */
   AffineMatrix4x4T(QuatT<T> const& rotate, Vec3T<T> const& translate)
       : AffineMatrix4x4T(Matrix3x3T<T>(rotate), translate) {}
 
+  /** A rotation. \param rotate - unit quaternion */
   explicit AffineMatrix4x4T(QuatT<T> const& rotate) : AffineMatrix4x4T(rotate, Vec3T<T>()) {}
+  /** A translation. */
   explicit constexpr AffineMatrix4x4T(Vec3T<T> const& translate) { setTranslate(translate); }
 
   /** \param linear - upper left block, applied first \param translate - last row */
@@ -53,18 +56,23 @@ public:
     }
   }
 
+  /** \return a translation */
   static constexpr AffineMatrix4x4T translate(Vec3T<T> const& translate) {
     return AffineMatrix4x4T(translate);
   }
+  /** \return a translation */
   static constexpr AffineMatrix4x4T translate(T x, T y, T z) { return AffineMatrix4x4T(Vec3T<T>(x, y, z)); }
+  /** \param rotate - unit quaternion \return a rotation */
   static AffineMatrix4x4T rotate(QuatT<T> const& rotate) { return AffineMatrix4x4T(rotate); }
-  /** \param angle - in radians \param axis - any length */
+  /** \param angle - in radians \param axis - any length \return a rotation */
   static AffineMatrix4x4T rotate(T angle, Vec3T<T> const& axis) {
     return AffineMatrix4x4T(QuatT<T>(angle, axis));
   }
+  /** \return the shortest rotation that turns the direction from into the direction to */
   static AffineMatrix4x4T rotate(Vec3T<T> const& from, Vec3T<T> const& to) {
     return AffineMatrix4x4T(QuatT<T>(from, to));
   }
+  /** \param factors - one for each axis \return a scale */
   static constexpr AffineMatrix4x4T scale(Vec3T<T> const& factors) {
     AffineMatrix4x4T result;
     for (std::size_t i = 0; i < 3; ++i) {
@@ -93,12 +101,15 @@ public:
   constexpr T* ptr() { return &m_values[0][0]; }
   constexpr T const* ptr() const { return &m_values[0][0]; }
 
+  /** \return the last row: where the origin goes */
   constexpr Vec3T<T> getTranslate() const { return Vec3T<T>(m_values[3][0], m_values[3][1], m_values[3][2]); }
+  /** Sets where the origin goes; rotation and scale stay. */
   constexpr void setTranslate(Vec3T<T> const& translate) {
     for (std::size_t i = 0; i < 3; ++i) {
       m_values[3][i] = translate[i];
     }
   }
+  /** Sets where the origin goes; rotation and scale stay. */
   constexpr void setTranslate(T x, T y, T z) { setTranslate(Vec3T<T>(x, y, z)); }
 
   /** \return the rotation without the scale, as a unit quaternion */
@@ -125,6 +136,7 @@ public:
     return result;
   }
 
+  /** Sets rotation and scale; the translation stays. */
   constexpr void setLinear(Matrix3x3T<T> const& linear) {
     for (std::size_t row = 0; row < 3; ++row) {
       for (std::size_t col = 0; col < 3; ++col) {
@@ -133,9 +145,12 @@ public:
     }
   }
 
+  /** Makes this the transform that changes nothing. */
   constexpr void makeIdentity() { *this = AffineMatrix4x4T(); }
+  /** \return true if this changes nothing, exactly */
   constexpr bool isIdentity() const { return *this == AffineMatrix4x4T(); }
 
+  /** \return true if no element is infinite or not a number */
   bool isFinite() const {
     for (std::size_t row = 0; row < 4; ++row) {
       if (!Vec3T<T>(m_values[row][0], m_values[row][1], m_values[row][2]).isFinite()) {

@@ -11,10 +11,14 @@ namespace zor {
 class BoundingAABB {
 public:
   BoundingAABB() = default;
+  /** The box between its lower and upper corner. */
   BoundingAABB(Vec3 const& min, Vec3 const& max) : m_min(min), m_max(max) {}
 
+  /** \return true if it encloses nothing */
   bool isEmpty() const { return m_min.x() > m_max.x() || m_min.y() > m_max.y() || m_min.z() > m_max.z(); }
+  /** \return the lower corner */
   Vec3 const& min() const { return m_min; }
+  /** \return the upper corner */
   Vec3 const& max() const { return m_max; }
 
   /** \return the middle; meaningless for an empty box */
@@ -36,6 +40,7 @@ public:
     }
   }
 
+  /** \return true if a point lies inside, surface included */
   bool contains(Vec3 const& p) const {
     return m_min.x() <= p.x() && p.x() <= m_max.x() && m_min.y() <= p.y() && p.y() <= m_max.y() &&
            m_min.z() <= p.z() && p.z() <= m_max.z();

@@ -11,6 +11,7 @@ namespace zor {
 class Component : public Object {
 public:
   Component() = default;
+  /** \param name - name, need not be unique */
   explicit Component(String const& name) : Object(name) {}
 
   /**

@@ -8,11 +8,16 @@ namespace zor {
 class Line {
 public:
   Line() = default;
+  /** The line between two points. */
   Line(Vec3 const& start, Vec3 const& end) : m_start(start), m_end(end) {}
 
+  /** \return the first point */
   Vec3 const& getStart() const { return m_start; }
+  /** \return the second point */
   Vec3 const& getEnd() const { return m_end; }
+  /** Sets both points. */
   void set(Vec3 const& start, Vec3 const& end) { *this = Line(start, end); }
+  /** \return the distance of the points */
   Real length() const { return m_start.distance(m_end); }
 
   /** \return direction from start to end, of length 1; null for a line without length */

@@ -18,10 +18,11 @@ public:
   /** The identity. */
   constexpr Matrix3x3T() = default;
 
+  /** The matrix of three rows, which are the images of the axes. */
   constexpr Matrix3x3T(Vec3T<T> const& row0, Vec3T<T> const& row1, Vec3T<T> const& row2)
       : m_rows{row0, row1, row2} {}
 
-  /** \param rotate - unit quaternion */
+  /** The matrix of a rotation. \param rotate - unit quaternion */
   explicit constexpr Matrix3x3T(QuatT<T> const& rotate)
       : m_rows{rotate.rotate(Vec3T<T>(1, 0, 0)), rotate.rotate(Vec3T<T>(0, 1, 0)),
                rotate.rotate(Vec3T<T>(0, 0, 1))} {}
@@ -38,6 +39,7 @@ public:
     return m_rows[row];
   }
 
+  /** \return the matrix with rows and columns exchanged */
   constexpr Matrix3x3T transpose() const {
     Matrix3x3T result;
     for (std::size_t row = 0; row < 3; ++row) {
@@ -48,6 +50,7 @@ public:
     return result;
   }
 
+  /** \return the determinant: by what a volume is multiplied */
   constexpr T determinant() const { return m_rows[0].dot(m_rows[1].cross(m_rows[2])); }
 
   /** \return the inverse \throws std::runtime_error if the determinant is 0 or not finite */

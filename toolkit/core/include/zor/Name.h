@@ -18,7 +18,9 @@ public:
   /** \return the text */
   String const& str() const { return *m_text; }
   char const* c_str() const { return m_text->c_str(); }
+  /** \return true for the empty name */
   bool empty() const { return m_text->empty(); }
+  /** \return a number that equal names share, in this process */
   std::size_t hash() const noexcept { return std::hash<String const*>()(m_text.get()); }
 
   bool operator==(Name const& other) const noexcept { return m_text == other.m_text; }

@@ -9,6 +9,7 @@ namespace zor {
 class Object : public Referenced {
 public:
   Object() = default;
+  /** \param name - name, need not be unique */
   explicit Object(String const& name) : m_name(name) {}
 
   /** \return the name; need not be unique */

@@ -40,9 +40,13 @@ public:
   /** \param point - a point of the plane; the normal stays */
   void setPoint(Vec3 const& point);
 
+  /** \return the x component of the normal */
   Real a() const { return m_normal.x(); }
+  /** \return the y component of the normal */
   Real b() const { return m_normal.y(); }
+  /** \return the z component of the normal */
   Real c() const { return m_normal.z(); }
+  /** \return the number d of normal * p + d = 0: minus the distance from the origin, along the normal */
   Real d() const { return m_d; }
 
   /** \return distance of a point in metres, negative on the negative side */

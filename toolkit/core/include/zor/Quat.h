@@ -16,7 +16,9 @@ public:
 
   /** The rotation that changes nothing. */
   constexpr QuatT() = default;
+  /** The quaternion x i + y j + z k + w. */
   constexpr QuatT(T x, T y, T z, T w) : m_values{x, y, z, w} {}
+  /** The quaternion of four components in the order x, y, z, w. */
   explicit constexpr QuatT(Vec4T<T> const& values)
       : m_values{values.x(), values.y(), values.z(), values.w()} {}
 
@@ -59,12 +61,16 @@ public:
   }
 
   constexpr T& x() { return m_values[0]; }
+  /** \return the factor of i */
   constexpr T x() const { return m_values[0]; }
   constexpr T& y() { return m_values[1]; }
+  /** \return the factor of j */
   constexpr T y() const { return m_values[1]; }
   constexpr T& z() { return m_values[2]; }
+  /** \return the factor of k */
   constexpr T z() const { return m_values[2]; }
   constexpr T& w() { return m_values[3]; }
+  /** \return the real part */
   constexpr T w() const { return m_values[3]; }
 
   /** Component without a check of the index, in the order x, y, z, w. */
@@ -74,12 +80,16 @@ public:
   /** \return a component \throws std::out_of_range if index is not 0 to 3 */
   T get(std::size_t index) const { return asVec4().get(index); }
 
+  /** Sets all components. */
   constexpr void set(T x, T y, T z, T w) { *this = QuatT(x, y, z, w); }
   constexpr T* ptr() { return m_values; }
   constexpr T const* ptr() const { return m_values; }
+  /** \return the components in the order x, y, z, w */
   constexpr Vec4T<T> asVec4() const { return Vec4T<T>(x(), y(), z(), w()); }
 
+  /** \return the square of the length; 1 for a rotation */
   constexpr T length2() const { return asVec4().length2(); }
+  /** \return the length; 1 for a rotation */
   Real length() const { return asVec4().length(); }
 
   /** Scales to length 1. \return the length before; a null quaternion stays */
@@ -91,6 +101,7 @@ public:
     return before;
   }
 
+  /** \return the conjugate: of a unit quaternion the rotation that undoes it */
   constexpr QuatT conj() const { return QuatT(-x(), -y(), -z(), w()); }
 
   /** \return the rotation that undoes this one; a null quaternion is returned unchanged */

@@ -18,7 +18,8 @@ public:
   /** The interval from -limit to limit. \throws std::invalid_argument if limit is negative or not a number */
   explicit RangeReal(Real limit) : RangeReal(-limit, limit) {}
 
-  /** \throws std::invalid_argument if lower is above upper or one is not a number */
+  /** The interval between two numbers. \throws std::invalid_argument if lower is above upper or one is not a
+   * number */
   RangeReal(Real lower, Real upper) : m_lower(lower), m_upper(upper) {
     if (!(lower <= upper)) {
       throw std::invalid_argument("range from " + std::to_string(lower) + " to " + std::to_string(upper) +
@@ -26,7 +27,9 @@ public:
     }
   }
 
+  /** \return the lower end; -infinity by default */
   Real lower() const { return m_lower; }
+  /** \return the upper end; infinity by default */
   Real upper() const { return m_upper; }
 
   /** Sets the lower end. \throws std::invalid_argument if it is above the upper end */

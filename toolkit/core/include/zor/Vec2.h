@@ -19,6 +19,7 @@ public:
 
   /** The null vector. */
   constexpr Vec2T() = default;
+  /** A vector of two components. */
   constexpr Vec2T(T x, T y) : m_values{x, y} {}
 
   /** Converts from another component type. */
@@ -27,8 +28,10 @@ public:
       : m_values{static_cast<T>(other.x()), static_cast<T>(other.y())} {}
 
   constexpr T& x() { return m_values[0]; }
+  /** \return the first component */
   constexpr T x() const { return m_values[0]; }
   constexpr T& y() { return m_values[1]; }
+  /** \return the second component */
   constexpr T y() const { return m_values[1]; }
 
   /** Component without a check of the index. */

@@ -20,7 +20,9 @@ public:
 
   /** The null vector. */
   constexpr Vec3T() = default;
+  /** A vector of three components. */
   constexpr Vec3T(T x, T y, T z) : m_values{x, y, z} {}
+  /** A vector of two components and a third one. */
   constexpr Vec3T(Vec2T<T> const& xy, T z) : m_values{xy.x(), xy.y(), z} {}
 
   /** Converts from another component type. */
@@ -29,10 +31,13 @@ public:
       : m_values{static_cast<T>(other.x()), static_cast<T>(other.y()), static_cast<T>(other.z())} {}
 
   constexpr T& x() { return m_values[0]; }
+  /** \return the first component */
   constexpr T x() const { return m_values[0]; }
   constexpr T& y() { return m_values[1]; }
+  /** \return the second component */
   constexpr T y() const { return m_values[1]; }
   constexpr T& z() { return m_values[2]; }
+  /** \return the third component */
   constexpr T z() const { return m_values[2]; }
 
   /** Component without a check of the index. */
@@ -89,7 +94,7 @@ public:
   /** \return the distance between two points */
   Real distance(Vec3T const& other) const { return (*this - other).length(); }
 
-  /** \return a vector of length 1 at a right angle to this one, which must not be null */
+  /** \return a vector of length 1 at a right angle to this one, which must have a length */
   Vec3T perpendicular() const {
     T const ax = std::abs(x()), ay = std::abs(y()), az = std::abs(z());
     Vec3T const axis = ax <= ay && ax <= az ? Vec3T(1, 0, 0) : (ay <= az ? Vec3T(0, 1, 0) : Vec3T(0, 0, 1));

@@ -20,6 +20,7 @@ public:
 
   /** The null vector. */
   constexpr Vec4T() = default;
+  /** A vector of four components. */
   constexpr Vec4T(T x, T y, T z, T w) : m_values{x, y, z, w} {}
   constexpr Vec4T(Vec3T<T> const& xyz, T w) : m_values{xyz.x(), xyz.y(), xyz.z(), w} {}
 
@@ -30,12 +31,16 @@ public:
                  static_cast<T>(other.w())} {}
 
   constexpr T& x() { return m_values[0]; }
+  /** \return the first component */
   constexpr T x() const { return m_values[0]; }
   constexpr T& y() { return m_values[1]; }
+  /** \return the second component */
   constexpr T y() const { return m_values[1]; }
   constexpr T& z() { return m_values[2]; }
+  /** \return the third component */
   constexpr T z() const { return m_values[2]; }
   constexpr T& w() { return m_values[3]; }
+  /** \return the fourth component */
   constexpr T w() const { return m_values[3]; }
 
   /** Component without a check of the index. */

@@ -73,18 +73,22 @@ class ExampleApplication : public zor::Referenced {
 public:
   /// Node mask bits of the parts of the scene graph.
   enum RenderMask : int {
-    MAIN_SCENE_MASK = 2,
-    DEBUG_RENDER_MASK = 4,
-    OSG_RENDER_MASK = 8,
-    HUD_MASK = 16,
-    DECORATOR_MASK = 32,
-    CASTS_SHADOWS_MASK = 64,
-    RECIEVES_SHADOWS_MASK = 128
+    MAIN_SCENE_MASK = 2,        ///< The scene itself.
+    DEBUG_RENDER_MASK = 4,      ///< Debug rendering of the simulation.
+    OSG_RENDER_MASK = 8,        ///< What is added under the scene root.
+    HUD_MASK = 16,              ///< Text and logo over the picture.
+    DECORATOR_MASK = 32,        ///< Background and lights of the decorator.
+    CASTS_SHADOWS_MASK = 64,    ///< What casts shadows.
+    RECIEVES_SHADOWS_MASK = 128 ///< What shadows fall on.
   };
 
   /// Kinds of solvers: MULTI computes the motion of each step in several parts, for stiffer and more exact
   /// joints at proportional cost; ITERATIVE computes it at once.
-  enum SolverType : int { MULTI = 0, ITERATIVE = 1, NUM_SOLVERS = 2 };
+  enum SolverType : int {
+    MULTI = 0,      ///< Each step in several parts.
+    ITERATIVE = 1,  ///< Each step at once.
+    NUM_SOLVERS = 2 ///< How many kinds there are.
+  };
 
   /// Raised with the new state, true for play, when auto-stepping is switched.
   using AutoStepEvent = zor::BoolEvent;

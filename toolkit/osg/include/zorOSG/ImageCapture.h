@@ -40,6 +40,8 @@ public:
    */
   void startCapture(int start = 0) override;
 
+  /** Writes the file of one frame. \param image - the picture; must not be null \param index - its number in
+   * the file name */
   void writeImage(osg::Image* image, zor::Index index) override;
 
 protected:

@@ -17,14 +17,14 @@ namespace zorOSG {
 
 /** Texture units: which role a texture has for the shaders. */
 enum TextureMode : int {
-  DIFFUSE_TEXTURE = 0,
-  SHADOW_TEXTURE = 1,
-  SHADOW_JITTER_TEXTURE = 2,
-  NORMALMAP_TEXTURE = 3,
-  HEIGHTMAP_TEXTURE = 4,
-  ROUGHNESS_TEXTURE = 5,
-  CUBEMAP_TEXTURE = 6,
-  METALLIC_TEXTURE = 7
+  DIFFUSE_TEXTURE = 0,       ///< Colour.
+  SHADOW_TEXTURE = 1,        ///< Shadow map.
+  SHADOW_JITTER_TEXTURE = 2, ///< Offsets that soften the edges of shadows.
+  NORMALMAP_TEXTURE = 3,     ///< Directions of the surface.
+  HEIGHTMAP_TEXTURE = 4,     ///< Heights above the surface.
+  ROUGHNESS_TEXTURE = 5,     ///< Roughness.
+  CUBEMAP_TEXTURE = 6,       ///< Surroundings that are reflected.
+  METALLIC_TEXTURE = 7       ///< How metallic the surface is.
 };
 
 // The material setters change the material of the node's own state. A material that is shared with other

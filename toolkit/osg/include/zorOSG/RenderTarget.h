@@ -22,17 +22,25 @@ namespace zorOSG {
 class RenderTarget : public zor::Object {
 public:
   /** The part of the frame buffer that is rendered. */
-  enum BufferComponent : int { DEPTH_BUFFER = 0, COLOR_BUFFER = 3 };
+  enum BufferComponent : int {
+    DEPTH_BUFFER = 0, ///< Distances.
+    COLOR_BUFFER = 3  ///< Colours.
+  };
 
   /** Pixel format of the buffer: the OpenGL format values. */
-  enum TextureFormat : int { RGB = GL_RGB, RGBA = GL_RGBA, DEPTH_COMPONENT = GL_DEPTH_COMPONENT };
+  enum TextureFormat : int {
+    RGB = GL_RGB,                        ///< Red, green and blue.
+    RGBA = GL_RGBA,                      ///< Red, green, blue and alpha.
+    DEPTH_COMPONENT = GL_DEPTH_COMPONENT ///< Distances from the camera.
+  };
 
   /** How near and far planes are found: the scene graph's cull-settings values. */
   enum ComputeNearFarMode : int {
-    DO_NOT_COMPUTE_NEAR_FAR = 0,
-    COMPUTE_NEAR_FAR_USING_BOUNDING_VOLUMES = 1,
-    COMPUTE_NEAR_FAR_USING_PRIMITIVES = 2,
-    COMPUTE_NEAR_USING_PRIMITIVES = 3
+    DO_NOT_COMPUTE_NEAR_FAR = 0,                 ///< They stay as the projection has them.
+    COMPUTE_NEAR_FAR_USING_BOUNDING_VOLUMES = 1, ///< Both from the bounding volumes of what is seen: fast.
+    COMPUTE_NEAR_FAR_USING_PRIMITIVES = 2,       ///< Both from the triangles that are seen: close.
+    COMPUTE_NEAR_USING_PRIMITIVES =
+        3 ///< The near plane from the triangles, the far plane from the bounding volumes.
   };
 
   /**

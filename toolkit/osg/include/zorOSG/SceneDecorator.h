@@ -31,20 +31,31 @@ namespace zorOSG {
 class SceneDecorator : public osg::Group {
 public:
   /** Places of the logo. */
-  enum LogoLocation : int { UPPER_LEFT = 1, LOWER_LEFT, UPPER_RIGHT, LOWER_RIGHT, FREE };
+  enum LogoLocation : int {
+    UPPER_LEFT = 1, ///< Upper left corner of the window.
+    LOWER_LEFT,     ///< Lower left corner.
+    UPPER_RIGHT,    ///< Upper right corner.
+    LOWER_RIGHT,    ///< Lower right corner.
+    FREE            ///< Wherever setLogoPosition puts it.
+  };
 
   /** Light sources; bits that may be combined. */
-  enum Lights : int { LIGHT0 = 1, LIGHT1 = 2, LIGHT2 = 4, ALL = 7 };
+  enum Lights : int {
+    LIGHT0 = 1, ///< The first light.
+    LIGHT1 = 2, ///< The second light.
+    LIGHT2 = 4, ///< The third light.
+    ALL = 7     ///< All of them.
+  };
 
   /** How shadows are generated. */
   enum ShadowMethod : int {
-    SOFT_SHADOWMAP = 0,
-    SHADOWMAP,
-    SHADOWVOLUME,
-    PARALLELLSPLIT_SHADOWMAP,
-    LIGHTSPACEPERSPECTIVE_SHADOWMAP,
-    SHADOWTEXTURE,
-    NO_SHADOWS
+    SOFT_SHADOWMAP = 0,              ///< Shadow map with soft edges.
+    SHADOWMAP,                       ///< Shadow map with sharp edges, at less cost.
+    SHADOWVOLUME,                    ///< Drawn as SOFT_SHADOWMAP.
+    PARALLELLSPLIT_SHADOWMAP,        ///< Drawn as SOFT_SHADOWMAP.
+    LIGHTSPACEPERSPECTIVE_SHADOWMAP, ///< Drawn as SOFT_SHADOWMAP.
+    SHADOWTEXTURE,                   ///< Drawn as SOFT_SHADOWMAP.
+    NO_SHADOWS                       ///< No shadows.
   };
 
   /**

@@ -15,52 +15,57 @@ class Text : public osg::Geode {
 public:
   /** Plane in which the text lies, or how it turns. */
   enum AxisAlignment : int {
-    XY_PLANE,
-    REVERSED_XY_PLANE,
-    XZ_PLANE,
-    REVERSED_XZ_PLANE,
-    YZ_PLANE,
-    REVERSED_YZ_PLANE,
-    SCREEN,
-    USER_DEFINED_ROTATION
+    XY_PLANE,             ///< In the xy plane, read from above (+z).
+    REVERSED_XY_PLANE,    ///< In the xy plane, read from below.
+    XZ_PLANE,             ///< In the xz plane, read from -y.
+    REVERSED_XZ_PLANE,    ///< In the xz plane, read from +y.
+    YZ_PLANE,             ///< In the yz plane, read from +x.
+    REVERSED_YZ_PLANE,    ///< In the yz plane, read from -x.
+    SCREEN,               ///< Always faces the viewer.
+    USER_DEFINED_ROTATION ///< As the rotation says.
   };
 
   /** What is drawn behind the letters to set them off. */
   enum BackdropType : int {
-    DROP_SHADOW_BOTTOM_RIGHT,
-    DROP_SHADOW_CENTER_RIGHT,
-    DROP_SHADOW_TOP_RIGHT,
-    DROP_SHADOW_BOTTOM_CENTER,
-    DROP_SHADOW_TOP_CENTER,
-    DROP_SHADOW_BOTTOM_LEFT,
-    DROP_SHADOW_CENTER_LEFT,
-    DROP_SHADOW_TOP_LEFT,
-    OUTLINE,
-    NONE
+    DROP_SHADOW_BOTTOM_RIGHT,  ///< A shadow below and to the right.
+    DROP_SHADOW_CENTER_RIGHT,  ///< A shadow to the right.
+    DROP_SHADOW_TOP_RIGHT,     ///< A shadow above and to the right.
+    DROP_SHADOW_BOTTOM_CENTER, ///< A shadow below.
+    DROP_SHADOW_TOP_CENTER,    ///< A shadow above.
+    DROP_SHADOW_BOTTOM_LEFT,   ///< A shadow below and to the left.
+    DROP_SHADOW_CENTER_LEFT,   ///< A shadow to the left.
+    DROP_SHADOW_TOP_LEFT,      ///< A shadow above and to the left.
+    OUTLINE,                   ///< An outline around the letters.
+    NONE                       ///< Nothing.
   };
 
   /** Point of the text that lies at its position. */
   enum AlignmentType : int {
-    LEFT_TOP,
-    LEFT_CENTER,
-    LEFT_BOTTOM,
-    CENTER_TOP,
-    CENTER_CENTER,
-    CENTER_BOTTOM,
-    RIGHT_TOP,
-    RIGHT_CENTER,
-    RIGHT_BOTTOM,
-    LEFT_BASE_LINE,
-    CENTER_BASE_LINE,
-    RIGHT_BASE_LINE,
-    LEFT_BOTTOM_BASE_LINE,
-    CENTER_BOTTOM_BASE_LINE,
-    RIGHT_BOTTOM_BASE_LINE,
-    BASE_LINE = LEFT_BASE_LINE
+    LEFT_TOP,                  ///< Left end, top of the text.
+    LEFT_CENTER,               ///< Left end, middle of the height.
+    LEFT_BOTTOM,               ///< Left end, bottom of the text.
+    CENTER_TOP,                ///< Middle of the width, top of the text.
+    CENTER_CENTER,             ///< Middle of width and height.
+    CENTER_BOTTOM,             ///< Middle of the width, bottom of the text.
+    RIGHT_TOP,                 ///< Right end, top of the text.
+    RIGHT_CENTER,              ///< Right end, middle of the height.
+    RIGHT_BOTTOM,              ///< Right end, bottom of the text.
+    LEFT_BASE_LINE,            ///< Left end, base line of the first line.
+    CENTER_BASE_LINE,          ///< Middle of the width, base line of the first line.
+    RIGHT_BASE_LINE,           ///< Right end, base line of the first line.
+    LEFT_BOTTOM_BASE_LINE,     ///< Left end, base line of the last line.
+    CENTER_BOTTOM_BASE_LINE,   ///< Middle of the width, base line of the last line.
+    RIGHT_BOTTOM_BASE_LINE,    ///< Right end, base line of the last line.
+    BASE_LINE = LEFT_BASE_LINE ///< The same as LEFT_BASE_LINE.
   };
 
   /** What is drawn; bits that may be combined. */
-  enum DrawModeMask : int { TEXT = 1, BOUNDINGBOX = 2, FILLEDBOUNDINGBOX = 4, ALIGNMENT = 8 };
+  enum DrawModeMask : int {
+    TEXT = 1,              ///< The letters.
+    BOUNDINGBOX = 2,       ///< The outline of the bounding box.
+    FILLEDBOUNDINGBOX = 4, ///< The bounding box, filled.
+    ALIGNMENT = 8          ///< A cross at the position.
+  };
 
   /** Creates an empty white text at the origin that faces the screen. */
   Text();

@@ -18,7 +18,11 @@ class FfmpegProcess;
 class VideoFFMPEGPipeCapture : public ImageCaptureBase {
 public:
   /** Video codecs; OutputCodecStrings holds the encoder's name of each. */
-  enum OutputCodec : int { OutputCodec_H264 = 0, OutputCodec_H264RGB = 1, OutputCodec_XVID = 2 };
+  enum OutputCodec : int {
+    OutputCodec_H264 = 0,    ///< H.264 with colours at half the resolution, which every player shows.
+    OutputCodec_H264RGB = 1, ///< H.264 with full colours, which few players show.
+    OutputCodec_XVID = 2     ///< MPEG-4 Part 2, for old players.
+  };
 
   /** Hash of a codec. */
   struct CodecHash {

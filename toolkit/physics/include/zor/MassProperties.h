@@ -28,11 +28,11 @@ class MassProperties {
 public:
   /** Values that can be computed automatically (bit mask). */
   enum AutoGenerateFlags : int {
-    MASS = 1,
-    INERTIA_DIAGONAL = 2,
-    INERTIA_OFFDIAGONAL = 4,
-    CM_OFFSET = 8,
-    AUTO_GENERATE_ALL = 15
+    MASS = 1,                ///< Mass.
+    INERTIA_DIAGONAL = 2,    ///< Diagonal of the inertia tensor.
+    INERTIA_OFFDIAGONAL = 4, ///< Other elements of the inertia tensor.
+    CM_OFFSET = 8,           ///< Centre of mass.
+    AUTO_GENERATE_ALL = 15   ///< All of them.
   };
 
   /** Sets the mass and stops computing it from the shapes. The inertia is scaled with it while automatic.

@@ -15,7 +15,9 @@ namespace zor {
 class ParticleContacts {
 public:
   /** Stands in the place of the second particle where the second is a geometry. */
-  enum : zor::UInt32 { NO_PARTICLE = 0xffffffffu };
+  enum : zor::UInt32 {
+    NO_PARTICLE = 0xffffffffu ///< In place of an index: the other one is a geometry.
+  };
 
   /** \return number of contacts */
   zor::UInt getNumContacts() const { return particles1.size(); }

@@ -11,7 +11,12 @@ namespace zor {
 class RandomReal {
 public:
   /** The kind of a distribution. */
-  enum Kind : int { CONSTANT, UNIFORM, NORMAL, LOG_NORMAL };
+  enum Kind : int {
+    CONSTANT,  ///< Always the same number.
+    UNIFORM,   ///< All numbers of an interval alike.
+    NORMAL,    ///< Normally distributed, between limits.
+    LOG_NORMAL ///< Log-normally distributed, between limits.
+  };
 
   /** Always the same. \param value - finite, else std::invalid_argument */
   explicit RandomReal(zor::Real value = 0);

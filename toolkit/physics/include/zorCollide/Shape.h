@@ -27,7 +27,18 @@ namespace zorCollide {
 class Shape : public zor::Object {
 public:
   /** The concrete class. */
-  enum Type : int { BOX, SPHERE, CAPSULE, CYLINDER, CONE, PLANE, CONVEX, TRIMESH, HEIGHT_FIELD, COMPOUND };
+  enum Type : int {
+    BOX,          ///< Box.
+    SPHERE,       ///< Sphere.
+    CAPSULE,      ///< Capsule.
+    CYLINDER,     ///< Cylinder.
+    CONE,         ///< Cone.
+    PLANE,        ///< Plane.
+    CONVEX,       ///< Convex.
+    TRIMESH,      ///< Trimesh.
+    HEIGHT_FIELD, ///< HeightField.
+    COMPOUND      ///< Compound.
+  };
 
   /** \return the concrete class */
   Type getType() const { return m_type; }

@@ -13,7 +13,12 @@ namespace zorCollide {
 class TextureData : public zor::Object {
 public:
   /** Kind of pixel; the value is the number of bytes a pixel. */
-  enum Format : int { LUMINANCE = 1, LUMINANCE_ALPHA = 2, RGB = 3, RGBA = 4 };
+  enum Format : int {
+    LUMINANCE = 1,       ///< Brightness, a byte a pixel.
+    LUMINANCE_ALPHA = 2, ///< Brightness and alpha, two bytes a pixel.
+    RGB = 3,             ///< Red, green and blue, three bytes a pixel.
+    RGBA = 4             ///< Red, green, blue and alpha, four bytes a pixel.
+  };
 
   /** \param filename - image file, found through the resource path when the texture is made */
   explicit TextureData(std::string const& filename);

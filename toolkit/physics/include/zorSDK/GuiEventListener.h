@@ -21,22 +21,29 @@ public:
   };
 
   /** Mouse buttons (bit mask). */
-  enum MouseButtonMask : int { LEFT_BUTTON = 1, MIDDLE_BUTTON = 2, RIGHT_BUTTON = 4 };
+  enum MouseButtonMask : int {
+    LEFT_BUTTON = 1,   ///< Left button.
+    MIDDLE_BUTTON = 2, ///< Middle button or wheel.
+    RIGHT_BUTTON = 4   ///< Right button.
+  };
 
   /** What happened to a mouse button. */
-  enum MouseState : int { DOWN = 0, UP = 1 };
+  enum MouseState : int {
+    DOWN = 0, ///< It went down.
+    UP = 1    ///< It went up.
+  };
 
   /** Modifier keys (bit mask). */
   enum ModKeyMask : int {
-    MODKEY_LEFT_SHIFT = 0x0001,
-    MODKEY_RIGHT_SHIFT = 0x0002,
-    MODKEY_LEFT_CTRL = 0x0004,
-    MODKEY_RIGHT_CTRL = 0x0008,
-    MODKEY_LEFT_ALT = 0x0010,
-    MODKEY_RIGHT_ALT = 0x0020,
-    MODKEY_SHIFT = 0x0003,
-    MODKEY_CTRL = 0x000C,
-    MODKEY_ALT = 0x0030
+    MODKEY_LEFT_SHIFT = 0x0001,  ///< Left shift key.
+    MODKEY_RIGHT_SHIFT = 0x0002, ///< Right shift key.
+    MODKEY_LEFT_CTRL = 0x0004,   ///< Left control key.
+    MODKEY_RIGHT_CTRL = 0x0008,  ///< Right control key.
+    MODKEY_LEFT_ALT = 0x0010,    ///< Left alt key.
+    MODKEY_RIGHT_ALT = 0x0020,   ///< Right alt key.
+    MODKEY_SHIFT = 0x0003,       ///< Any shift key.
+    MODKEY_CTRL = 0x000C,        ///< Any control key.
+    MODKEY_ALT = 0x0030          ///< Any alt key.
   };
 
   /** Keys without a character; others are their character code. */
