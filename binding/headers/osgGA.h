@@ -3,3 +3,10 @@
 
 #include <osgGA/CameraManipulator>
 #include <osgGA/EventQueue>
+#include <osgGA/FlightManipulator>
+#include <osgGA/GUIEventHandler>
+#include <osgGA/NodeTrackerManipulator>
+#include <osgGA/OrbitManipulator>
+#include <osgGA/StateSetManipulator>
+#include <osgGA/TerrainManipulator>
+#include <osgGA/TrackballManipulator>

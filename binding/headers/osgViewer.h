@@ -2,3 +2,4 @@
 #pragma once
 
 #include <osgViewer/Viewer>
+#include <osgViewer/ViewerEventHandlers>

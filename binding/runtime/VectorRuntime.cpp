@@ -57,6 +57,12 @@ void storeNumber(PyObject* item, char format, void*& place) {
                                                      std::numeric_limits<int>::max())));
   case 'I':
     return store(place, static_cast<unsigned>(readInteger(item, 0, std::numeric_limits<unsigned>::max())));
+  case 'h':
+    return store(place, static_cast<short>(readInteger(item, -32768, 32767)));
+  case 'H':
+    return store(place, static_cast<unsigned short>(readInteger(item, 0, 65535)));
+  case 'b':
+    return store(place, static_cast<signed char>(readInteger(item, -128, 127)));
   case 'B':
     return store(place, static_cast<unsigned char>(readInteger(item, 0, 255)));
   default:

@@ -27,6 +27,13 @@ PYTHON_OBJECTS = {
     ("SwigPyIterator_previous", "return"): "Any",
 }
 
+# What arrays of the scene graph and their indices are made of.
+PYTHON_OBJECTS |= {(f"new_{name}Array", 1): "Iterable[Iterable[float]]" for name in ("Vec2", "Vec3", "Vec4", "Vec2d", "Vec3d", "Vec4d")}
+PYTHON_OBJECTS |= {("new_Vec4ubArray", 1): "Iterable[Iterable[int]]", ("new_DrawArrayLengths", 3): "Iterable[int]"}
+PYTHON_OBJECTS |= {(f"new_{name}Array", 1): "Iterable[float]" for name in ("Float", "Double")}
+PYTHON_OBJECTS |= {(f"new_{name}Array", 1): "Iterable[int]" for name in ("UInt", "UShort", "UByte", "Int")}
+PYTHON_OBJECTS |= {(f"new_DrawElements{name}", 2): "Iterable[int]" for name in ("UInt", "UShort", "UByte")}
+
 # A pointer to what no module declares, which scripts can only pass on; all modules write the class of this one.
 OPAQUE_MODULE, OPAQUE_CLASS = "zor", "_Opaque"
 OPAQUE = f"{OPAQUE_MODULE}.{OPAQUE_CLASS}"

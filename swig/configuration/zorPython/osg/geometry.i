@@ -1,149 +1,138 @@
-// Drawables, geometry and its arrays.
+// Drawables and geometry.
+//
+// Drawables that the visualisation layer makes are handed over without a reference: their proxies' hook only ends an object that
+// nobody holds.
 
 ZOR_INNER_RESULT(osg::Drawable::getBoundingBox)
 
-// Unlike nodes: see the head of the node section.
+%{
+#include "runtime/CheckedGeometry.h"
+
+static void zorOsgReleaseUnheld(osg::Referenced* object) {
+  if (object->referenceCount() == 0) {
+    object->ref();
+    object->unref();
+  }
+}
+
+static unsigned int const zorMostUnits = 16;
+
+static unsigned int zorCheckedUnit(unsigned int unit, char const* what) {
+  if (unit >= zorMostUnits) throw std::out_of_range(std::string(what) + " is 0 to 15, not " + std::to_string(unit));
+  return unit;
+}
+
+// One element is for all, several are for the vertices each.
+static osg::Array::Binding zorBindingOf(osg::Array const* array, int binding) {
+  if (binding != osg::Array::BIND_UNDEFINED) return static_cast<osg::Array::Binding>(binding);
+  return array && array->getNumElements() == 1 ? osg::Array::BIND_OVERALL : osg::Array::BIND_PER_VERTEX;
+}
+%}
+
 %nodefaultctor osg::Drawable;
 %extend osg::Drawable {
   ~Drawable() { zorOsgReleaseUnheld($self); }
 }
 OSG_OWNED(Geometry)
-OSG_OWNED(ShapeDrawable)
-%nodefaultctor osg::Array;
-%nodefaultdtor osg::Array;
-%nodefaultctor osg::Shape;
-%nodefaultdtor osg::Shape;
-%nodefaultctor osg::PrimitiveSet;
-%nodefaultdtor osg::PrimitiveSet;
-OSG_OWNED(Box)
-OSG_OWNED(Sphere)
-OSG_OWNED(DrawArrays)
-OSG_OWNED(DrawElementsUInt)
+ZOR_SEQUENCE_GUARD(osg::Geometry::getPrimitiveSet)
+ZOR_SEQUENCE_GUARD(osg::Geometry::setPrimitiveSet)
+ZOR_SEQUENCE_GUARD(osg::Geometry::removePrimitiveSet)
+%apply SWIGTYPE* NOT_NULL { osg::PrimitiveSet* primitives };
 
 namespace osg {
 
+/** What is drawn. */
 class Drawable : public Node {
 public:
   osg::BoundingBox const& getBoundingBox() const;
+  /** Has what the graphics card holds made anew before the next frame. */
+  void dirtyGLObjects();
   void dirtyDisplayList();
+  /** \param use - true: vertices stay where they are and are sent each time, for those that change */
+  void setUseVertexBufferObjects(bool use);
+  bool getUseVertexBufferObjects() const;
+  void setUseDisplayList(bool use);
+  bool getUseDisplayList() const;
+  osg::Shape* getShape();
+  void setShape(osg::Shape* shape);
 };
 
-class Shape : public Object {};
-
-class Box : public Shape {
-public:
-  Box(osg::Vec3f const& center, float lengthX, float lengthY, float lengthZ);
-};
-
-class Sphere : public Shape {
-public:
-  Sphere(osg::Vec3f const& center, float radius);
-};
-
-class PrimitiveSet : public Object {
-public:
-  enum Mode {
-    POINTS = 0,
-    LINES = 1,
-    LINE_LOOP = 2,
-    LINE_STRIP = 3,
-    TRIANGLES = 4,
-    TRIANGLE_STRIP = 5,
-    TRIANGLE_FAN = 6,
-    QUADS = 7
-  };
-  unsigned int getNumIndices() const;
-  unsigned int getMode() const;
-};
-
-class DrawArrays : public PrimitiveSet {
-public:
-  DrawArrays(unsigned int mode, int first, int count);
-};
-
-class DrawElementsUInt : public PrimitiveSet {
-public:
-  DrawElementsUInt(unsigned int mode);
-};
-%extend DrawElementsUInt {
-  /** Adds an index. */
-  void append(unsigned int index) { $self->push_back(index); }
-}
-
-class Array : public Object {
-public:
-  unsigned int getNumElements() const;
-  void dirty();
-};
-
-} // namespace osg
-
-// An array of vectors or numbers; its storage is a buffer of two dimensions.
-%define OSG_ARRAY(NAME, VALUE, COUNT)
-OSG_OWNED(NAME)
-ZOR_SEQUENCE_GUARD(osg::NAME::__getitem__)
-ZOR_SEQUENCE_GUARD(osg::NAME::__setitem__)
-namespace osg {
-class NAME : public Array {
-public:
-  NAME();
-};
-%extend NAME {
-  size_t __len__() const { return $self->size(); }
-  VALUE __getitem__(ptrdiff_t index) const { return (*$self)[zorBinding::checkedIndex(index, $self->size())]; }
-  void __setitem__(ptrdiff_t index, VALUE const& value) {
-    (*$self)[zorBinding::checkedIndex(index, $self->size())] = value;
-  }
-  void append(VALUE const& value) { $self->push_back(value); }
-  void clear() { $self->clear(); }
-  PyObject* _memory() {
-    return zorBinding::memoryOf(static_cast<float*>(const_cast<void*>($self->getDataPointer())),
-                                {static_cast<long>($self->size()), COUNT});
-  }
-  %pythoncode %{
-    def tolist(self):
-        """Returns the elements as a list of lists of numbers."""
-        return self._memory().tolist()
-  %}
-}
-}
-%enddef
-
-OSG_ARRAY(Vec2Array, osg::Vec2f, 2)
-OSG_ARRAY(Vec3Array, osg::Vec3f, 3)
-OSG_ARRAY(Vec4Array, osg::Vec4f, 4)
-OSG_ARRAY(FloatArray, float, 1)
-
-namespace osg {
-
+/**
+ * Vertices with normals, colours and texture coordinates, and the primitive sets that say what is drawn of them. A geometry whose
+ * indices lead out of its arrays is not drawn; getFault() says why.
+ */
 class Geometry : public Drawable {
 public:
-  Geometry();
   osg::Array* getVertexArray();
   void setVertexArray(osg::Array* array);
   osg::Array* getNormalArray();
   osg::Array* getColorArray();
+  osg::Array* getSecondaryColorArray();
+  osg::Array* getFogCoordArray();
+  unsigned int getNumTexCoordArrays() const;
+  unsigned int getNumVertexAttribArrays() const;
   unsigned int getNumPrimitiveSets() const;
+  /** Adds what is drawn. \return true */
   bool addPrimitiveSet(osg::PrimitiveSet* primitives);
 };
 %extend Geometry {
-  /** \param array one normal for each vertex, or a single one for all */
-  void setNormalArray(osg::Array* array) {
-    bool const single = array && array->getNumElements() == 1;
-    $self->setNormalArray(array, single ? osg::Array::BIND_OVERALL : osg::Array::BIND_PER_VERTEX);
+  Geometry() { return new zorBinding::CheckedGeometry; }
+  /**
+   * \param array - normals; None for none
+   * \param binding - an Array.Binding; if it is left out, a single one is for all, several are for a vertex each
+   */
+  void setNormalArray(osg::Array* array, int binding = -1) { $self->setNormalArray(array, zorBindingOf(array, binding)); }
+  /**
+   * \param array - colours; None for none
+   * \param binding - an Array.Binding; if it is left out, a single one is for all, several are for a vertex each
+   */
+  void setColorArray(osg::Array* array, int binding = -1) {
+    if (array && array->getDataType() == GL_UNSIGNED_BYTE) array->setNormalize(true);
+    $self->setColorArray(array, zorBindingOf(array, binding));
   }
-  /** \param array one colour for each vertex, or a single one for all */
-  void setColorArray(osg::Array* array) {
-    bool const single = array && array->getNumElements() == 1;
-    $self->setColorArray(array, single ? osg::Array::BIND_OVERALL : osg::Array::BIND_PER_VERTEX);
+  void setSecondaryColorArray(osg::Array* array, int binding = -1) { $self->setSecondaryColorArray(array, zorBindingOf(array, binding)); }
+  void setFogCoordArray(osg::Array* array, int binding = -1) { $self->setFogCoordArray(array, zorBindingOf(array, binding)); }
+  /** \param unit - texture unit, 0 to 15 \param array - coordinates, one for a vertex each; None for none */
+  void setTexCoordArray(unsigned int unit, osg::Array* array) {
+    $self->setTexCoordArray(zorCheckedUnit(unit, "a texture unit"), array, osg::Array::BIND_PER_VERTEX);
   }
+  /** \return coordinates of a texture unit; None if there are none */
+  osg::Array* getTexCoordArray(unsigned int unit) { return $self->getTexCoordArray(unit); }
+  /** \param index - location in the shader, 0 to 15 \param array - values; None for none \param binding - as for normals */
+  void setVertexAttribArray(unsigned int index, osg::Array* array, int binding = -1) {
+    $self->setVertexAttribArray(zorCheckedUnit(index, "the location of an attribute"), array, zorBindingOf(array, binding));
+  }
+  /** \return values of an attribute; None if there are none */
+  osg::Array* getVertexAttribArray(unsigned int index) { return $self->getVertexAttribArray(index); }
+  /** \return what is drawn; IndexError if there is none at the position */
+  osg::PrimitiveSet* getPrimitiveSet(ptrdiff_t index) {
+    return $self->getPrimitiveSet(static_cast<unsigned int>(zorBinding::checkedIndex(index, $self->getNumPrimitiveSets())));
+  }
+  /** Replaces what is drawn at a position. */
+  void setPrimitiveSet(ptrdiff_t index, osg::PrimitiveSet* primitives) {
+    $self->setPrimitiveSet(static_cast<unsigned int>(zorBinding::checkedIndex(index, $self->getNumPrimitiveSets())), primitives);
+  }
+  /** Removes what is drawn at a position. */
+  void removePrimitiveSet(ptrdiff_t index) {
+    $self->removePrimitiveSet(static_cast<unsigned int>(zorBinding::checkedIndex(index, $self->getNumPrimitiveSets())));
+  }
+  /** Says that numbers have changed: bounds are computed and the graphics card gets the vertices anew. */
+  void dirty() {
+    osg::Geometry::ArrayList arrays;
+    $self->getArrayList(arrays);
+    for (auto const& array : arrays) array->dirty();
+    for (auto const& primitives : $self->getPrimitiveSetList()) primitives->dirty();
+    $self->dirtyGLObjects();
+    $self->dirtyBound();
+  }
+  /** \return what would be read outside of the arrays if the geometry was drawn; empty if nothing is */
+  std::string getFault() const { return zorBinding::geometryFault(*$self); }
+  %pythoncode %{
+    def getPrimitiveSets(self) -> list[PrimitiveSet]:
+        """Returns what is drawn of the vertices."""
+        return [self.getPrimitiveSet(i) for i in range(self.getNumPrimitiveSets())]
+  %}
 }
 
-class ShapeDrawable : public Drawable {
-public:
-  ShapeDrawable(osg::Shape* shape);
-  void setColor(osg::Vec4f const& color);
-  osg::Vec4f const& getColor() const;
-};
-
 } // namespace osg
+%clear osg::PrimitiveSet* primitives;

@@ -75,6 +75,21 @@ OSG_VEC3(Vec3d, double)
 OSG_VEC4(Vec4f, float)
 OSG_VEC4(Vec4d, double)
 
+%copyctor osg::Vec4ub;
+ZOR_VALUE(osg::Vec4ub, Vec4ub, unsigned char, 4)
+namespace osg {
+/** Four numbers from 0 to 255: red, green, blue and alpha. */
+class Vec4ub {
+public:
+  Vec4ub();
+  Vec4ub(unsigned char r, unsigned char g, unsigned char b, unsigned char a);
+  unsigned char r() const;
+  unsigned char g() const;
+  unsigned char b() const;
+  unsigned char a() const;
+};
+}
+
 namespace osg {
 typedef Vec2f Vec2;
 typedef Vec3f Vec3;

@@ -114,7 +114,11 @@ static PyObject* zorDirectorObject(Object* object) {
   bool const isStandIn = data && data->klass == reinterpret_cast<PyObject*>(Py_TYPE(self)) &&
                          wrapped->ptr == dynamic_cast<void*>(object);
   if (!isStandIn) return Py_NewRef(self);
-  object->reference();
+  if constexpr (requires { object->reference(); }) {
+    object->reference();
+  } else {
+    object->ref(); // of the scene graph
+  }
   return SWIG_NewPointerObj(wrapped->ptr, wrapped->ty, SWIG_POINTER_OWN);
 }
 %}
