@@ -24,7 +24,7 @@ def heights() -> numpy.ndarray:
     hills = [(-2.5, 2.5, 3.4, 2.2), (3.5, 3.0, 2.3, 1.8), (1.0, -3.5, 1.3, 2.4), (-5.0, -3.0, 1.7, 1.6)]
     z = sum(h * numpy.exp(-((x - cx) ** 2 + (y - cy) ** 2) / (2 * w**2)) for cx, cy, h, w in hills)
     z += 0.10 * numpy.sin(2.1 * x + 0.6 * y) * numpy.cos(1.7 * y - 0.4 * x) + 0.05 * numpy.sin(5.3 * x) * numpy.sin(4.7 * y)
-    return z - 1.1 * (numpy.hypot(x, y) / HALF) ** 4 - 0.12
+    return z - 2.6 * (numpy.hypot(x, y) / HALF) ** 5 - 0.12
 
 
 def terrain(z: numpy.ndarray) -> osg.Geometry:
@@ -85,8 +85,8 @@ def crate() -> osg.MatrixTransform:
 
 def sea() -> osg.Geode:
     """A sheet that the ground shines through."""
-    drawable = osg.ShapeDrawable(osg.Box(osg.Vec3(0, 0, -0.05), 60, 60, 0.1))
-    drawable.setColor(osg.Vec4(0.10, 0.34, 0.52, 0.72))
+    drawable = osg.ShapeDrawable(osg.Box(osg.Vec3(0, 0, -0.05), 400, 400, 0.1))
+    drawable.setColor(osg.Vec4(0.08, 0.32, 0.48, 0.92))
     state = drawable.getOrCreateStateSet()
     state.setMode(osg.GL_BLEND, osg.StateAttribute.ON)
     state.setRenderingHint(osg.StateSet.TRANSPARENT_BIN)
@@ -97,6 +97,11 @@ def sea() -> osg.Geode:
 
 def label(text: str, position: osg.Vec3) -> osgText.Text:
     sign = osgText.Text()
+    try:
+        sign.setFont("DejaVu Sans")  # or the nearest that is installed
+    except RuntimeError:
+        pass  # the font that is built in does for letters without dots
+    sign.setFontResolution(64, 64)
     sign.setText(text)
     sign.setPosition(position)
     sign.setCharacterSize(0.55)
@@ -114,7 +119,7 @@ def float_on_water(node: osg.Node, visitor: osg.NodeVisitor) -> None:
     assert isinstance(node, osg.MatrixTransform)
     t = visitor.getFrameStamp().getSimulationTime()
     turn = osg.Matrixd.rotate(0.35 + 0.2 * math.sin(t), osg.Vec3d(0.3, 0.2, 1)) * osg.Matrixd.rotate(0.12, osg.Vec3d(1, 0, 0))
-    node.setMatrix(turn * osg.Matrixd.translate(5.8, -7.6, 0.15 + 0.1 * math.sin(1.7 * t)))
+    node.setMatrix(turn * osg.Matrixd.translate(3.9, -7.9, 0.2 + 0.1 * math.sin(1.7 * t)))
 
 
 def build(root: osg.Group) -> None:
@@ -141,7 +146,7 @@ def main() -> int:
         return application.getExitCode()
     application.initSimulation()
     build(application.getSceneRoot())
-    application.setCameraHome(zor.Vec3(11.5, -14.0, 7.5), zor.Vec3(0.3, -0.6, 0.2))
+    application.setCameraHome(zor.Vec3(10.0, -15.5, 5.6), zor.Vec3(0.5, -1.4, 0.4))
     if not arguments.has("--stopAfter"):
         application.stopAfter(20)
     return application.run()

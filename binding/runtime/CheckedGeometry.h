@@ -17,7 +17,8 @@ std::string geometryFault(osg::Geometry const& geometry);
  */
 bool isSound(osg::Geometry const& geometry, std::string& reported);
 
-/** A geometry that scripts fill: while its indices lead out of its arrays, it is neither drawn nor looked at. */
+/** A geometry that scripts fill: while its indices lead out of its arrays, it is neither drawn nor looked at.
+ */
 template <class Base>
 class Checked : public Base {
 public:

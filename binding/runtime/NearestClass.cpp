@@ -34,11 +34,14 @@ struct Candidate {
 
 // Derived classes before their bases.
 Candidate const CANDIDATES[] = {
-    CANDIDATE(Camera), CANDIDATE(MatrixTransform), CANDIDATE(PositionAttitudeTransform), CANDIDATE(AutoTransform),
-    CANDIDATE(Transform), CANDIDATE(Switch), CANDIDATE(LOD), CANDIDATE(Billboard), CANDIDATE(Geode),
-    CANDIDATE(ClipNode), CANDIDATE(LightSource), CANDIDATE(Group), CANDIDATE(ShapeDrawable), CANDIDATE(Geometry),
-    CANDIDATE(Drawable), CANDIDATE(Node), CANDIDATE(Texture2D), CANDIDATE(TextureCubeMap), CANDIDATE(Texture),
-    CANDIDATE(StateAttribute), CANDIDATE(NodeCallback), CANDIDATE(Callback), CANDIDATE(NodeVisitor), CANDIDATE(Image)};
+    CANDIDATE(Camera),        CANDIDATE(MatrixTransform), CANDIDATE(PositionAttitudeTransform),
+    CANDIDATE(AutoTransform), CANDIDATE(Transform),       CANDIDATE(Switch),
+    CANDIDATE(LOD),           CANDIDATE(Billboard),       CANDIDATE(Geode),
+    CANDIDATE(ClipNode),      CANDIDATE(LightSource),     CANDIDATE(Group),
+    CANDIDATE(ShapeDrawable), CANDIDATE(Geometry),        CANDIDATE(Drawable),
+    CANDIDATE(Node),          CANDIDATE(Texture2D),       CANDIDATE(TextureCubeMap),
+    CANDIDATE(Texture),       CANDIDATE(StateAttribute),  CANDIDATE(NodeCallback),
+    CANDIDATE(Callback),      CANDIDATE(NodeVisitor),     CANDIDATE(Image)};
 
 #undef CANDIDATE
 
@@ -46,7 +49,8 @@ Candidate const CANDIDATES[] = {
 
 NearestClass nearestClass(osg::Object& object) {
   for (Candidate const& candidate : CANDIDATES) {
-    if (void* const found = candidate.as(object)) return {candidate.name, found};
+    if (void* const found = candidate.as(object))
+      return {candidate.name, found};
   }
   return {"osg::Object", &object};
 }

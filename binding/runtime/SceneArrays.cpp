@@ -17,13 +17,14 @@ struct Kind {
   std::size_t size;
 };
 
-Kind const KINDS[] = {{GL_BYTE, "b", 1},         {GL_UNSIGNED_BYTE, "B", 1}, {GL_SHORT, "h", 2},
+Kind const KINDS[] = {{GL_BYTE, "b", 1},           {GL_UNSIGNED_BYTE, "B", 1}, {GL_SHORT, "h", 2},
                       {GL_UNSIGNED_SHORT, "H", 2}, {GL_INT, "i", 4},           {GL_UNSIGNED_INT, "I", 4},
-                      {GL_FLOAT, "f", 4},        {GL_DOUBLE, "d", 8}};
+                      {GL_FLOAT, "f", 4},          {GL_DOUBLE, "d", 8}};
 
 Storage storageOfKind(GLenum type, std::size_t components, std::size_t size, void const* data) {
   for (Kind const& kind : KINDS) {
-    if (kind.type == type) return {const_cast<void*>(data), kind.format, kind.size, components, size};
+    if (kind.type == type)
+      return {const_cast<void*>(data), kind.format, kind.size, components, size};
   }
   throw std::invalid_argument("the elements of this array are of no kind that Python knows");
 }
@@ -57,10 +58,12 @@ void splice(Container& container, std::size_t first, std::size_t removed, std::s
   std::size_t const width = storage.elementSize();
   std::size_t const added = elements.size() / width;
   std::size_t const tail = storage.size - first - removed;
-  if (storage.size - removed + added > 0xffffffffu) throw std::length_error("an array has at most 2^32 - 1 elements");
+  if (storage.size - removed + added > 0xffffffffu)
+    throw std::length_error("an array has at most 2^32 - 1 elements");
   auto const moveTail = [&] {
     char* const begin = static_cast<char*>(storage.data) + first * width;
-    if (tail) std::memmove(begin + added * width, begin + removed * width, tail * width);
+    if (tail)
+      std::memmove(begin + added * width, begin + removed * width, tail * width);
   };
   if (added > removed) {
     resize(container, storage.size - removed + added);
@@ -71,7 +74,8 @@ void splice(Container& container, std::size_t first, std::size_t removed, std::s
     resize(container, storage.size - removed + added);
     storage.data = storageOf(container).data;
   }
-  if (added) std::memcpy(static_cast<char*>(storage.data) + first * width, elements.data(), elements.size());
+  if (added)
+    std::memcpy(static_cast<char*>(storage.data) + first * width, elements.data(), elements.size());
   container.dirty();
 }
 
@@ -99,7 +103,8 @@ PyObject* viewOf(Storage const& storage) {
 
 std::string readElements(Storage const& storage, PyObject* values) {
   BytesSink sink(storage.elementSize());
-  readNumbers(values, storage.components > 1 ? static_cast<int>(storage.components) : 0, storage.format[0], sink);
+  readNumbers(values, storage.components > 1 ? static_cast<int>(storage.components) : 0, storage.format[0],
+              sink);
   return std::move(sink.bytes);
 }
 
@@ -107,7 +112,8 @@ void spliceElements(osg::Array& array, std::size_t first, std::size_t removed, s
   splice(array, first, removed, elements);
 }
 
-void spliceElements(osg::DrawElements& indices, std::size_t first, std::size_t removed, std::string const& elements) {
+void spliceElements(osg::DrawElements& indices, std::size_t first, std::size_t removed,
+                    std::string const& elements) {
   splice(indices, first, removed, elements);
 }
 

@@ -37,6 +37,7 @@ std::string readElements(Storage const& storage, PyObject* values);
 
 /** Puts elements, as readElements() gives them, in the place of a part of the storage. */
 void spliceElements(osg::Array& array, std::size_t first, std::size_t removed, std::string const& elements);
-void spliceElements(osg::DrawElements& indices, std::size_t first, std::size_t removed, std::string const& elements);
+void spliceElements(osg::DrawElements& indices, std::size_t first, std::size_t removed,
+                    std::string const& elements);
 
 } // namespace zorBinding

@@ -25,18 +25,20 @@ void checkChildrenFree(osg::Group const& group) {
     osg::NodePath const& path = visitor->getNodePath();
     if (path.empty())
       continue;
-    // On the way down the last one is only visited: its children come later. On the way up, lists of parents are
-    // walked over, which every child has.
+    // On the way down the last one is only visited: its children come later. On the way up, lists of parents
+    // are walked over, which every child has.
     bool const isUpwards = visitor->getTraversalMode() == osg::NodeVisitor::TRAVERSE_PARENTS;
     if (isUpwards || std::find(path.begin(), path.end() - 1, &group) != path.end() - 1)
-      throw std::runtime_error("the children of '" + group.getName() +
-                               "' can't be changed by a visitor or callback below it: change them afterwards");
+      throw std::runtime_error(
+          "the children of '" + group.getName() +
+          "' can't be changed by a visitor or callback below it: change them afterwards");
   }
 }
 
 void checkNobodyVisits() {
   if (!visitorsInPython.empty())
-    throw std::runtime_error("the scene can't be changed as a whole by a visitor or callback: do it afterwards");
+    throw std::runtime_error(
+        "the scene can't be changed as a whole by a visitor or callback: do it afterwards");
 }
 
 PathGuard::~PathGuard() {
@@ -45,7 +47,8 @@ PathGuard::~PathGuard() {
     return;
   auto const surplus = static_cast<std::ptrdiff_t>(path.size() - m_length);
   bool const isUpwards = m_visitor.getTraversalMode() == osg::NodeVisitor::TRAVERSE_PARENTS;
-  path.erase(isUpwards ? path.begin() : path.end() - surplus, isUpwards ? path.begin() + surplus : path.end());
+  path.erase(isUpwards ? path.begin() : path.end() - surplus,
+             isUpwards ? path.begin() + surplus : path.end());
 }
 
 } // namespace zorBinding

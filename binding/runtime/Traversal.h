@@ -15,7 +15,8 @@ public:
 };
 
 /**
- * A group walks over its own list of children: who changes the list from below takes it away from under its feet.
+ * A group walks over its own list of children: who changes the list from below takes it away from under its
+ * feet.
  * \throws std::runtime_error if a visitor in Python code is below the group
  */
 void checkChildrenFree(osg::Group const& group);
@@ -26,7 +27,8 @@ void checkNobodyVisits();
 /** Takes a visitor's path back to where it was when an exception ends its way through the graph. */
 class PathGuard {
 public:
-  explicit PathGuard(osg::NodeVisitor& visitor) : m_visitor(visitor), m_length(visitor.getNodePath().size()) {}
+  explicit PathGuard(osg::NodeVisitor& visitor)
+      : m_visitor(visitor), m_length(visitor.getNodePath().size()) {}
   PathGuard(PathGuard const&) = delete;
   PathGuard& operator=(PathGuard const&) = delete;
   ~PathGuard();

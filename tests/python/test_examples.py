@@ -66,3 +66,14 @@ def test_the_wrecking_ball_is_pulled_up_and_let_go(tmp_path):
         shown[time] = numpy.argwhere(rust).mean(axis=0)  # row from below, column
     assert shown["2.2"][1] < shown["0.3"][1] - 40 and shown["2.2"][0] > shown["0.3"][0] + 20
     assert shown["3.2"][1] > shown["2.2"][1] + 40
+
+
+def test_a_scene_of_its_own_geometry(tmp_path):
+    picture = tmp_path / "island.png"
+    result = subprocess.run([sys.executable, EXAMPLES / "custom_geometry.py", "--screenShot", picture, "--stopAfter", "0.5", "--window", "480x270"],
+                            capture_output=True, text=True, timeout=300)
+    assert result.returncode == 0 and "Traceback" not in result.stderr, result.stderr
+    pixels = numpy.asarray(osgDB.readImageFile(str(picture))).astype(int)
+    red, green, blue = pixels[..., 0], pixels[..., 1], pixels[..., 2]
+    meadow, snow, crate = green > 1.15 * numpy.maximum(red, blue), pixels.min(axis=2) > 225, red > 1.7 * blue
+    assert meadow.sum() > 5000 and snow.sum() > 200 and crate.sum() > 1000

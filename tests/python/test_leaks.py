@@ -135,6 +135,23 @@ def scene():
                                  points=zor.Vec3Vector([[1.0, 2.0, 3.0]] * 8), decorator=app.getSceneDecorator())
 
 
+def graph():
+    group = osg.Group()
+    group.addChild(osg.ShapeDrawable(osg.Box(osg.Vec3(), 1, 1, 1)))
+    return group
+
+
+class Visitor(osg.NodeVisitor):
+    def __init__(self, fails=False):
+        super().__init__()
+        self.fails = fails
+
+    def apply(self, node):
+        if self.fails and node.asDrawable():
+            raise KeyError
+        self.traverse(node)
+
+
 PATTERNS = {
     # failing constructors
     "a constructor that throws": lambda s: raises(zorCollide.Box, zor.Vec3(-1, 1, 1)),
@@ -193,6 +210,16 @@ PATTERNS = {
     "callbacks": lambda s: (lambda listener: (s.sim.add(listener), s.sim.stepForward(), s.sim.remove(listener)))(Steps()),
     "events": lambda s: (lambda event: (event.add(lambda: None), event.raise_()))(zor.Event()),
     "a callback that fails": lambda s: (lambda event: (event.add(lambda: 1 / 0), event.raise_()))(zor.Event()),
+    # the scene graph
+    "visitors": lambda s: graph().accept(Visitor()),
+    "a visitor that fails": lambda s: raises(graph().accept, Visitor(fails=True)),
+    "functions that nodes call": lambda s: (lambda node: (node.setUpdateCallback(lambda *_: None), node.accept(osg.UpdateVisitor())))(osg.Group()),
+    "a callback that a node outlives": lambda s: (lambda node: (node.setUpdateCallback(osg.NodeCallback()), node.accept(osg.UpdateVisitor())))(graph()),
+    "arrays and views": lambda s: numpy.asarray(osg.Vec3Array(numpy.ones((9, 3)))).sum(),
+    "images and views": lambda s: numpy.asarray(osg.Image.fromArray(numpy.ones((9, 9, 3), "B"))).sum(),
+    "wrong elements": lambda s: raises(osg.Vec3Array, [(1, 2, 3), (1, "x", 3)]),
+    "user values and copies": lambda s: (lambda node: (node.setUserValue("v", osg.Vec3()), node.clone().getUserValues()))(graph()),
+    "lines that meet drawables": lambda s: osg.intersect(graph(), osg.Vec3d(0, 0, 5), osg.Vec3d(0, 0, -5)),
 }
 
 
@@ -236,6 +263,9 @@ SHARED = {
     "a node": (osg.Group, lambda s, node: (s.group.addChild(node), s.group.getChild(0), s.group.removeChild(node))),
     "a transform": (zorOSG.Transform, lambda s, node: (zorOSG.Transform_reference(node), zorOSG.Transform_unreference(node))),
     "a state set": (osg.StateSet, lambda s, state: (lambda node: (node.setStateSet(state), node.getStateSet(), node.setStateSet(None)))(osg.Node())),
+    "an array": (osg.Vec3Array, lambda s, array: (lambda g: (g.setVertexArray(array), g.getVertexArray(), memoryview(array)))(osg.Geometry())),
+    "a callback": (osg.NodeCallback, lambda s, callback: (lambda node: (node.addCullCallback(callback), node.getCullCallback()))(osg.Node())),
+    "a texture": (osg.Texture2D, lambda s, texture: (lambda state: (state.setTextureAttributeAndModes(0, texture), state.getTexture(0)))(osg.StateSet())),
     "a render target": (lambda: zorOSG.RenderToImage(16, 16), lambda s, target: (s.app.addRenderTarget(target), s.app.removeRenderTarget(target))),
 }
 

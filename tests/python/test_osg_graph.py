@@ -7,6 +7,7 @@ import gc
 import pytest
 
 import osg
+import zorPython
 
 
 def tree():
@@ -73,10 +74,10 @@ def test_no_node_is_its_own_descendant():
     moved = root[0]
     for put in (lambda: moved.addChild(root), lambda: moved.insertChild(0, root), lambda: moved.setChild(0, moved),
                 lambda: moved.replaceChild(moved[0], root), lambda: osg.Switch.addChild(find(root, "shared"), root, True)):
-        with pytest.raises(RuntimeError, match="its own descendant"):
+        with pytest.raises((RuntimeError, ValueError), match="its own descendant"):
             put()
     for put in (root.addChild, lambda node: root.setChild(0, node), osg.Geode().addDrawable, osg.Billboard().addDrawable, osg.LOD().addChild):
-        with pytest.raises(RuntimeError, match="not None"):
+        with pytest.raises((RuntimeError, ValueError), match="not None"):
             put(None)
 
 
@@ -90,12 +91,17 @@ class Names(osg.NodeVisitor):
     @functools.singledispatchmethod
     def apply(self, node):
         self.met.append(node.getName() or type(node).__name__)
-        assert self.getNodePath()[-1] == node
+        assert here(self) == node
         self.traverse(node)
 
     @apply.register
     def _(self, node: osg.Switch):
         self.met.append(f"switch with {len(node)}")
+
+
+def here(visitor):
+    """The node that a visitor is at: its path begins at the highest one."""
+    return visitor.getNodePath()[0 if visitor.getTraversalMode() == osg.NodeVisitor.TRAVERSE_PARENTS else -1]
 
 
 def test_visitors_meet_every_node_as_what_it_is():
@@ -107,9 +113,10 @@ def test_visitors_meet_every_node_as_what_it_is():
     visitor = Names()
     root.accept(visitor)
     assert visitor.met == ["root", "switch with 0"]
+    root[0].setNodeMask(1)
     upwards = Names(osg.NodeVisitor.TRAVERSE_PARENTS)
     root[0][0].accept(upwards)
-    assert upwards.met == ["leaf", "root"] and upwards.getNodePath() == []
+    assert upwards.met == ["leaf", "moved", "root"] and upwards.getNodePath() == []
 
 
 class Failing(osg.NodeVisitor):
@@ -119,7 +126,7 @@ class Failing(osg.NodeVisitor):
         try:
             self.traverse(node)
         finally:
-            assert self.getNodePath()[-1] == node
+            assert here(self) == node
 
 
 @pytest.mark.parametrize("mode", [osg.NodeVisitor.TRAVERSE_ALL_CHILDREN, osg.NodeVisitor.TRAVERSE_PARENTS])
@@ -232,7 +239,6 @@ def test_errors_of_callbacks_reach_whoever_sent_the_visitor():
         def __call__(self, node, visitor):
             fail(node, visitor)
 
-    import zorPython
     fails = Fail()
     for callback in (fail, fails):
         root[0].setUpdateCallback(callback)
@@ -244,6 +250,7 @@ def test_errors_of_callbacks_reach_whoever_sent_the_visitor():
             raised = True
         # Where an application's script manager is there it has the error, and the frame went on.
         assert raised != (sum(error.count for error in zorPython.getErrors()) > before)
+    zorPython.clearErrors()
 
 
 def test_functions_of_callbacks_die_with_their_nodes():
@@ -309,7 +316,7 @@ def test_billboards_keep_a_place_for_each_drawable():
     billboard.addDrawable(drawable, osg.Vec3(5, 0, 0))
     assert billboard.getPosition(0) == osg.Vec3(5, 0, 0) and billboard.getBound().center().x() == 5
     for change in (lambda: billboard.addChild(drawable), billboard.removeChildren, lambda: billboard.setChild(0, drawable)):
-        with pytest.raises(RuntimeError, match="billboard"):
+        with pytest.raises((RuntimeError, ValueError), match="billboard"):
             change()
     assert billboard.removeDrawable(drawable) and len(billboard) == 0
 

@@ -228,7 +228,7 @@ def test_files_and_bytes(tmp_path):
     finally:
         osgDB.setDataFilePathList(folders)
     # The visualisation layer takes the same options.
-    assert zorOSG.readNodeFile(str(tmp_path / "models" / "square.osgb"), options).getNumChildren() == 1
+    assert zorOSG.readNodeFile(str(tmp_path / "models" / "square.osgb"), options).asGroup().getNumChildren() == 1
     assert zorOSG.readNodeFile(str(tmp_path / "models" / "square.osgb"), None, False) is not None
 
 

@@ -109,7 +109,7 @@ public:
   }
   /** \param font - None for the one that is built in */
   void setFont(osgText::Font* font) { $self->setFont(osg::ref_ptr<osgText::Font>(font)); }
-  /** \param filename - font file; RuntimeError with its name if it can't be read */
+  /** \param filename - font file, or name of a font: the nearest that is installed is taken; RuntimeError with the name if there is none */
   void setFont(std::string const& filename) {
     osg::ref_ptr<osgText::Font> const font = osgText::readRefFontFile(filename);
     if (!font) throw std::runtime_error("can't read font file '" + filename + "'");
@@ -141,7 +141,7 @@ public:
 } // namespace osgText
 
 %inline %{
-/** \param filename - font file; RuntimeError with its name if it can't be read \return the font */
+/** \param filename - font file, or name of a font: the nearest that is installed is taken; RuntimeError with the name if there is none \return the font */
 static osgText::Font* readFontFile(std::string const& filename) {
   osg::ref_ptr<osgText::Font> font = osgText::readRefFontFile(filename);
   if (!font) throw std::runtime_error("can't read font file '" + filename + "'");

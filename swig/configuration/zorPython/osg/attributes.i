@@ -22,6 +22,10 @@ OSG_OWNED(TexMat)
 OSG_OWNED(AlphaFunc)
 OSG_OWNED(ClipPlane)
 
+// Constants of the base class have these names already.
+%rename(NO_COLOR) osg::Material::OFF;
+%rename(POINT_TYPE) osg::StateAttribute::POINT;
+
 // A colour, or other value, that a class shows of itself.
 %define OSG_SHOWN(CLASS, TYPE, NAME)
 %feature("pythonappend") CLASS::get##NAME %{
@@ -69,7 +73,7 @@ public:
   enum Face { FRONT = 0x0404, BACK = 0x0405, FRONT_AND_BACK = 0x0408 };
   enum ColorMode { AMBIENT = 0x1200, DIFFUSE = 0x1201, SPECULAR = 0x1202, EMISSION = 0x1600, AMBIENT_AND_DIFFUSE = 0x1602, OFF = 0x0B57 };
   Material();
-  /** \param mode - which colour the geometry's own colours stand for; OFF: none */
+  /** \param mode - which colour the geometry's own colours stand for; NO_COLOR: none */
   void setColorMode(ColorMode mode);
   ColorMode getColorMode() const;
   void setAmbient(Face face, osg::Vec4f const& ambient);

@@ -81,6 +81,7 @@ static void zorCheckPaths(osg::Node* node, osg::Node* halt) {
 ZOR_SEQUENCE_GUARD(osg::Group::getChild)
 ZOR_SEQUENCE_GUARD(osg::Geode::getDrawable)
 ZOR_SEQUENCE_GUARD(osg::Node::getParent)
+ZOR_SEQUENCE_GUARD(osg::Node::_description)
 ZOR_SEQUENCE_GUARD(osg::Group::setChild)
 
 namespace osg {
@@ -154,7 +155,9 @@ public:
     }
     return list;
   }
-  std::string _description(unsigned int index) const { return $self->getDescription(index); }
+  std::string _description(ptrdiff_t index) const {
+    return $self->getDescription(static_cast<unsigned int>(zorBinding::checkedIndex(index, $self->getNumDescriptions())));
+  }
   void _setUpdateCallback(osg::Callback* callback) { $self->setUpdateCallback(callback); }
   void _addUpdateCallback(osg::Callback* callback) { zorAddCallback(*$self, &osg::Node::getUpdateCallback, &osg::Node::setUpdateCallback, callback); }
   void _setEventCallback(osg::Callback* callback) { $self->setEventCallback(callback); }

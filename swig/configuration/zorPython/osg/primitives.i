@@ -29,9 +29,14 @@ public:
   /** \param mode - a Mode */
   void setMode(unsigned int mode);
   int getNumInstances() const;
-  /** \param number - how often it is drawn; a shader tells the instances apart. 0: once, without instances */
-  void setNumInstances(int number);
 };
+%extend PrimitiveSet {
+  /** \param number - how often it is drawn, 0 to 1,000,000; a shader tells the instances apart. 0: once, without instances */
+  void setNumInstances(int number) {
+    if (number < 0 || number > 1000000) throw std::invalid_argument("a primitive set has 0 to 1,000,000 instances");
+    $self->setNumInstances(number);
+  }
+}
 
 /** Vertices in a row. */
 class DrawArrays : public PrimitiveSet {

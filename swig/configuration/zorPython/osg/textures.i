@@ -60,9 +60,9 @@ public:
   osg::Image* getImage();
 };
 %extend Texture2D {
-  /** Sets the size of a texture without an image (pixels, 1 to 16384). */
+  /** Sets the size of a texture without an image (pixels, 1 to 8192). */
   void setTextureSize(int width, int height) {
-    if (width < 1 || width > 16384 || height < 1 || height > 16384) throw std::invalid_argument("a texture is 1 to 16384 pixels wide and high");
+    if (width < 1 || width > 8192 || height < 1 || height > 8192) throw std::invalid_argument("a texture is 1 to 8192 pixels wide and high");
     $self->setTextureSize(width, height);
   }
 }

@@ -97,7 +97,11 @@ static void _smooth(osg::Node& node, double creaseAngle) {
 
 static void _tessellate(osg::Geometry& geometry) {
   zorPrepareForTools(geometry);
-  if (!dynamic_cast<osg::Vec3Array*>(geometry.getVertexArray())) throw std::invalid_argument("the vertices are not in a Vec3Array");
+  auto const* vertices = dynamic_cast<osg::Vec3Array const*>(geometry.getVertexArray());
+  if (!vertices) throw std::invalid_argument("the vertices are not in a Vec3Array");
+  for (osg::Vec3 const& vertex : *vertices) {
+    if (!vertex.valid()) throw std::invalid_argument("a vertex is no number");
+  }
   osgUtil::Tessellator tessellator;
   tessellator.setTessellationType(osgUtil::Tessellator::TESS_TYPE_GEOMETRY);
   tessellator.setWindingType(osgUtil::Tessellator::TESS_WINDING_ODD);

@@ -27,8 +27,13 @@ static PyObject* zorNodeList(osg::NodePath const& path) {
 // What Python gets of an object that it may override: the object that does so, else a proxy.
 template <class Object>
 static PyObject* zorWrapDirector(Object* object, swig_type_info* type) {
-  PyObject* known = object ? zorDirectorObject(object) : nullptr;
-  return known ? known : zorWrapNode(object, type);
+  auto* director = dynamic_cast<Swig::Director*>(object);
+  PyObject* self = director ? director->swig_get_self() : nullptr;
+  SwigPyObject* wrapped = self ? SWIG_Python_GetSwigThis(self) : nullptr;
+  auto const* data = wrapped ? static_cast<SwigPyClientData const*>(wrapped->ty->clientdata) : nullptr;
+  // A plain proxy stands in for an object that has died, and is the director's own.
+  bool const overrides = data && data->klass != reinterpret_cast<PyObject*>(Py_TYPE(self));
+  return overrides ? Py_NewRef(self) : zorWrapNode(object, type);
 }
 
 // Calls a Python function for a node, then goes on to the children.

@@ -114,11 +114,7 @@ static PyObject* zorDirectorObject(Object* object) {
   bool const isStandIn = data && data->klass == reinterpret_cast<PyObject*>(Py_TYPE(self)) &&
                          wrapped->ptr == dynamic_cast<void*>(object);
   if (!isStandIn) return Py_NewRef(self);
-  if constexpr (requires { object->reference(); }) {
-    object->reference();
-  } else {
-    object->ref(); // of the scene graph
-  }
+  object->reference();
   return SWIG_NewPointerObj(wrapped->ptr, wrapped->ty, SWIG_POINTER_OWN);
 }
 %}
