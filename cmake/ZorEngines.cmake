@@ -21,7 +21,7 @@ zor_import_pkg(OpenSceneGraph openscenegraph openscenegraph-osg openscenegraph-o
   openscenegraph-osgSim openthreads)
 zor_import_pkg(Egl egl gl)
 zor_import_pkg(Urdf urdfdom console_bridge)
+zor_import_pkg(X11 x11)
 
 # Archives: binary by cereal, JSON by the parser that cereal comes with.
 zor_import_pkg(Archives cereal RapidJSON)
-zor_import_pkg(X11 x11)

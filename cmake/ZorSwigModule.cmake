@@ -19,7 +19,9 @@ endif()
 set(ZOR_SWIG_DIR ${PROJECT_SOURCE_DIR}/swig/configuration/zorPython)
 set(ZOR_SWIG_INCLUDE_DIRS ${ZOR_SWIG_DIR} ${PROJECT_SOURCE_DIR}/binding ${PROJECT_SOURCE_DIR}/binding/classes
   ${PROJECT_SOURCE_DIR}/toolkit/core/include ${PROJECT_SOURCE_DIR}/toolkit/physics/include
-  ${PROJECT_SOURCE_DIR}/toolkit/model/include ${PROJECT_SOURCE_DIR}/toolkit/python/include ${PROJECT_SOURCE_DIR}/toolkit/osg/include)
+  ${PROJECT_SOURCE_DIR}/toolkit/model/include ${PROJECT_SOURCE_DIR}/toolkit/terrain/include
+  ${PROJECT_SOURCE_DIR}/toolkit/sensor/include
+  ${PROJECT_SOURCE_DIR}/toolkit/python/include ${PROJECT_SOURCE_DIR}/toolkit/osg/include)
 
 set(ZOR_WRAPPER_STEPS name_swig_types order_static_variables guard_swig_runtime shorten_calls)
 

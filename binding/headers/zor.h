@@ -3,6 +3,7 @@
 
 #include <zor/AffineMatrix4x4.h>
 #include <zor/BallJoint.h>
+#include <zor/BoundingAABB.h>
 #include <zor/Callback.h>
 #include <zor/Component.h>
 #include <zor/Constraint.h>
@@ -13,9 +14,12 @@
 #include <zor/Emitter.h>
 #include <zor/EmitterBase.h>
 #include <zor/Event.h>
+#include <zor/ForceStatistics.h>
 #include <zor/Frame.h>
+#include <zor/GearJoint.h>
 #include <zor/HighAccuracyTimer.h>
 #include <zor/Hinge.h>
+#include <zor/Line.h>
 #include <zor/LockJoint.h>
 #include <zor/Material.h>
 #include <zor/Matrix3x3.h>
@@ -38,9 +42,11 @@
 #include <zor/RigidBody.h>
 #include <zor/RigidBodyDistribution.h>
 #include <zor/RigidBodyEmitter.h>
+#include <zor/UniversalJoint.h>
 #include <zor/Vec2.h>
 #include <zor/Vec3.h>
 #include <zor/Vec4.h>
+#include <zor/WheelJoint.h>
 #include <zor/ref_ptr.h>
 #include <zorSDK/Simulation.h>
 #include <zorStream/Serializable.h>

@@ -31,16 +31,18 @@ struct Memory {
   long itemSize = 1;
   long shape[3] = {0, 0, 0};
   int dimensions = 1;
-  long rowStride = 0; ///< bytes from one row to the next; 0 when packed
+  long rowStride = 0;           ///< bytes from one row to the next; 0 when packed
+  PyObject* owner = nullptr;    ///< kept alive by the view and its copies, if there is one; borrowed here
+  void const* vector = nullptr; ///< marked as shown (VectorWatch.h) while there is a view with an owner
 };
 
-/** \return a new memoryview over the memory, or null with an error set. It does not keep the memory alive:
- * only hand it out through __buffer__, whose caller holds the object. */
+/** \return a new memoryview over the memory, or null with an error set. Without an owner it does not keep the
+ * memory alive: only hand it out through __buffer__, whose caller holds the object. */
 PyObject* newMemoryView(Memory const& memory);
 
-/** \return a new memoryview of packed elements with the given shape */
+/** \return packed elements with the given shape */
 template <class T>
-PyObject* memoryOf(T* data, std::initializer_list<long> shape) {
+Memory packedMemory(T* data, std::initializer_list<long> shape) {
   Memory memory;
   memory.data = data;
   memory.format = formatOf<T>();
@@ -49,6 +51,15 @@ PyObject* memoryOf(T* data, std::initializer_list<long> shape) {
   for (long const size : shape) {
     memory.shape[memory.dimensions++] = size;
   }
+  return memory;
+}
+
+/** \return a new memoryview of packed elements with the given shape; it keeps an owner alive, if there is one
+ */
+template <class T>
+PyObject* memoryOf(T* data, std::initializer_list<long> shape, PyObject* owner = nullptr) {
+  Memory memory = packedMemory(data, shape);
+  memory.owner = owner;
   return newMemoryView(memory);
 }
 

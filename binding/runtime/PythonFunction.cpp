@@ -51,4 +51,18 @@ std::function<void(bool)> boolFunctionOf(PyObject* callable, std::string label) 
   };
 }
 
+std::function<void(void*)> objectFunctionOf(PyObject* callable, PyObject* (*wrap)(void*), std::string label) {
+  return [kept = keep(callable), wrap, label = std::move(label)](void* object) {
+    PyGILState_STATE const lock = PyGILState_Ensure();
+    PyObject* argument = wrap(object);
+    if (argument) {
+      callLocked(kept.get(), argument, label);
+      Py_DECREF(argument);
+    } else {
+      registerDirectorError(label.c_str(), label.c_str(), "binding/runtime/PythonFunction.cpp", 0);
+    }
+    PyGILState_Release(lock);
+  };
+}
+
 } // namespace zorBinding

@@ -19,4 +19,8 @@ std::function<void()> functionOf(PyObject* callable, std::string label);
 /** As functionOf(), for a callable that takes a bool. */
 std::function<void(bool)> boolFunctionOf(PyObject* callable, std::string label);
 
+/** As functionOf(), for a callable that takes an object. \param wrap - makes its Python object, a new
+ * reference */
+std::function<void(void*)> objectFunctionOf(PyObject* callable, PyObject* (*wrap)(void*), std::string label);
+
 } // namespace zorBinding

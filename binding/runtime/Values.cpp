@@ -1,3 +1,5 @@
+#include <Python.h>
+
 #include "runtime/Values.h"
 
 #include <charconv>
@@ -8,9 +10,13 @@ namespace {
 
 template <class Number>
 std::string shortest(Number number) {
-  char text[64];
-  auto const result = std::to_chars(text, text + sizeof text, number);
-  return std::string(text, result.ptr);
+  char buffer[64];
+  auto const result = std::to_chars(buffer, buffer + sizeof buffer, number);
+  std::string const text(buffer, result.ptr);
+  if (!std::isfinite(number)) {
+    return "float('" + text + "')";
+  }
+  return text == "-0" ? "-0.0" : text; // the whole number has no sign
 }
 
 } // namespace
@@ -21,6 +27,11 @@ std::size_t checkedIndex(std::ptrdiff_t index, std::size_t size) {
     throw std::out_of_range("index out of range");
   }
   return static_cast<std::size_t>(index < 0 ? index + count : index);
+}
+
+void throwOverflow() {
+  PyErr_SetString(PyExc_OverflowError, "the result is too large for the type of the components");
+  throw std::runtime_error("the Python error says what is wrong");
 }
 
 std::string numberText(double number) {

@@ -92,8 +92,15 @@ void beginExport(void const* vector) {
 }
 
 void endExport(void const* vector) {
-  if (Record* record = findRecord(vector)) {
-    --record->exports;
+  Record* record = findRecord(vector);
+  if (record && --record->exports == 0 && record->elements.empty()) {
+    records().erase(vector);
+  }
+}
+
+void refuseIfShown(void const* vector) {
+  if (Record const* record = findRecord(vector)) {
+    refuseIfShown(*record);
   }
 }
 

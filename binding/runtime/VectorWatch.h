@@ -44,6 +44,9 @@ void const* vectorOfElement(PyObject const* object);
 void beginExport(void const* vector);
 void endExport(void const* vector);
 
+/** Throws std::runtime_error, with a Python BufferError pending, while the storage is shown to Python. */
+void refuseIfShown(void const* vector);
+
 /**
  * Before a vector goes: objects that still point to its elements become owners of copies.
  * Throws std::runtime_error, with a Python BufferError pending, while the storage is shown to Python.

@@ -2,8 +2,8 @@
 
 import pytest
 
-MODULES = ["osg", "osgDB", "osgGA", "osgText", "osgViewer", "zor", "zorCollide", "zorIO", "zorOSG", "zorPython",
-           "zorRender", "zorSDK", "zorStream"]
+MODULES = ["osg", "osgDB", "osgGA", "osgText", "osgViewer", "zor", "zorCable", "zorCollide", "zorIO", "zorModel", "zorNet",
+           "zorOSG", "zorPython", "zorRender", "zorSDK", "zorSensor", "zorStream", "zorTerrain", "zorUtil", "zorWire"]
 
 
 def error_text(kind, function, *arguments):

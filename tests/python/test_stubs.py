@@ -13,8 +13,8 @@ import textwrap
 import pytest
 import zor
 
-MODULES = ["zor", "zorStream", "zorIO", "zorRender", "zorCollide", "zorSDK", "zorPython", "zorOSG",
-           "osg", "osgDB", "osgText", "osgGA", "osgViewer"]
+MODULES = ["zor", "zorStream", "zorIO", "zorRender", "zorCollide", "zorSDK", "zorPython", "zorOSG", "zorUtil", "zorModel",
+           "zorWire", "zorCable", "zorTerrain", "zorSensor", "zorNet", "osg", "osgDB", "osgText", "osgGA", "osgViewer"]
 STUBS = pathlib.Path(zor.__file__).parent
 EXAMPLES = pathlib.Path(__file__).parents[2] / "examples"
 LARGEST_SHARE_OF_ANY = 0.005
@@ -32,6 +32,18 @@ RIGHT = """
     [element.cross(element).length() for element in zor.Vec3Vector([(1, 2, 3)])]
     memoryview(zor.RealVector(range(3))).tobytes()
     zor.Matrix3x3().getRow(0), zor.AffineMatrix4x4()[3, 3]
+    zor.RigidBody("box").setPosition((0, 0, 1))
+    pair: tuple[float, ...] = zor.Vec3(x, y, z)[:2]
+    zor.Vec2(pair) + (1, 2) - zor.Vec2([1.0, 2.0])
+    zor.AffineMatrix4x4([[1, 0, 0, 0], [0, 1, 0, 0], (0, 0, 1, 0), zor.AffineMatrix4x4()[3]]).equals(zor.AffineMatrix4x4())
+    names = zor.StringVector(["a", "b"])
+    names += ("c",)
+    last: str = names.pop().upper()
+    zor.Vec3Vector([(1, 2, 3)]).insert(0, (1, 2, 3))
+    zor.Vec3Vector([(1, 2, 3)])[:1] = [(1, 2, 3), zor.Vec3()]
+    osg.ImageVector([osg.Image()]).pop().getTotalSizeInBytes()
+    zorUtil.CatmullRomSpline([(0, 0, 0), zor.Vec3(1, 1, 1)], 0.5).evaluate(0.5).length()
+    zorCollide.Geometry().getShapeChangeEvent().add(lambda geometry: print(geometry.getName()))
     zor.Callback(lambda: None)
     zor.BoolEvent().add(lambda value: print(value))
     zorRender.RenderData().setVertices([(0, 0, 0), zor.Vec3()])
@@ -51,8 +63,11 @@ WRONG = """
     zor.Vec3(1, 2)
     zor.Vec3(1, 2, 3).w()
     zor.Vec3i(1.5, 2, 3)
+    zor.StringVector([1])
+    zor.StringVector(["a"]).append(1)
+    zor.Vec3(1, 2, 3) + "abc"
     zor.Vec3() + 1
-    zor.RigidBody("box").setPosition((0, 0, 1))
+    zor.RigidBody("box").setPosition("001")
     zor.RigidBody.STATIK
     zor.Listener()
     zor.RealVector(["a"])

@@ -9,15 +9,19 @@ SCALARS |= dict.fromkeys(("int", "long", "short", "size_t", "ptrdiff_t", "signed
 
 # Elements that iterables are read as, by their C++ name.
 NUMBERS = {"double": "float", "float": "float", "std::string": "str"}
-NUMBERS |= dict.fromkeys(("int", "uint32_t", "uint8_t", "size_t"), "int")
+NUMBERS |= dict.fromkeys(("int", "int64_t", "uint64_t", "uint32_t", "uint8_t", "size_t"), "int")
 
 # Python objects that C++ takes or makes itself: (flat function, argument or "return").
 PYTHON_OBJECTS = {
     ("new_Callback", 1): "Callable[[], object]",
+    ("new_Matrix3x3", 1): "Iterable[Iterable[float]] | Iterable[float]",
+    ("new_AffineMatrix4x4", 1): "Iterable[Iterable[float]] | Iterable[float]",
+    ("new_Matrixd", 1): "Iterable[Iterable[float]] | Iterable[float]",
     ("Simulation_toBytes", "return"): "bytes",
     ("Simulation_fromBytes", 2): "bytes | bytearray | memoryview",
     ("Event_add", 2): "Callable[[], object]",
     ("BoolEvent_add", 2): "Callable[[bool], object]",
+    ("ShapeChangeEvent_add", 2): "Callable[[Geometry], object]",
     ("Camera_getViewport", "return"): "tuple[float, float, float, float] | None",
     ("GeometryNodePtrVector___iter__", "return"): "Iterator[GeometryNode]",
     # One class serves the vectors of all element types, so what it points to is not known.

@@ -7,16 +7,9 @@ from . import docstrings
 
 # Signatures of the hand-written methods, by name and parameters. `Element` is what the class is a sequence of.
 HAND_WRITTEN = {
-    "clear(self)": ["(self) -> None"],
-    "reserve(self, capacity)": ["(self, capacity: int) -> None"],
-    "append(self, value)": ["(self, value: Element) -> None"],
-    "extend(self, values)": ["(self, values: Iterable[Element]) -> None"],
-    "insert(self, index, value)": ["(self, index: int, value: Element) -> None"],
+    "pop(self, index=-1)": ["(self, index: int = -1, /) -> Element"],
     "__getitem__(self, index)": ["(self, index: int, /) -> Element", "(self, index: slice, /) -> Self"],
-    "__setitem__(self, index, value)": ["(self, index: int, value: Element, /) -> None"],
-    "__delitem__(self, index)": ["(self, index: int, /) -> None"],
-    "__contains__(self, value)": ["(self, value: object, /) -> bool"],
-    "__getitem__(self, at)": ["(self, at: tuple[int, int], /) -> float"],
+    "__getitem__(self, at)": ["(self, at: tuple[int, int], /) -> float", "(self, at: int, /) -> tuple[float, ...]"],
     "__setitem__(self, at, value)": ["(self, at: tuple[int, int], value: float, /) -> None"],
     "__len__(self)": ["(self) -> int"],
     "__repr__(self)": ["(self) -> str"],
@@ -68,7 +61,8 @@ class Function:
         self.annotated = node.returns is not None
         self.source = node
         self.flat = self._flat_name(node, module)
-        self.named_prototypes = re.findall(rf"^{node.name}\(.*", re.sub(r"\n\s+", " ", described.get(node.name, "")), re.M)
+        name = r"\w+" if node.name == "__init__" else node.name  # constructors of renamed classes have the C++ name
+        self.named_prototypes = re.findall(rf"^{name}\(.*", re.sub(r"\n\s+", " ", described.get(node.name, "")), re.M)
 
     @staticmethod
     def _flat_name(node, module):

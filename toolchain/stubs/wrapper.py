@@ -28,8 +28,6 @@ class Wrapper:
         self._bodies = dict(_FUNCTION.findall(source))
         self.constants = {name: cpptypes.SCALARS.get(kind) for name, kind in re.findall(
             r'SWIG_Python_SetConstant\(d, "(\w+)",\s*SWIG_(?:Python_)?From_(\w+)\(', source)}
-        self._makers = {maker: (kind, scalar) for maker, kind, scalar in re.findall(
-            r"^SWIGINTERN .*\*(new_\w+)\(PyObject \*\w+\)\{ return zorBinding::(new\w+)<\s*([\w:]+)", source, re.M)}
         self.variables = re.findall(r'SWIG_addvarlink\(globals, "(\w+)", (\w+)', source)
         self._variable_getters = dict(
             re.findall(r"^SWIGINTERN PyObject \*(\w+_get)\(void\) \{\n(.*?)^\}\n", source, re.M | re.S))
@@ -69,6 +67,10 @@ class Wrapper:
         place = rf"swig_obj\[{index}\]"
         found = re.search(rf"argument {index + 1} of type '([^']*)'", body)
         spelled = found[1] if found else ""
+        if found := re.search(rf"zorReadValue<(\d+)>\({place}, SWIGTYPE(_p_\w+),[^;]*?(zorIs\w+)\({place}", body):
+            return self._value_argument(int(found[1]), self._class(found[2]), found[3] == "zorIsIterable")
+        if re.search(rf"PyIndex_Check\({place}", body):
+            return "int"
         if re.search(rf"zorIsIterable\({place}", body):
             return self._iterable_argument(body, place)
         if found := re.search(rf"SWIG_AsVal_(\w+)\({place}", body):
@@ -92,21 +94,39 @@ class Wrapper:
             if re.search(rf"PyList_Check\({place}", body):
                 name += " | list[int]" + (" | list[float]" if "Real" in spelled else "")
             return name + (" | None" if nullable else "")
-        return cpptypes.PYTHON_OBJECTS.get((flat, index + 1)) or self._made_of_iterable(body)
+        return cpptypes.PYTHON_OBJECTS.get((flat, index + 1)) or self._any_argument(flat, index)
+
+    @staticmethod
+    def _value_argument(count, name, is_iterable):
+        """Where a value is read, its components may be given; of a list nobody knows how many they are."""
+        number = "int" if re.search(r"Vec\d[iu]$", name) else "float"
+        if is_iterable:
+            return f"Iterable[{number}]"
+        return f"{name} | tuple[{', '.join([number] * count)}]"
+
+    def _any_argument(self, flat, index):
+        """What methods of sequences take that is no object of C++."""
+        if flat.endswith("___contains__") and index == 1:
+            return "object"
+        if flat.endswith("___setitem__") and index == 2:
+            return f"Iterable[{self._item(flat.replace('set', 'get'))}]"
+        return None
+
+    def _item(self, flat):
+        """What a sequence gives for a position."""
+        first = f"{flat}__SWIG_0"
+        return self._result(first, self._bodies[first])
 
     def _iterable_argument(self, body, place):
         """Where a vector is read, the simulation modules take any iterable."""
         if found := re.search(rf"newNumberVector<(\w+)>\({place}", body):
             return f"Iterable[{cpptypes.NUMBERS[found[1]]}]"
+        if re.search(rf"newTextVector<.*>\({place}", body):
+            return "Iterable[str]"
+        if found := re.search(rf"zorNewObjectVector<\s*zor::Vector<\s*(.*?)\s*>\s*>\({place}", body):
+            name = self._registry.python_element(self._module, re.sub(r"^\w+::ref_ptr<\s*(.*?)\s*>$", r"\1", found[1]))
+            return name and f"Iterable[{name}]"
         return "Iterable[Iterable[float]]" if re.search(rf"newValueVector<.*>\({place}", body) else None
-
-    def _made_of_iterable(self, body):
-        """Constructors of vectors take any iterable of numbers, or of rows of numbers."""
-        found = re.search(r"\)(new_\w+)\(arg1\)", body)
-        kind, scalar = self._makers.get(found[1], ("", "")) if found else ("", "")
-        if kind == "newNumberVector":
-            return f"Iterable[{cpptypes.NUMBERS[scalar]}]"
-        return "Iterable[Iterable[float]]" if kind == "newValueVector" else None
 
     def _result(self, flat, body):
         statements = re.findall(r"resultobj = ([^;]*);", body)
@@ -130,6 +150,8 @@ class Wrapper:
             return name and f"tuple[{name}, ...]"
         if statement.startswith("Py_NewRef(swig_obj[0])"):
             return "Self"
+        if flat.endswith("___getitem__") and statement == "result" and "PySlice_Check(swig_obj[1])" in body:
+            return f"tuple[{self._item(flat)}, ...]"
         if statement.startswith("PyList_New(0)") and "= SWIG_FromCharPtrAndSize(" in body:
             return "list[str]"
         return cpptypes.PYTHON_OBJECTS.get((flat, "return"))

@@ -33,4 +33,5 @@
 %include "osg/shaders.i"
 %include "osg/state.i"
 %include "osg/image.i"
+%include "osg/image_vector.i"
 %include "osg/tools.i"

@@ -38,11 +38,66 @@ ZOR_INNER_RESULT(zorCollide::GeometryContact::getPoints)
 %include <zorCollide/RenderData.h>
 %include <zorCollide/TextureData.h>
 
+// A reference as an object of its own, for functions that take one.
+namespace zor {
+template <class T>
+class ref_ptr {
+public:
+  ref_ptr();
+  /** \param object - what it refers to, or None */
+  ref_ptr(T* object);
+  /** \return what it refers to, or None */
+  T* get() const;
+};
+}
+%template(TextureDataRef) zor::ref_ptr<zorCollide::TextureData>;
+
 %include <zorCollide/ContactPoint.h>
+
+%{
+#include "runtime/PythonFunction.h"
+
+static PyObject* zorWrapGeometry(void* geometry) {
+  return zorWrapShared(static_cast<zorCollide::Geometry*>(geometry), SWIGTYPE_p_zorCollide__Geometry);
+}
+%}
+%rename(ShapeChangeListener) zorCollide::Geometry::ShapeChangeEvent::CallbackType;
+%feature("flatnested") zorCollide::Geometry::ShapeChangeEvent;
+%feature("flatnested") zorCollide::Geometry::ShapeChangeEvent::CallbackType;
+%nodefaultctor zorCollide::Geometry::ShapeChangeEvent;
+%newobject zorCollide::Geometry::ShapeChangeEvent::add;
+%extend zorCollide::Geometry::ShapeChangeEvent {
+  /**
+   * Adds a function.
+   * \param function - called with the geometry whose shapes have changed
+   * \return the listener: the function listens as long as it is kept
+   */
+  zorCollide::Geometry::ShapeChangeEvent::CallbackType* add(PyObject* function) {
+    auto const call = zorBinding::objectFunctionOf(function, zorWrapGeometry, "zorCollide::Geometry::ShapeChangeEvent");
+    return new zorCollide::Geometry::ShapeChangeEvent::CallbackType(
+        $self->add([call](zorCollide::Geometry* geometry) { call(geometry); }));
+  }
+}
+%extend zorCollide::Geometry::ShapeChangeEvent {
+  %pythoncode %{
+    def __repr__(self):
+        return f"<ShapeChangeEvent, {self.getNumListeners()} listening>"
+  %}
+}
+%extend zorCollide::Geometry::ShapeChangeEvent::CallbackType {
+  %pythoncode %{
+    def __repr__(self):
+        return f"<ShapeChangeListener, {'listening' if self.isValid() else 'reset'}>"
+  %}
+}
+ZOR_INNER_RESULT(zorCollide::Geometry::getShapeChangeEvent)
 %include <zorCollide/Geometry.h>
 ZOR_OBJECT_VECTOR(ContactPointVector, zorCollide::ContactPoint)
 %include <zorCollide/GeometryContact.h>
 ZOR_OBJECT_VECTOR(LocalGeometryContactVector, zorCollide::GeometryContact)
 %include <zorCollide/RayHit.h>
 ZOR_OBJECT_VECTOR(RayHitVector, zorCollide::RayHit)
+ZOR_INNER_RESULT(zorCollide::RayTable::getGeometryIndices)
+%copyctor zorCollide::RayTable;
+%include <zorCollide/RayTable.h>
 %include <zorCollide/Space.h>

@@ -1,4 +1,4 @@
-%module(directors="1", threads="1", docstring="Models read from files: robots and meshes.") zorModel
+%module(directors="1", threads="1", docstring="Models beyond single bodies: robots and meshes from files, pressure on a surface.") zorModel
 
 // Siblings first: a type is known by the module that wraps it.
 %pythonbegin %{
@@ -22,6 +22,16 @@ import zorSDK
 %import "zorCollide.i"
 %import "zorSDK.i"
 
+ZOR_SHARED(zorModel::PressureFieldRenderer)
+
+%copyctor zorModel::TriangleData;
+%ignore zorModel::TriangleData::operator==;
+ZOR_RECORD(zorModel::TriangleData, TriangleData,
+           *(self.getVertex(i) for i in range(3)), *(self.getPressure(i) for i in range(3)))
+%include <zorModel/TriangleData.h>
+%nodefaultctor zorModel::PressureFieldRenderer;
+%include <zorModel/PressureFieldRenderer.h>
+
 %include <zorModel/ReadMesh.h>
 
 %copyctor zorModel::UrdfJoint;
@@ -38,3 +48,13 @@ import zorSDK
 ZOR_OBJECT_VECTOR(UrdfJointVector, zorModel::UrdfJoint)
 ZOR_INNER_RESULT(zorModel::UrdfReader::getJoints)
 %include <zorModel/UrdfReader.h>
+
+ZOR_SHARED(zorModel::PressureFieldRenderer)
+
+%copyctor zorModel::TriangleData;
+%ignore zorModel::TriangleData::operator==;
+ZOR_RECORD(zorModel::TriangleData, TriangleData,
+           *(self.getVertex(i) for i in range(3)), *(self.getPressure(i) for i in range(3)))
+%include <zorModel/TriangleData.h>
+%nodefaultctor zorModel::PressureFieldRenderer;
+%include <zorModel/PressureFieldRenderer.h>

@@ -17,7 +17,11 @@ ZOR_SHARED(zorRender::RenderData)
 ZOR_SHARED(zorRender::RenderMaterial)
 
 %ignore zorRender::Color::operator==;
-%copyctor zorRender::Color;
+%{
+// Colours without alpha are opaque.
+template <>
+inline constexpr int zorBinding::FEWEST_COMPONENTS<zorRender::Color, 4> = 3;
+%}
 ZOR_VALUE(zorRender::Color, Color, float, 4)
 %include <zorRender/Color.h>
 ZOR_VALUE_VECTOR(ColorVector, zorRender::Color, 4)

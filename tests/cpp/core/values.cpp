@@ -168,6 +168,13 @@ TEST(Frame, RefusesCyclesAndNonsense) {
   EXPECT_TRUE(a->getMatrix().isIdentity());
 }
 
+TEST(Plane, MadeOfItsOwnNumbersIsTheSame) {
+  for (int i = 1; i < 200; ++i) {
+    zor::Plane const plane(0.1 * i, 1.0 / i, -0.37, 3.0 * i);
+    EXPECT_EQ(zor::Plane(plane.a(), plane.b(), plane.c(), plane.d()), plane) << i;
+  }
+}
+
 TEST(Plane, DistancesAndConstructions) {
   zor::Plane const plane(Vec3(0, 0, 2), Vec3(5, 5, 3));
   EXPECT_EQ(plane.distance(Vec3(1, 1, 5)), 2);

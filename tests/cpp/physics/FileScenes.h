@@ -8,9 +8,12 @@
 #include <zor/BallJoint.h>
 #include <zor/CylindricalJoint.h>
 #include <zor/DistanceJoint.h>
+#include <zor/GearJoint.h>
 #include <zor/Hinge.h>
 #include <zor/LockJoint.h>
 #include <zor/Prismatic.h>
+#include <zor/UniversalJoint.h>
+#include <zor/WheelJoint.h>
 #include <zorCollide/HeightField.h>
 
 #include "CollideSamples.h"
@@ -61,6 +64,29 @@ inline void pile(Simulation& simulation, unsigned seed = 1, int rounds = 4) {
     }
 }
 
+/** A shaft that leans, gears, and a wheel that bounces over the ground. */
+inline void drives(Simulation& simulation) {
+  auto const shaft = add(simulation, new zorCollide::Cylinder(0.1, 0.6), Vec3(0, 6, 2), "shaft");
+  auto const gear = add(simulation, new zorCollide::Cylinder(0.3, 0.2), Vec3(1, 6, 2), "gear");
+  ref_ptr<zor::UniversalJoint> const cross =
+      new zor::UniversalJoint(Vec3(0, 6, 2), Vec3(1, 0, 0), Vec3(0, 0, 1), shaft.get());
+  cross->getMotor1D(zor::UniversalJoint::FIRST_AXIS)->setEnable(true);
+  cross->getMotor1D(zor::UniversalJoint::FIRST_AXIS)->setSpeed(2);
+  simulation.add(cross.get());
+  simulation.add(new zor::Hinge(Vec3(1, 6, 2), Vec3(1, 0, 0), gear.get()));
+  simulation.add(new zor::GearJoint(shaft.get(), Vec3(1, 0, 0), gear.get(), Vec3(1, 0, 0), -0.4));
+  auto const frame = add(simulation, new zorCollide::Box(0.3, 0.1, 0.1), Vec3(3, 6, 0.9), "frame");
+  auto const wheel = add(simulation, new zorCollide::Cylinder(0.3, 0.1), Vec3(3, 6, 0.4), "wheel");
+  ref_ptr<zor::WheelJoint> const joint =
+      new zor::WheelJoint(Vec3(3, 6, 0.4), Vec3(0, 1, 0), Vec3(0, 0, 1), wheel.get(), frame.get());
+  joint->setSuspension(3000, 100, zor::RangeReal(-0.05, 0.08));
+  joint->setSteeringAngle(0.2);
+  joint->getMotor1D(zor::WheelJoint::SPIN)->setEnable(true);
+  joint->getMotor1D(zor::WheelJoint::SPIN)->setSpeed(5);
+  simulation.add(joint.get());
+  simulation.setSolverTolerance(1e-7);
+}
+
 /** A trestle of every kind of constraint, with controllers. */
 inline void machine(Simulation& simulation) {
   simulation.add(new Geometry(new zorCollide::Plane(Vec3(0, 0, 1), Vec3())));
@@ -101,6 +127,7 @@ inline void machine(Simulation& simulation) {
   ref_ptr<zor::LockJoint> const lock = new zor::LockJoint(rider.get(), nut.get());
   lock->setCompliance(1e-4);
   simulation.add(lock.get());
+  drives(simulation);
 }
 
 /** What stands still, is moved, sleeps, feels, passes through, and flies fast. */
@@ -140,6 +167,23 @@ inline void odds(Simulation& simulation) {
   table->getGeometries()[0]->addGroup(8);
   simulation.getSpace()->setEnablePair(7, 8, false);
   simulation.setNumSubSteps(2);
+  auto const lift = add(simulation, new zorCollide::Box(0.5, 0.5, 0.1), Vec3(8, 0, 0.2), "lift");
+  lift->setMotionControl(RigidBody::KINEMATICS);
+  lift->moveTo(AffineMatrix4x4(Quat(2, Vec3(0, 0, 1)), Vec3(8, 1, 2)), 7.7);
+  ref_ptr<zor::Material> const felt = new zor::Material("felt"), spring = new zor::Material("spring");
+  felt->setRollingFriction(0.01);
+  felt->setRestitution(0.7);
+  ref_ptr<zor::ContactMaterial> const soft = new zor::ContactMaterial(spring.get(), felt.get());
+  soft->setStiffness(2000);
+  soft->setDamping(30);
+  soft->setSpinningFriction(0.02);
+  simulation.add(soft.get());
+  lift->getGeometries()[0]->setMaterial(spring.get());
+  for (int i = 0; i < 3; ++i) {
+    auto const ball =
+        add(simulation, new zorCollide::Sphere(0.15), Vec3(7.8 + 0.2 * i, 0, 1 + i), "felt ball");
+    ball->getGeometries()[0]->setMaterial(felt.get());
+  }
 }
 
 inline zor::RealVector state(Simulation const& simulation) {

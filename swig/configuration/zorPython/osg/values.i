@@ -69,9 +69,6 @@ OSG_VEC2(Vec2f, float)
 OSG_VEC2(Vec2d, double)
 OSG_VEC3(Vec3f, float)
 OSG_VEC3(Vec3d, double)
-%extend osg::Vec3d {
-  Vec3d(osg::Vec3f const& other) { return new osg::Vec3d(other); }
-}
 OSG_VEC4(Vec4f, float)
 OSG_VEC4(Vec4d, double)
 
@@ -135,9 +132,7 @@ public:
 ZOR_SEQUENCE_GUARD(osg::Matrixd::get)
 ZOR_SEQUENCE_GUARD(osg::Matrixd::set)
 %copyctor osg::Matrixd;
-%feature("python:maybecall") osg::Matrixd::__mul__;
-%feature("python:maybecall") osg::Matrixd::__eq__;
-%feature("python:maybecall") osg::Matrixd::__ne__;
+ZOR_MATRIX(osg::Matrixd, Matrixd, Matrixd, 4, 4, 4)
 namespace osg {
 /** Transform for row vectors: p' = p * M, the translation in the last row; A * B applies A first. */
 class Matrixd {
@@ -178,32 +173,6 @@ typedef Matrixd Matrix;
   }
   static osg::Matrixd translate(osg::Vec3f const& v) { return osg::Matrixd::translate(v); }
   static osg::Matrixd rotate(double angle, osg::Vec3f const& axis) { return osg::Matrixd::rotate(angle, axis); }
-  osg::Matrixd __mul__(osg::Matrixd const& next) const { return *$self * next; }
-  bool __eq__(osg::Matrixd const& other) const { return *$self == other; }
-  bool __ne__(osg::Matrixd const& other) const { return *$self != other; }
-  PyObject* _memory() { return zorBinding::memoryOf($self->ptr(), {4, 4}); }
-  %pythoncode %{
-    def __buffer__(self, flags):
-        return self._memory()
-
-    def __getitem__(self, at):
-        row, column = at
-        return self.get(row, column)
-
-    def __setitem__(self, at, value):
-        row, column = at
-        self.set(row, column, value)
-
-    def __copy__(self):
-        return type(self)(self)
-
-    def __deepcopy__(self, memo):
-        return type(self)(self)
-
-    def __repr__(self):
-        rows = memoryview(self).tolist()
-        return "Matrixd(" + ", ".join(f"[{', '.join(f'{n:g}' for n in row)}]" for row in rows) + ")"
-  %}
 }
 %pythoncode %{
 Matrix = Matrixd

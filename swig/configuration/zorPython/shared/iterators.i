@@ -7,6 +7,8 @@
 //  - handles on an iterator keep it alive, and += and -= give the very object back.
 // The virtual functions of the base are in the library's order: other modules hand their iterators in.
 
+%include "shared/standard_docs.i"
+
 %{
 #include <zorPython/ScriptManager.h>
 #include <algorithm>

@@ -17,6 +17,9 @@ ZOR_SHARED(zor::CylindricalJoint)
 ZOR_SHARED(zor::BallJoint)
 ZOR_SHARED(zor::LockJoint)
 ZOR_SHARED(zor::DistanceJoint)
+ZOR_SHARED(zor::UniversalJoint)
+ZOR_SHARED(zor::WheelJoint)
+ZOR_SHARED(zor::GearJoint)
 ZOR_SHARED(zorCollide::Geometry)
 ZOR_SHARED(zorSDK::Simulation)
 
@@ -32,6 +35,8 @@ typedef zor::Vector<zor::ref_ptr<zorCollide::Geometry> > GeometryRefVector;
 %include <zor/ContactMaterial.h>
 %include <zor/MassProperties.h>
 %include <zor/RigidBody.h>
+%copyctor zor::ForceStatistics;
+%include <zor/ForceStatistics.h>
 %include <zor/Controller1D.h>
 %include <zor/Motor1D.h>
 %include <zor/Range1D.h>
@@ -44,3 +49,6 @@ typedef zor::Vector<zor::ref_ptr<zorCollide::Geometry> > GeometryRefVector;
 %include <zor/BallJoint.h>
 %include <zor/LockJoint.h>
 %include <zor/DistanceJoint.h>
+%include <zor/UniversalJoint.h>
+%include <zor/WheelJoint.h>
+%include <zor/GearJoint.h>

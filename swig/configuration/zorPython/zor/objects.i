@@ -54,27 +54,36 @@ ZOR_INNER_RESULT(zor::Frame::getLocalMatrix)
 
 %ignore zor::ScopedLock;
 %ignore zor::Mutex::operator=;
-%include <zor/Mutex.h>
-%include <zor/HighAccuracyTimer.h>
-
-%ignore zor::Plane::operator==;
-%feature("python:maybecall") zor::Plane::__eq__;
-%extend zor::Plane {
-  bool __eq__(zor::Plane const& other) const { return *$self == other; }
+%extend zor::Mutex {
   %pythoncode %{
-    def __repr__(self):
-        return f"Plane({self.a():g}, {self.b():g}, {self.c():g}, {self.d():g})"
+    def __enter__(self) -> "Mutex":
+        """Takes the lock: `with mutex:` holds it for a block."""
+        self.lock()
+        return self
+
+    def __exit__(self, *error: object) -> None:
+        self.unlock()
   %}
 }
-ZOR_INNER_RESULT(zor::Plane::getNormal)
-%include <zor/Plane.h>
+%include <zor/Mutex.h>
+%extend zor::HighAccuracyTimer {
+  %pythoncode %{
+    def __repr__(self):
+        return f"<HighAccuracyTimer, {'running' if self.isRunning() else 'stopped'} at {self.getTime():.3f} ms>"
+  %}
+}
+%include <zor/HighAccuracyTimer.h>
 
 %ignore zor::Name::Name(char const*);
 %ignore zor::Name::c_str;
 %ignore zor::Name::operator==;
 %ignore zor::Name::operator<;
 %feature("python:maybecall") zor::Name::__eq__;
+%copyctor zor::Name;
+%feature("python:maybecall") zor::Name::__lt__;
+ZOR_COPIED(zor::Name)
 %extend zor::Name {
+  bool __lt__(zor::Name const& other) const { return *$self < other; }
   bool __eq__(zor::Name const& other) const { return *$self == other; }
   size_t __hash__() const { return $self->hash() >> 4; }
   %pythoncode %{
@@ -83,6 +92,9 @@ ZOR_INNER_RESULT(zor::Plane::getNormal)
 
     def __repr__(self):
         return f"Name({self.str()!r})"
+
+    def __reduce__(self):
+        return (type(self), (self.str(),))
   %}
 }
 %ignore std::hash;
@@ -114,6 +126,12 @@ public:
   bool isValid() const;
   /** Stops listening. */
   void reset();
+  %extend {
+    %pythoncode %{
+    def __repr__(self):
+        return f"<{type(self).__name__}, {'listening' if self.isValid() else 'reset'}>"
+    %}
+  }
 };
 
 /** Keeps a function listening to an event with a truth value. */
@@ -123,6 +141,12 @@ public:
   bool isValid() const;
   /** Stops listening. */
   void reset();
+  %extend {
+    %pythoncode %{
+    def __repr__(self):
+        return f"<{type(self).__name__}, {'listening' if self.isValid() else 'reset'}>"
+    %}
+  }
 };
 
 namespace zor {
@@ -142,6 +166,17 @@ public:
   Callback(PyObject* function) {
     return new zor::Callback(zorBinding::functionOf(function, "zor::Callback"));
   }
+  %pythoncode %{
+    def __call__(self) -> None:
+        """Calls the function, if there is one."""
+        self.call()
+
+    def __bool__(self) -> bool:
+        return self.isValid()
+
+    def __repr__(self):
+        return f"<Callback, {'valid' if self else 'empty'}>"
+  %}
 }
 
 /** A signal to which any number of functions listen. */
@@ -164,6 +199,10 @@ public:
   ZorEventListener* add(PyObject* function) {
     return new ZorEventListener($self->add(zorBinding::functionOf(function, "zor::Event")));
   }
+  %pythoncode %{
+    def __repr__(self):
+        return f"<{type(self).__name__}, {self.getNumListeners()} listening>"
+  %}
 }
 
 /** A signal with a truth value to which any number of functions listen. */
@@ -186,6 +225,10 @@ public:
   ZorBoolEventListener* add(PyObject* function) {
     return new ZorBoolEventListener($self->add(zorBinding::boolFunctionOf(function, "zor::BoolEvent")));
   }
+  %pythoncode %{
+    def __repr__(self):
+        return f"<{type(self).__name__}, {self.getNumListeners()} listening>"
+  %}
 }
 
 } // namespace zor

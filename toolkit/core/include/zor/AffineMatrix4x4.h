@@ -160,10 +160,13 @@ public:
     return true;
   }
 
+#ifndef SWIG
+  /** \return true if every element differs by no more than epsilon */
   bool equals(AffineMatrix4x4T const& other, Real epsilon = 1e-6) const {
     return getLinear().equals(other.getLinear(), epsilon) &&
            getTranslate().equals(other.getTranslate(), epsilon);
   }
+#endif
 
   /** \return the transform that undoes this one \throws std::runtime_error if there is none (a scale is 0) */
   AffineMatrix4x4T inverse() const {

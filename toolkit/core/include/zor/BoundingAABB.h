@@ -57,6 +57,11 @@ public:
     return result;
   }
 
+  /** \return true for equal corners, and for two empty boxes */
+  bool operator==(BoundingAABB const& other) const {
+    return isEmpty() ? other.isEmpty() : m_min == other.m_min && m_max == other.m_max;
+  }
+
 private:
   static constexpr Real LIMIT = std::numeric_limits<Real>::infinity();
   Vec3 m_min{LIMIT, LIMIT, LIMIT};

@@ -40,16 +40,22 @@ public:
    */
   void setMatrix(AffineMatrix4x4 const& matrix);
 
+  /** \return the origin in the parent */
   Vec3 getLocalTranslate() const { return m_local.getTranslate(); }
+  /** \param translate - the origin in the parent \throws std::invalid_argument if it is not finite */
   void setLocalTranslate(Vec3 const& translate);
+  /** \return the orientation in the parent */
   Quat getLocalRotate() const { return m_local.getRotate(); }
+  /** \param rotate - the orientation in the parent \throws std::invalid_argument if it is not finite */
   void setLocalRotate(Quat const& rotate);
 
   /** \return the origin in the world */
   Vec3 getTranslate() const { return getMatrix().getTranslate(); }
+  /** \param translate - the origin in the world \throws std::invalid_argument if it is not finite */
   void setTranslate(Vec3 const& translate);
   /** \return the orientation in the world */
   Quat getRotate() const { return getMatrix().getRotate(); }
+  /** \param rotate - the orientation in the world \throws std::invalid_argument if it is not finite */
   void setRotate(Quat const& rotate);
 
   /** \param point - a point in this frame \return the point in the world */

@@ -26,6 +26,8 @@ public:
   /** \return the point at a fraction, 0 at the start and 1 at the end */
   Vec3 pointAt(Real fraction) const { return m_start + (m_end - m_start) * fraction; }
 
+  bool operator==(Line const& other) const { return m_start == other.m_start && m_end == other.m_end; }
+
 private:
   Vec3 m_start;
   Vec3 m_end;

@@ -72,10 +72,13 @@ public:
     return q;
   }
 
+#ifndef SWIG
+  /** \return true if every element differs by no more than epsilon */
   bool equals(Matrix3x3T const& other, Real epsilon = 1e-6) const {
     return m_rows[0].equals(other.m_rows[0], epsilon) && m_rows[1].equals(other.m_rows[1], epsilon) &&
            m_rows[2].equals(other.m_rows[2], epsilon);
   }
+#endif
 
   constexpr Matrix3x3T operator*(T factor) const {
     return Matrix3x3T(m_rows[0] * factor, m_rows[1] * factor, m_rows[2] * factor);

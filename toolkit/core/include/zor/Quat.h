@@ -141,10 +141,14 @@ public:
     return result;
   }
 
+  /** \return true if no component is infinite or not a number */
   bool isFinite() const { return asVec4().isFinite(); }
+#ifndef SWIG
+  /** \return true if every component differs by no more than epsilon */
   bool equals(QuatT const& other, Real epsilon = 1e-6) const {
     return asVec4().equals(other.asVec4(), epsilon);
   }
+#endif
 
   constexpr QuatT operator+(QuatT const& o) const {
     return QuatT(x() + o.x(), y() + o.y(), z() + o.z(), w() + o.w());

@@ -122,6 +122,7 @@ public:
            std::isfinite(static_cast<Real>(z()));
   }
 
+#ifndef SWIG // the binding has one for all values
   /** \return true if every component differs by no more than epsilon */
   bool equals(Vec3T const& other, Real epsilon = 1e-6) const {
     for (std::size_t i = 0; i < 3; ++i) {
@@ -131,6 +132,7 @@ public:
     }
     return true;
   }
+#endif
 
   constexpr Vec3T operator-() const { return Vec3T(-x(), -y(), -z()); }
   constexpr Vec3T operator+(Vec3T const& other) const {

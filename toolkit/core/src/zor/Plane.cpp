@@ -1,5 +1,7 @@
 #include <zor/Plane.h>
 
+#include <cmath>
+#include <limits>
 #include <sstream>
 #include <stdexcept>
 
@@ -12,7 +14,15 @@ namespace {
   throw std::invalid_argument(text.str());
 }
 
+// As far as rounding lets a normal have it: such a plane, made of its numbers once more, is the same one.
+bool hasUnitLength(Vec3 const& normal) {
+  return std::abs(normal.length2() - 1.0) < 8 * std::numeric_limits<Real>::epsilon();
+}
+
 Vec3 unit(Vec3 const& normal) {
+  if (hasUnitLength(normal)) {
+    return normal;
+  }
   Vec3 result(normal);
   if (!normal.isFinite() || result.normalize() == 0.0 || !result.isFinite()) {
     throwNoNormal(normal);
@@ -32,7 +42,8 @@ Plane::Plane(Vec3 const& normal, Vec3 const& point)
     : m_normal(unit(normal)), m_d(finite(-(m_normal * point))) {}
 
 Plane::Plane(Real a, Real b, Real c, Real d)
-    : m_normal(unit(Vec3(a, b, c))), m_d(finite(d / Vec3(a, b, c).length())) {}
+    : m_normal(unit(Vec3(a, b, c))),
+      m_d(finite(hasUnitLength(Vec3(a, b, c)) ? d : d / Vec3(a, b, c).length())) {}
 
 Plane::Plane(Vec3 const& p1, Vec3 const& p2, Vec3 const& p3) : Plane((p2 - p1) ^ (p3 - p1), p1) {}
 

@@ -82,11 +82,10 @@ public:
     RECIEVES_SHADOWS_MASK = 128 ///< What shadows fall on.
   };
 
-  /// Kinds of solvers: MULTI computes the motion of each step in several parts, for stiffer and more exact
-  /// joints at proportional cost; ITERATIVE computes it at once.
+  /// Kinds of solvers.
   enum SolverType : int {
-    MULTI = 0,      ///< Each step in several parts.
-    ITERATIVE = 1,  ///< Each step at once.
+    MULTI = 0,      ///< Motion in several parts a step: stiffer and more exact joints at proportional cost.
+    ITERATIVE = 1,  ///< Motion at once.
     NUM_SOLVERS = 2 ///< How many kinds there are.
   };
 

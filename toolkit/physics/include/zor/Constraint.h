@@ -4,6 +4,7 @@
 #include <string>
 
 #include <zor/AffineMatrix4x4.h>
+#include <zor/ForceStatistics.h>
 #include <zor/Frame.h>
 #include <zor/Object.h>
 #include <zor/RangeReal.h>
@@ -108,6 +109,18 @@ public:
    * \throws std::out_of_range For another index.
    */
   bool getLastForce(zor::UInt index, zor::Vec3& force, zor::Vec3& torque) const;
+
+  /** Collects statistics of the constraint's forces, and of those of its controllers, from now on. Costs
+   * nothing while it is off.
+   * \param enable Off by default; turning it on, also when it is on, starts again from nothing. */
+  void setEnableForceStatistics(bool enable);
+  /** \return Whether statistics are collected. */
+  bool getEnableForceStatistics() const;
+  /** \return Magnitudes, in N, of the total force on the first body in all steps since the statistics were
+   *         turned on; without any values when they are off. Steps in which the bodies sleep do not count. */
+  zor::ForceStatistics getForceStatistics() const;
+  /** \return As getForceStatistics, for the torque about the first body's centre of mass in N m. */
+  zor::ForceStatistics getTorqueStatistics() const;
 
   /** \return The simulation that the constraint is in, or null. */
   zorSDK::Simulation* getSimulation() const;

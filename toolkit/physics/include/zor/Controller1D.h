@@ -1,5 +1,6 @@
 #pragma once
 
+#include <zor/ForceStatistics.h>
 #include <zor/RangeReal.h>
 #include <zor/Referenced.h>
 #include <zor/Types.h>
@@ -53,6 +54,11 @@ public:
 
   /** \return Force that the controller used in the last step, positive along the degree of freedom. */
   zor::Real getCurrentForce() const;
+
+  /** \return The controller's force in all steps since the statistics of its constraint were turned on
+   *         (zor::Constraint::setEnableForceStatistics), with its sign; steps in which the controller is off
+   *         count as zero. Without any values when they are off. */
+  zor::ForceStatistics getForceStatistics() const;
 
 protected:
   Controller1D();

@@ -7,7 +7,8 @@ namespace zor {
 /** Holds two points at a distance.
  *
  * The degree of freedom is the distance itself. The lock is on when created, at the distance that the points
- * have then; switched off, the range makes a rope or a bumper and the motor a winch. */
+ * have then; zor::Lock1D::setSpring makes it a spring and damper. Switched off, the range makes a rope or a
+ * bumper and the motor a winch. */
 class DistanceJoint : public Constraint1DOF {
 public:
   /** Creates the joint from attachment frames.

@@ -17,6 +17,13 @@ public:
   /** \return Position held, in m or rad. */
   zor::Real getPosition() const;
 
+  /** Makes the lock a spring and damper and turns it on: sets compliance and damping to what they stand for.
+   * \param stiffness In N/m or N m/rad, larger than zero and finite.
+   * \param damping In N s/m or N m s/rad, zero or more.
+   * \throws std::invalid_argument When a value is not as said.
+   */
+  void setSpring(zor::Real stiffness, zor::Real damping);
+
 protected:
   ~Lock1D() override;
 

@@ -103,6 +103,14 @@ public:
   void setAngularVelocity(zor::Vec3 const& velocity);
   /** \return Angular velocity, in rad/s. */
   zor::Vec3 getAngularVelocity() const;
+  /** Sets the velocity of the centre of mass along the axes of the model frame, in m/s. */
+  void setLocalVelocity(zor::Vec3 const& velocity);
+  /** \return Velocity of the centre of mass along the axes of the model frame, in m/s. */
+  zor::Vec3 getLocalVelocity() const;
+  /** Sets the angular velocity about the axes of the model frame, in rad/s. */
+  void setLocalAngularVelocity(zor::Vec3 const& velocity);
+  /** \return Angular velocity about the axes of the model frame, in rad/s. */
+  zor::Vec3 getLocalAngularVelocity() const;
   /** \return Velocity of the material point of the body that is now at the given world point, in m/s. */
   zor::Vec3 getVelocityAt(zor::Vec3 const& worldPoint) const;
   /** \return Acceleration of the centre of mass over the last step, in m/s^2. */
@@ -124,6 +132,17 @@ public:
    * \param localPoint In the model frame, in metres.
    */
   void addForceAtLocalPosition(zor::Vec3 const& force, zor::Vec3 const& localPoint);
+  /** Adds a force at the centre of mass, for the next step only.
+   * \param force In newtons, along the axes of the model frame. */
+  void addLocalForce(zor::Vec3 const& force);
+  /** Adds a torque, for the next step only.
+   * \param torque In newton metres, about the axes of the model frame. */
+  void addLocalTorque(zor::Vec3 const& torque);
+  /** Adds a force at a point, both given in the model frame, for the next step only.
+   * \param force In newtons, along the axes of the model frame.
+   * \param localPoint In the model frame, in metres.
+   */
+  void addLocalForceAtLocalPosition(zor::Vec3 const& force, zor::Vec3 const& localPoint);
   /** \return Sum of forces added for the next step, in newtons. */
   zor::Vec3 getForce() const;
   /** \return Sum of torques about the centre of mass added for the next step, in newton metres. */
@@ -145,6 +164,18 @@ public:
   void setMotionControl(zor::RigidBody::MotionControl control);
   /** \return How the body moves; DYNAMICS by default. */
   zor::RigidBody::MotionControl getMotionControl() const;
+
+  /** Moves a kinematic body to a place: it starts with the next step, keeps its speed and its spin, takes the
+   * shorter way round, and stands still when it is there. What it touches feels its motion. Setting a
+   * velocity, a place or the motion control gives the move up.
+   * \param transform Where the model frame shall come to, in world coordinates.
+   * \param duration In s, not negative; less than a time step takes one.
+   * \throws std::invalid_argument When the body is not KINEMATICS, the matrix is not a rigid transform or the
+   *         duration is not as said.
+   */
+  void moveTo(zor::AffineMatrix4x4 const& transform, zor::Real duration);
+  /** \return Time in s that moveTo still needs; zero when the body is there. */
+  zor::Real getMoveTimeLeft() const;
 
   /** \return The model frame, which follows the body; owned by the body. Use the body's own setters to move
    * it: changes made through the frame are not seen by the simulation. */
@@ -188,6 +219,10 @@ public:
   /** \return Whether the body is swept along its path; false by default. */
   bool getEnableContinuousCollision() const;
 
+  /** \return Momentum in kg m/s. */
+  zor::Vec3 getMomentum() const;
+  /** \return Angular momentum about the centre of mass in kg m^2/s. */
+  zor::Vec3 getAngularMomentum() const;
   /** \return Kinetic energy in joules. */
   zor::Real getKineticEnergy() const;
 

@@ -33,7 +33,20 @@ class Space;
 class Geometry : public zor::Object {
 public:
   /** Raised after the geometry's shapes, or one of them, changed. */
-  class ShapeChangeEvent : public zor::TypedEvent<zorCollide::Geometry*> {};
+  class ShapeChangeEvent : public zor::TypedEvent<zorCollide::Geometry*> {
+#ifdef SWIG // inherited from a template that Python doesn't see
+  public:
+    /** Keeps a function listening to changes of a geometry's shapes. */
+    class CallbackType {
+    public:
+      CallbackType();
+      bool isValid() const;
+      /** Stops listening. */
+      void reset();
+    };
+    size_t getNumListeners() const;
+#endif
+  };
 
   /** Raised when the geometry has left a space, and with a null space when it is destroyed. */
   class RemovalEvent : public zor::TypedEvent<zorCollide::Space*, zorCollide::Geometry*> {};

@@ -7,6 +7,7 @@
 #include <zorCollide/Geometry.h>
 #include <zorCollide/GeometryContact.h>
 #include <zorCollide/RayHit.h>
+#include <zorCollide/RayTable.h>
 
 #ifndef SWIG
 namespace zorBullet {
@@ -130,6 +131,18 @@ public:
    * \return the nearest hit, or a miss, for each direction
    */
   zorCollide::RayHitVector castRays(zor::Vec3Vector const& origins, zor::Vec3Vector const& directions,
+                                    zor::Real maxDistance = 1.0e6, bool includeSensors = false) const;
+
+  /**
+   * Casts many rays and gives the answers as columns of numbers, which is what serves many thousands.
+   * Parameters as for castRays.
+   * \param origins - starts (m, world), one or one a direction
+   * \param directions - directions
+   * \param maxDistance - length of the rays (m), positive
+   * \param includeSensors - true to meet sensors too
+   * \return the nearest hit, or a miss, for each direction
+   */
+  zorCollide::RayTable castRayTable(zor::Vec3Vector const& origins, zor::Vec3Vector const& directions,
                                     zor::Real maxDistance = 1.0e6, bool includeSensors = false) const;
 
   /** \return all contacts of the last step or update */

@@ -36,19 +36,31 @@ public:
   /** \param name Name, used for look-up. */
   explicit Assembly(std::string const& name = "");
 
+  /** Adds a body with its geometries. */
   bool add(zor::RigidBody* body);
+  /** Adds a geometry without a body. */
   bool add(zorCollide::Geometry* geometry);
+  /** Adds a constraint. */
   bool add(zor::Constraint* constraint);
+  /** Adds an observer frame. */
   bool add(zor::ObserverFrame* frame);
+  /** Adds a listener. */
   bool add(zorSDK::EventListener* listener);
-  /** \throws std::invalid_argument Also when the assembly would come to contain itself. */
+  /** Nests another assembly in this one.
+   * \throws std::invalid_argument Also when the assembly would come to contain itself. */
   bool add(zorSDK::Assembly* assembly);
 
+  /** Removes a body with its geometries. */
   bool remove(zor::RigidBody* body);
+  /** Removes a geometry without a body. */
   bool remove(zorCollide::Geometry* geometry);
+  /** Removes a constraint. */
   bool remove(zor::Constraint* constraint);
+  /** Removes an observer frame. */
   bool remove(zor::ObserverFrame* frame);
+  /** Removes a listener. */
   bool remove(zorSDK::EventListener* listener);
+  /** Removes an assembly that is nested directly in this one. */
   bool remove(zorSDK::Assembly* assembly);
 
   /** \return Bodies of this assembly, those of nested ones not included. */
@@ -64,7 +76,8 @@ public:
   /** \return Assemblies nested directly in this one. */
   zorSDK::AssemblyRefVector const& getAssemblies() const;
 
-  /** Looks a body up by name, also in nested assemblies.
+  /** Looks a body up by name, also in nested assemblies. Here and below, a name that is not found as it is
+   * may be a path: "gripper/finger" is the finger in the nested assembly "gripper".
    * \return The first one, or null. */
   zor::RigidBody* getRigidBody(std::string const& name) const;
   /** Looks a geometry without a body up by name, also in nested assemblies.

@@ -51,6 +51,13 @@ public:
   /** Creates an empty simulation at time zero, gravity (0, 0, -9.81) m/s^2 and a time step of 1/60 s. */
   Simulation();
 
+  /** How the solver finds the forces of contacts and constraints. */
+  enum SolverType : int {
+    SEQUENTIAL_IMPULSES = 0, /**< One after the other, over and over (projected Gauss-Seidel). */
+    CONJUGATE_GRADIENT = 1   /**< The same sped up by a non-smooth conjugate gradient: settles long chains and
+                                high stacks in fewer iterations, each of which costs more. */
+  };
+
   /** Adds a body with its geometries. */
   bool add(zor::RigidBody* body);
   /** Adds a geometry without a body; it stands still but collides. */
@@ -73,14 +80,23 @@ public:
   /** Adds a listener and calls its addNotification. */
   bool add(zorSDK::EventListener* listener);
 
+  /** Removes a body with its geometries. Its constraints stay and wait for it. */
   bool remove(zor::RigidBody* body);
+  /** Removes a geometry that was added by itself. */
   bool remove(zorCollide::Geometry* geometry);
+  /** Removes a constraint. */
   bool remove(zor::Constraint* constraint);
+  /** Removes a material from those that are found by name. */
   bool remove(zor::Material* material);
+  /** Removes a contact material; its materials meet by their own values then. */
   bool remove(zor::ContactMaterial* contactMaterial);
+  /** Removes an observer frame. */
   bool remove(zor::ObserverFrame* frame);
+  /** Removes a particle system. */
   bool remove(zor::ParticleSystem* particles);
+  /** Removes an emitter. */
   bool remove(zor::EmitterBase* emitter);
+  /** Removes an assembly with everything in it. */
   bool remove(zorSDK::Assembly* assembly);
   /** Calls the listener's removeNotification and removes it. */
   bool remove(zorSDK::EventListener* listener);
@@ -126,6 +142,21 @@ public:
   /** \return Solver iterations. */
   zor::UInt getNumSolverIterations() const;
 
+  /** Ends the solver's iterations early where nothing changes any more.
+   * \param tolerance Change of relative speed in one iteration, in m/s or rad/s, at or below which a group of
+   *        bodies counts as solved; not negative. Zero, the default, always does all iterations.
+   * \throws std::invalid_argument When it is not as said.
+   */
+  void setSolverTolerance(zor::Real tolerance);
+  /** \return Change of speed in m/s or rad/s that ends the iterations. */
+  zor::Real getSolverTolerance() const;
+  /** Chooses the solver.
+   * \throws std::invalid_argument For a value that is not in the enumeration.
+   * \throws std::runtime_error When called inside a step. */
+  void setSolverType(zorSDK::Simulation::SolverType type);
+  /** \return The solver; SEQUENTIAL_IMPULSES by default. */
+  zorSDK::Simulation::SolverType getSolverType() const;
+
   /** Sets the same gravity everywhere.
    * \param gravity In m/s^2. */
   void setUniformGravity(zor::Vec3 const& gravity);
@@ -162,7 +193,8 @@ public:
   /** \return All listeners in order of addition, those of assemblies included. */
   zorSDK::EventListenerRefVector const& getListeners() const;
 
-  /** \return The first body of the given name, or null. */
+  /** \return The first body of the given name, or null. Here and below, a name that is not found as it is may
+   * be a path through assemblies, such as "arm/gripper/finger". */
   zor::RigidBody* getRigidBody(std::string const& name) const;
   /** \return The first geometry of the given name, or null. */
   zorCollide::Geometry* getGeometry(std::string const& name) const;
@@ -187,6 +219,14 @@ public:
   zorSDK::Assembly* getAssembly(std::string const& name) const;
   /** \return The first listener of the given name, or null. */
   zorSDK::EventListener* getEventListener(std::string const& name) const;
+
+  /** Tells where everything is, to the last bit: the same script gives the same numbers in every run.
+   * \return Time stamp; then for each body, in order of addition, 14 numbers: position (3) and rotation (4)
+   * of the model frame, velocity (3), angular velocity (3), and 1 when it sleeps, else 0. */
+  zor::RealVector getState() const;
+  /** \return A 64-bit number made from all bits of getState: equal states have equal ones, and others almost
+   *         certainly not. */
+  zor::UInt getStateHash() const;
 
   /** \return Counts and times of the last step. */
   zorSDK::SimulationStatistics getStatistics() const;

@@ -18,6 +18,11 @@ struct SimulationStatistics {
   zor::UInt contacts = 0;
   /** Contact points in all contacts. */
   zor::UInt contactPoints = 0;
+  /** Most iterations that the solver did for a group of touching and joined bodies. */
+  zor::UInt solverIterations = 0;
+  /** Largest change of a relative speed, in m/s or rad/s, in the last iteration of any group: how far the
+   * solution still was from being settled. */
+  zor::Real solverResidual = 0;
   /** Time of the whole step, listeners included, in s. */
   zor::Real stepTime = 0;
   /** Time of collision detection in s. */

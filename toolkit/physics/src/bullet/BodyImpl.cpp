@@ -53,6 +53,7 @@ BodyImpl::BodyImpl(zor::RigidBody& body)
   m_worldObject.body = &body;
   m_worldObject.attachTo(m_engine);
   m_engine.forceActivationState(DISABLE_DEACTIVATION);
+  m_engine.setFlags(0); // no gyroscopic force of the engine's own: see FreeRotation
 }
 
 BodyImpl::~BodyImpl() {
@@ -163,6 +164,7 @@ void BodyImpl::applyMass() {
   btMatrix3x3 const axes = principalAxes(inertia);
   m_principal = btTransform(axes, toBt(m_mass.m_centre));
   m_principalInverse = m_principal.inverse();
+  m_principalIsModel = m_principal == btTransform::getIdentity();
 
   btVector3 diagonal(inertia[0][0], inertia[1][1], inertia[2][2]);
   double const least = std::max({diagonal.x(), diagonal.y(), diagonal.z()}) * MIN_INERTIA_RATIO;
@@ -240,6 +242,7 @@ void BodyImpl::setControl(zor::RigidBody::MotionControl control) {
   for (auto const& geometry : m_geometries)
     geometry->getImpl().leaves(control == zor::RigidBody::DYNAMICS); // throws before anything is changed
   m_control = control;
+  m_move.reset();
   if (control == zor::RigidBody::STATIC) {
     m_engine.setLinearVelocity(btVector3(0, 0, 0));
     m_engine.setAngularVelocity(btVector3(0, 0, 0));
@@ -285,6 +288,7 @@ btTransform BodyImpl::cmInModel() const {
 }
 
 void BodyImpl::setModelTransform(btTransform const& transform) {
+  m_move.reset();
   wakeTouching();
   m_engine.setCenterOfMassTransform(transform * m_principal);
   m_engine.setInterpolationWorldTransform(m_engine.getWorldTransform());
@@ -296,9 +300,40 @@ void BodyImpl::setModelTransform(btTransform const& transform) {
 void BodyImpl::setVelocities(btVector3 const& linear, btVector3 const& angular) {
   if (m_control == zor::RigidBody::STATIC)
     return;
+  m_move.reset();
   m_engine.setLinearVelocity(linear);
   m_engine.setAngularVelocity(angular);
   wake();
+}
+
+void BodyImpl::moveTo(btTransform const& transform, double duration) {
+  m_move = Move{transform, duration};
+  wake();
+}
+
+// Constant speed and spin from here to the target, of which the step does its part.
+void BodyImpl::aimAtTarget(double dt) {
+  double const left = std::max(m_move->left, dt);
+  btTransform const& here = m_engine.getWorldTransform();
+  btTransform const there = m_move->target * m_principal;
+  btQuaternion turn = there.getRotation() * here.getRotation().inverse();
+  if (turn.w() < 0) // the shorter way round
+    turn = -turn;
+  btVector3 const axis(turn.x(), turn.y(), turn.z());
+  double const sine = axis.length();
+  double const angle = 2 * std::atan2(sine, turn.w());
+  m_engine.setLinearVelocity((there.getOrigin() - here.getOrigin()) / left);
+  m_engine.setAngularVelocity(sine > 1e-12 ? axis * (angle / (sine * left)) : btVector3(0, 0, 0));
+}
+
+void BodyImpl::arriveAtTarget(double dt) {
+  m_move->left -= dt;
+  if (m_move->left > 1e-6 * dt)
+    return;
+  m_engine.setCenterOfMassTransform(m_move->target * m_principal);
+  m_engine.setLinearVelocity(btVector3(0, 0, 0));
+  m_engine.setAngularVelocity(btVector3(0, 0, 0));
+  m_move.reset();
 }
 
 void BodyImpl::wake() {
@@ -364,7 +399,9 @@ void BodyImpl::leaveWorld() {
   m_inWorld = false;
 }
 
-void BodyImpl::beforeStep(bool autoSleep) {
+void BodyImpl::beforeStep(bool autoSleep, double dt) {
+  if (m_move)
+    aimAtTarget(dt);
   m_oldVelocity = m_engine.getLinearVelocity();
   m_oldAngularVelocity = m_engine.getAngularVelocity();
   m_wasActive = m_engine.isActive();
@@ -394,6 +431,8 @@ void BodyImpl::advanceKinematics(double dt) {
 void BodyImpl::afterStep(double dt) {
   m_acceleration = (m_engine.getLinearVelocity() - m_oldVelocity) / dt;
   m_angularAcceleration = (m_engine.getAngularVelocity() - m_oldAngularVelocity) / dt;
+  if (m_move)
+    arriveAtTarget(dt);
 }
 
 bool BodyImpl::synchronise() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <btBulletDynamicsCommon.h>
@@ -54,9 +55,14 @@ public:
   double angularDamping() const { return m_angularDamping; }
 
   void setModelTransform(btTransform const& transform);
-  btTransform modelTransform() const { return m_engine.getWorldTransform() * m_principalInverse; }
+  btTransform modelTransform() const {
+    btTransform const& world = m_engine.getWorldTransform();
+    return m_principalIsModel ? world : world * m_principalInverse;
+  }
   btTransform cmInModel() const;
   void setVelocities(btVector3 const& linear, btVector3 const& angular);
+  void moveTo(btTransform const& transform, double duration);
+  double moveTimeLeft() const { return m_move ? m_move->left : 0.0; }
   bool movesByForces() const { return m_control == zor::RigidBody::DYNAMICS; }
   void wake();
   void sleep();
@@ -72,7 +78,7 @@ public:
   zorSDK::Simulation* simulation() const { return m_simulation; }
   bool inWorld() const { return m_inWorld; }
 
-  void beforeStep(bool autoSleep);
+  void beforeStep(bool autoSleep, double dt);
   void advanceKinematics(double dt);
   void afterStep(double dt);
   /** Takes the engine's pose over into the model frame. \return false when it is not finite; the body then
@@ -87,6 +93,13 @@ public:
 
 private:
   friend struct zorStream::StateAccess;
+  struct Move {         // of a kinematic body to a place
+    btTransform target; // of the model frame
+    double left;        // s
+  };
+
+  void aimAtTarget(double dt);
+  void arriveAtTarget(double dt);
   void rebuildShape();
   void applyFlags();
   void enterWorld();
@@ -108,6 +121,7 @@ private:
   std::unique_ptr<btCollisionShape> m_shape;            // a compound or nothing
   btTransform m_principal;                              // engine's frame in the model frame
   btTransform m_principalInverse;
+  bool m_principalIsModel = true; // the two frames are the same
 
   zor::RigidBody::MotionControl m_control = zor::RigidBody::DYNAMICS;
   bool m_enabled = true;
@@ -115,6 +129,7 @@ private:
   bool m_continuous = false;
   double m_linearDamping = 0;
   double m_angularDamping = 0;
+  std::optional<Move> m_move;
 
   zorSDK::Simulation* m_simulation = nullptr;
   SpaceImpl* m_space = nullptr;

@@ -121,12 +121,16 @@ double ConstraintImpl::wrappedPosition(Freedom const& freedom, Pose const& pose)
   if (freedom.kind == ConstraintKind::TRANSLATION)
     return pose.apart.dot(pose.b.getBasis().getColumn(2));
   btVector3 const x = pose.a.getBasis().getColumn(0);
+  if (freedom.kind == ConstraintKind::SPIN) { // against the second z, which it stands upright in
+    btVector3 const up = pose.b.getBasis().getColumn(2), y = pose.a.getBasis().getColumn(1);
+    return std::atan2(y.dot(up), y.dot(up.cross(x)));
+  }
   return std::atan2(x.dot(pose.b.getBasis().getColumn(1)), x.dot(pose.b.getBasis().getColumn(0)));
 }
 
 // The angle nearest to the last one among those that differ by full turns.
 double ConstraintImpl::unwrapped(Freedom const& freedom, double wrapped) const {
-  if (freedom.kind != ConstraintKind::ROTATION)
+  if (freedom.kind != ConstraintKind::ROTATION && freedom.kind != ConstraintKind::SPIN)
     return wrapped;
   return wrapped + 2 * zor::PI * std::round((freedom.angle - wrapped) / (2 * zor::PI));
 }
@@ -148,8 +152,9 @@ double ConstraintImpl::speed(int index) const {
 
 ConstraintRow ConstraintImpl::freedomRow(Freedom const& freedom, Pose const& pose) const {
   ConstraintRow row;
-  btVector3 const axis = pose.b.getBasis().getColumn(2);
-  if (freedom.kind == ConstraintKind::ROTATION) {
+  bool const spin = freedom.kind == ConstraintKind::SPIN;
+  btVector3 const axis = spin ? pose.a.getBasis().getColumn(0) : pose.b.getBasis().getColumn(2);
+  if (spin || freedom.kind == ConstraintKind::ROTATION) {
     row.linear.setZero();
     row.angularA = axis;
     row.angularB = -axis;
@@ -177,10 +182,30 @@ ConstraintRow ConstraintImpl::heldRow(int index, Pose const& pose, double& error
     error = pose.apart.dot(row.linear);
     return row;
   }
+  if (m_kind.gear) {
+    error = m_gearSlip;
+    return gearRow(pose);
+  }
   row.linear.setZero();
+  if (m_kind.angular == 1) {
+    btVector3 const x = pose.a.getBasis().getColumn(0), z = pose.b.getBasis().getColumn(2);
+    row.angularA = x.cross(z);
+    row.angularB = -row.angularA;
+    error = x.dot(z);
+    return row;
+  }
   row.angularA = pose.b.getBasis().getColumn(index - m_kind.linear);
   row.angularB = -row.angularA;
   error = turn(pose).dot(row.angularA);
+  return row;
+}
+
+// Rotation of the second body about its axis, against what the first one's turning asks for.
+ConstraintRow ConstraintImpl::gearRow(Pose const& pose) const {
+  ConstraintRow row;
+  row.linear.setZero();
+  row.angularA = -gearRatio * pose.a.getBasis().getColumn(2);
+  row.angularB = pose.b.getBasis().getColumn(2);
   return row;
 }
 
@@ -361,6 +386,7 @@ void ConstraintImpl::clearImpulses() {
   m_force = {btVector3(0, 0, 0), btVector3(0, 0, 0)};
   m_torque = m_linearImpulse = m_angularImpulse = m_force;
   m_known = false;
+  m_gearSlip = 0;
   for (Freedom& freedom : m_freedoms) {
     freedom.motorImpulse = freedom.lowerImpulse = freedom.upperImpulse = freedom.lockImpulse = 0;
     freedom.motor->m_currentForce = freedom.range->m_currentForce = freedom.lock->m_currentForce = 0;
@@ -377,6 +403,11 @@ void ConstraintImpl::beforeSubStep(double dt) {
 void ConstraintImpl::afterSubStep(double dt) {
   for (Freedom& freedom : m_freedoms)
     freedom.angle = unwrapped(freedom, wrappedPosition(freedom, pose()));
+  if (m_kind.gear && m_engine && m_acted) {
+    ConstraintRow const row = gearRow(pose());
+    m_gearSlip += dt * (row.angularA.dot(engineBody(0).getAngularVelocity()) +
+                        row.angularB.dot(engineBody(1).getAngularVelocity()));
+  }
   if (!m_engine || !m_acted)
     return; // asleep: the forces of the last step still hold
   m_known = true;
@@ -392,6 +423,38 @@ void ConstraintImpl::afterSubStep(double dt) {
     freedom.range->m_currentForce =
         freedom.range->getEnable() ? (freedom.lowerImpulse + freedom.upperImpulse) / dt : 0;
   }
+  if (m_statistics && std::isfinite(m_force[0].length2() + m_torque[0].length2()))
+    addToStatistics();
+}
+
+// --- statistics
+
+void ConstraintImpl::setStatistics(bool enable) {
+  m_statistics = enable ? std::make_unique<Statistics>() : nullptr;
+  if (enable)
+    m_statistics->freedoms.resize(m_freedoms.size());
+}
+
+void ConstraintImpl::addToStatistics() {
+  m_statistics->force.add(m_force[0].length());
+  m_statistics->torque.add(m_torque[0].length());
+  for (size_t i = 0; i < m_freedoms.size(); ++i) {
+    auto& [motor, range, lock] = m_statistics->freedoms[i];
+    motor.add(m_freedoms[i].motor->m_currentForce);
+    range.add(m_freedoms[i].range->m_currentForce);
+    lock.add(m_freedoms[i].lock->m_currentForce);
+  }
+}
+
+zor::ForceStatistics ConstraintImpl::statisticsOf(zor::Controller1D const& controller) const {
+  for (size_t i = 0; m_statistics && i < m_freedoms.size(); ++i) {
+    Freedom const& freedom = m_freedoms[i];
+    zor::Controller1D const* const own[] = {freedom.motor.get(), freedom.range.get(), freedom.lock.get()};
+    for (size_t k = 0; k < 3; ++k)
+      if (own[k] == &controller)
+        return m_statistics->freedoms[i][k];
+  }
+  return {};
 }
 
 } // namespace zorBullet

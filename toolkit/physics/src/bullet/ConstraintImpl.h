@@ -24,9 +24,11 @@ class SpaceImpl;
 struct ConstraintKind {
   char const* name;
   int linear;  // how many of the position directions x, y, z are held
-  int angular; // how many of the rotations x, y, z are held: 0, 2 or 3
-  enum Freedom { ROTATION, TRANSLATION, DISTANCE };
-  std::vector<Freedom> freedoms; // those that have controllers
+  int angular; // how many of the rotations x, y, z are held: 0, 2 or 3; or 1: first x stays square to second
+               // z
+  enum Freedom { ROTATION, TRANSLATION, DISTANCE, SPIN }; // spin is about the first attachment's x
+  std::vector<Freedom> freedoms;                          // those that have controllers
+  bool gear = false; // holds the ratio of the rotations about both z axes
 };
 
 /** The engine's side of a constraint, and all that the kinds have in common. */
@@ -59,7 +61,7 @@ public:
   double position(int index) const;
   double speed(int index) const;
 
-  int numHeld() const { return m_kind.linear + m_kind.angular; }
+  int numHeld() const { return m_kind.linear + m_kind.angular + (m_kind.gear ? 1 : 0); }
   double heldForce(int index) const { return m_heldForce[static_cast<size_t>(index)]; }
   bool reaction(int index, btVector3& force, btVector3& torque) const;
   char const* kindName() const { return m_kind.name; }
@@ -73,6 +75,14 @@ public:
   double compliance = 0;
   double damping = 1.0 / 30.0;
   zor::RangeReal forceRange;
+  double gearRatio = 1; // turns of the second body for one of the first
+
+  /** Starts anew when it is on. */
+  void setStatistics(bool enable);
+  bool hasStatistics() const { return m_statistics != nullptr; }
+  zor::ForceStatistics forceStatistics() const { return m_statistics ? m_statistics->force : Forces(); }
+  zor::ForceStatistics torqueStatistics() const { return m_statistics ? m_statistics->torque : Forces(); }
+  zor::ForceStatistics statisticsOf(zor::Controller1D const& controller) const;
 
   // --- for the simulation
 
@@ -95,7 +105,15 @@ public:
 
 private:
   friend struct zorStream::StateAccess;
+  using Forces = zor::ForceStatistics;
+  struct Statistics {
+    Forces force, torque;                        // on the first body
+    std::vector<std::array<Forces, 3>> freedoms; // motor, range, lock
+  };
+
+  void addToStatistics();
   struct Pose; // of attachments and centres of mass
+  ConstraintRow gearRow(Pose const& pose) const;
   Pose pose() const;
   btTransform attachmentWorld(int index) const;
   double wrappedPosition(Freedom const& freedom, Pose const& pose) const;
@@ -123,6 +141,8 @@ private:
   std::array<btVector3, 2> m_torque;
   std::array<btVector3, 2> m_linearImpulse;
   std::array<btVector3, 2> m_angularImpulse;
+  double m_gearSlip = 0; // rad that the second body is ahead
+  std::unique_ptr<Statistics> m_statistics;
   bool m_acted = false; // in this step
   bool m_known = false; // forces are those of the last step in which the bodies were awake
 

@@ -10,12 +10,14 @@ void DynamicsWorld::findContacts(double dt) {
 }
 
 void DynamicsWorld::computeMotion(double dt) {
+  m_freeRotation.begin(m_nonStaticRigidBodies, dt);
   predictUnconstraintMotion(dt);
   createPredictiveContacts(dt);
   calculateSimulationIslands();
   getSolverInfo().m_timeStep = dt;
   solveConstraints(getSolverInfo());
   integrateTransforms(dt);
+  m_freeRotation.end();
   updateActivationState(dt);
 }
 

@@ -4,6 +4,8 @@
 
 #include <btBulletDynamicsCommon.h>
 
+#include "bullet/FreeRotation.h"
+
 namespace zorBullet {
 
 /**
@@ -37,6 +39,8 @@ public:
 
 private:
   void forgetSwept(btCollisionObject const& object);
+
+  FreeRotation m_freeRotation;
 };
 
 } // namespace zorBullet

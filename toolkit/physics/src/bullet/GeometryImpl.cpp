@@ -11,6 +11,7 @@
 #include "bullet/CompoundImpl.h"
 #include "bullet/Conversions.h"
 #include "bullet/SpaceImpl.h"
+#include "bullet/Surfaces.h"
 
 namespace zorBullet {
 
@@ -264,6 +265,7 @@ bool GeometryImpl::removeShape(zorCollide::Shape& shape) {
 
 void GeometryImpl::setMaterial(zor::Material* newMaterial) {
   material = newMaterial ? newMaterial : defaultMaterial();
+  surfacesChanged();
   if (m_owner)
     m_owner->onGeometryChanged(*this);
 }

@@ -19,9 +19,6 @@
 
 namespace zorBullet {
 
-/** The material of geometries that have been given none; one for all. */
-zor::Material* defaultMaterial();
-
 class GeometryFrame;
 class SpaceImpl;
 

@@ -15,4 +15,10 @@ std::unique_ptr<ConstraintImpl> makeAtPoint(ConstraintKind const& kind, zor::Vec
                                             zor::Vec3 const& worldAxis, zor::RigidBody* body1,
                                             zor::RigidBody* body2);
 
+/** The first attachment's x along one axis, the second's z along the other, which is at a right angle to it.
+ */
+std::unique_ptr<ConstraintImpl> makeAtCross(ConstraintKind const& kind, zor::Vec3 const& worldPoint,
+                                            zor::Vec3 const& x, zor::Vec3 const& z, zor::RigidBody* body1,
+                                            zor::RigidBody* body2);
+
 } // namespace zorBullet

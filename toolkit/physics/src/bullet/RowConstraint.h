@@ -21,7 +21,7 @@ struct ConstraintRow {
 /** Where the rows of a constraint come from and their results go. */
 class RowSource {
 public:
-  static constexpr int MAX_ROWS = 12;
+  static constexpr int MAX_ROWS = 16;
 
   /** Fills the rows for a step. \return number of rows */
   virtual int fillRows(std::array<ConstraintRow, MAX_ROWS>& rows, double dt) = 0;

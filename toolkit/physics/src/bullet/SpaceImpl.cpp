@@ -1,6 +1,8 @@
 #include "bullet/SpaceImpl.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 #include "bullet/ConstraintSolver.h"
 #include "bullet/ContactFilter.h"
@@ -86,7 +88,7 @@ SpaceImpl::SpaceImpl(zorCollide::Space& space)
     : m_space(space), m_configuration(makeConfiguration()),
       m_dispatcher(std::make_unique<ContactDispatcher>(*this, m_configuration.get())),
       m_filter(std::make_unique<OverlapFilter>(*this)), m_broadphase(std::make_unique<OrderedBroadphase>()),
-      m_solver(std::make_unique<ConstraintSolver>()),
+      m_solver(makeSolver(false, m_solverReport)),
       m_world(std::make_unique<DynamicsWorld>(m_dispatcher.get(), m_broadphase.get(), m_solver.get(),
                                               m_configuration.get())) {
   installContactHook();
@@ -96,6 +98,12 @@ SpaceImpl::SpaceImpl(zorCollide::Space& space)
 }
 
 SpaceImpl::~SpaceImpl() = default;
+
+void SpaceImpl::setSolver(bool conjugateGradient) {
+  auto solver = makeSolver(conjugateGradient, m_solverReport);
+  m_world->setConstraintSolver(solver.get());
+  m_solver = std::move(solver);
+}
 
 // --- steps
 
@@ -130,16 +138,25 @@ void SpaceImpl::beforeStep() {
   }
   applyFilters();
   moveFollowers();
+  forgetOldPairs();
 }
 
 void SpaceImpl::prepareContacts(double dt) {
+  std::uint64_t const changes = surfaceChanges.load(std::memory_order_relaxed);
+  bool const changed = m_surfacesAsOf != changes;
+  if (!changed && !m_somethingBounces)
+    return; // points got their surface when they came
+  m_surfacesAsOf = changes;
+  if (changed)
+    m_somethingBounces = false;                            // the points will tell
   double const gain = m_world->getGravity().length() * dt; // of speed within the step
   for (int i = 0; i < m_dispatcher->getNumManifolds(); ++i) {
     btPersistentManifold& manifold = *m_dispatcher->getManifoldByIndexInternal(i);
     for (int k = 0; k < manifold.getNumContacts(); ++k) {
       btManifoldPoint& point = manifold.getContactPoint(k);
-      if (GeometryPair const* const pair = pairOf(point))
-        setSurface(point, *pair); // a point may be older than a change of its materials
+      if (auto* const pair = static_cast<GeometryPair*>(point.m_userPersistentData);
+          pair && (changed || pair->surface.restitution > 0.0))
+        setSurface(point, *pair);
       if (point.m_combinedRestitution == 0.0 || point.getDistance() <= 0.0)
         continue;
       if ((approachSpeed(manifold, point) + gain) * dt > point.getDistance())
@@ -246,6 +263,7 @@ void SpaceImpl::addContactMaterial(zor::ContactMaterial& contactMaterial) {
   zor::Material const* const a = contactMaterial.getMaterial1();
   zor::Material const* const b = contactMaterial.getMaterial2();
   m_contactMaterials[ordered(a, b)] = &contactMaterial;
+  surfacesChanged();
 }
 
 bool SpaceImpl::removeContactMaterial(zor::ContactMaterial& contactMaterial) {
@@ -255,6 +273,7 @@ bool SpaceImpl::removeContactMaterial(zor::ContactMaterial& contactMaterial) {
   if (it == m_contactMaterials.end() || it->second.get() != &contactMaterial)
     return false;
   m_contactMaterials.erase(it);
+  surfacesChanged();
   return true;
 }
 
@@ -270,25 +289,67 @@ zor::ContactMaterial* SpaceImpl::findContactMaterial(zor::Material const* a, zor
 GeometryPair& SpaceImpl::internPair(GeometryImpl& first, GeometryImpl& second) {
   std::unique_ptr<GeometryPair>& pair = m_pairs[PairKey(&first, &second)];
   if (!pair)
-    pair = std::make_unique<GeometryPair>(GeometryPair{&first, &second});
+    pair = std::make_unique<GeometryPair>(GeometryPair{&first, &second, {}});
   return *pair;
 }
 
 void SpaceImpl::setUpContact(btManifoldPoint& point, GeometryImpl& first, GeometryImpl& second) {
-  GeometryPair const& pair = internPair(first, second);
-  point.m_userPersistentData = const_cast<GeometryPair*>(&pair);
-  setSurface(point, pair);
+  auto* pair = static_cast<GeometryPair*>(point.m_userPersistentData); // of a point that is renewed
+  if (!pair || pair->first != &first || pair->second != &second) {
+    pair = &internPair(first, second);
+    point.m_userPersistentData = pair;
+  }
+  setSurface(point, *pair);
 }
 
-void SpaceImpl::setSurface(btManifoldPoint& point, GeometryPair const& pair) const {
+Surface SpaceImpl::findSurface(GeometryPair const& pair) const {
   zor::Material const &a = *pair.first->material, &b = *pair.second->material;
-  if (zor::ContactMaterial const* const known = findContactMaterial(&a, &b)) {
-    point.m_combinedFriction = known->getFriction();
-    point.m_combinedRestitution = known->getRestitution();
-  } else {
-    point.m_combinedFriction = zor::ContactMaterial::combineFriction(a, b);
-    point.m_combinedRestitution = zor::ContactMaterial::combineRestitution(a, b);
+  using zor::ContactMaterial;
+  if (ContactMaterial const* const known = findContactMaterial(&a, &b))
+    return {known->getFriction(),         known->getRestitution(), known->getRollingFriction(),
+            known->getSpinningFriction(), known->getStiffness(),   known->getDamping()};
+  return {ContactMaterial::combineFriction(a, b),        ContactMaterial::combineRestitution(a, b),
+          ContactMaterial::combineRollingFriction(a, b), ContactMaterial::combineSpinningFriction(a, b),
+          std::numeric_limits<double>::infinity(),       0.0};
+}
+
+void SpaceImpl::setSurface(btManifoldPoint& point, GeometryPair& pair) {
+  if (std::uint64_t const changes = surfaceChanges.load(std::memory_order_relaxed); pair.asOf != changes) {
+    pair.surface = findSurface(pair);
+    pair.asOf = changes;
   }
+  Surface const& surface = pair.surface;
+  point.m_combinedFriction = surface.friction;
+  point.m_combinedRestitution = surface.restitution;
+  // The engine looks at spinning only where there is rolling friction.
+  point.m_combinedRollingFriction =
+      surface.spinningFriction > 0 ? std::max(surface.rollingFriction, 1e-12) : surface.rollingFriction;
+  point.m_combinedSpinningFriction = surface.spinningFriction;
+  m_somethingBounces = m_somethingBounces || surface.restitution > 0.0;
+  if (std::isinf(surface.stiffness)) {
+    point.m_contactPointFlags &= ~BT_CONTACT_FLAG_CONTACT_STIFFNESS_DAMPING;
+    return;
+  }
+  point.m_contactPointFlags |= BT_CONTACT_FLAG_CONTACT_STIFFNESS_DAMPING;
+  point.m_combinedContactStiffness1 = surface.stiffness;
+  point.m_combinedContactDamping1 = surface.damping;
+}
+
+// Pairs stay when their geometries part, as they may meet again; in a stirred heap they would become more and
+// more.
+void SpaceImpl::forgetOldPairs() {
+  if (m_pairs.size() < m_tooManyPairs)
+    return;
+  for (auto& [key, pair] : m_pairs)
+    pair->inUse = false;
+  for (int i = 0; i < m_dispatcher->getNumManifolds(); ++i) {
+    btPersistentManifold const& manifold = *m_dispatcher->getManifoldByIndexInternal(i);
+    for (int k = 0; k < manifold.getNumContacts(); ++k)
+      if (void* const pair = manifold.getContactPoint(k).m_userPersistentData)
+        static_cast<GeometryPair*>(pair)->inUse = true;
+  }
+  std::erase_if(m_pairs, [](auto const& entry) { return !entry.second->inUse; });
+  m_tooManyPairs = std::max<size_t>(1024, 2 * m_pairs.size());
 }
 
 bool SpaceImpl::isTouching(btManifoldPoint const& point) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -13,8 +14,10 @@
 #include <zor/ContactMaterial.h>
 #include <zorCollide/Space.h>
 
+#include "bullet/ConstraintSolver.h"
 #include "bullet/DynamicsWorld.h"
 #include "bullet/GeometryImpl.h"
+#include "bullet/Surfaces.h"
 #include "bullet/WorldObject.h"
 
 namespace zorStream {
@@ -27,6 +30,9 @@ namespace zorBullet {
 struct GeometryPair {
   GeometryImpl* first = nullptr;  // of the manifold's first object
   GeometryImpl* second = nullptr; // of the manifold's second object
+  Surface surface;
+  std::uint64_t asOf = 0; // change of materials up to which the surface is right
+  bool inUse = true;      // while old pairs are sought
 };
 
 /**
@@ -56,6 +62,10 @@ public:
    * points up to date, and lets bounce what will touch within the step, and only that: the engine else takes
    * the way to the surface off the bounce. */
   void prepareContacts(double dt);
+
+  /** What the solver did since it was last reset. */
+  SolverReport& solverReport() { return m_solverReport; }
+  void setSolver(bool conjugateGradient);
 
   /** Says that bodies were moved by a step, and how long it was, from which forces follow (impulse / time); 0
    * gives no forces. */
@@ -122,7 +132,9 @@ private:
   };
 
   GeometryPair& internPair(GeometryImpl& first, GeometryImpl& second);
-  void setSurface(btManifoldPoint& point, GeometryPair const& pair) const;
+  void setSurface(btManifoldPoint& point, GeometryPair& pair);
+  Surface findSurface(GeometryPair const& pair) const;
+  void forgetOldPairs();
   void applyFilters();
   void moveFollowers() const;
   void updateBoxes(bool sensors) const;
@@ -132,6 +144,7 @@ private:
   std::unique_ptr<btCollisionDispatcher> m_dispatcher;
   std::unique_ptr<btOverlapFilterCallback> m_filter;
   std::unique_ptr<btBroadphaseInterface> m_broadphase;
+  SolverReport m_solverReport;
   std::unique_ptr<btConstraintSolver> m_solver;
   std::unique_ptr<DynamicsWorld> m_world;
   double m_lastTimeStep = 0.0;
@@ -140,6 +153,9 @@ private:
   bool m_fixedObjectsMeet = true; // until the first step, as there is nothing else to ask for
 
   std::unordered_map<PairKey, std::unique_ptr<GeometryPair>, PairHash> m_pairs;
+  size_t m_tooManyPairs = 1024;     // when to look for those that meet no more
+  std::uint64_t m_surfacesAsOf = 0; // change of materials up to which all points are right
+  bool m_somethingBounces = false;  // a pair that was met since has restitution
   std::map<std::pair<zor::Material const*, zor::Material const*>, zor::ref_ptr<zor::ContactMaterial>>
       m_contactMaterials;
   std::set<std::pair<zor::UInt32, zor::UInt32>> m_disabledGroups;

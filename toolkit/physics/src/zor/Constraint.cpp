@@ -103,6 +103,22 @@ bool Constraint::getLastForce(UInt index, Vec3& force, Vec3& torque) const {
   return known;
 }
 
+void Constraint::setEnableForceStatistics(bool enable) {
+  m_impl->setStatistics(enable);
+}
+
+bool Constraint::getEnableForceStatistics() const {
+  return m_impl->hasStatistics();
+}
+
+ForceStatistics Constraint::getForceStatistics() const {
+  return m_impl->forceStatistics();
+}
+
+ForceStatistics Constraint::getTorqueStatistics() const {
+  return m_impl->torqueStatistics();
+}
+
 zorSDK::Simulation* Constraint::getSimulation() const {
   return m_impl->simulation();
 }

@@ -60,4 +60,8 @@ Real Controller1D::getCurrentForce() const {
   return m_currentForce;
 }
 
+ForceStatistics Controller1D::getForceStatistics() const {
+  return m_constraint ? m_constraint->statisticsOf(*this) : ForceStatistics();
+}
+
 } // namespace zor

@@ -18,4 +18,12 @@ Real Lock1D::getPosition() const {
   return m_position;
 }
 
+void Lock1D::setSpring(Real stiffness, Real damping) {
+  checkPositive(stiffness, "Lock1D::setSpring");
+  checkNotNegative(damping, "Lock1D::setSpring");
+  setCompliance(1 / stiffness);
+  setDamping(damping / stiffness);
+  setEnable(true);
+}
+
 } // namespace zor

@@ -104,6 +104,24 @@ Vec3 RigidBody::getAngularVelocity() const {
   return fromBt(m_impl->engine().getAngularVelocity());
 }
 
+void RigidBody::setLocalVelocity(Vec3 const& velocity) {
+  checkFinite(velocity, "RigidBody::setLocalVelocity");
+  setVelocity(getTransform().transformVector(velocity));
+}
+
+Vec3 RigidBody::getLocalVelocity() const {
+  return getRotation().conj().rotate(getVelocity());
+}
+
+void RigidBody::setLocalAngularVelocity(Vec3 const& velocity) {
+  checkFinite(velocity, "RigidBody::setLocalAngularVelocity");
+  setAngularVelocity(getTransform().transformVector(velocity));
+}
+
+Vec3 RigidBody::getLocalAngularVelocity() const {
+  return getRotation().conj().rotate(getAngularVelocity());
+}
+
 Vec3 RigidBody::getVelocityAt(Vec3 const& worldPoint) const {
   return getVelocity() + getAngularVelocity().cross(worldPoint - getCmPosition());
 }
@@ -143,6 +161,22 @@ void RigidBody::addForceAtLocalPosition(Vec3 const& force, Vec3 const& localPoin
   addForceAtPosition(force, getTransform().transformPoint(localPoint));
 }
 
+void RigidBody::addLocalForce(Vec3 const& force) {
+  checkFinite(force, "RigidBody::addLocalForce");
+  addForce(getTransform().transformVector(force));
+}
+
+void RigidBody::addLocalTorque(Vec3 const& torque) {
+  checkFinite(torque, "RigidBody::addLocalTorque");
+  addTorque(getTransform().transformVector(torque));
+}
+
+void RigidBody::addLocalForceAtLocalPosition(Vec3 const& force, Vec3 const& localPoint) {
+  checkFinite(force, "RigidBody::addLocalForceAtLocalPosition");
+  checkFinite(localPoint, "RigidBody::addLocalForceAtLocalPosition");
+  addForceAtLocalPosition(getTransform().transformVector(force), localPoint);
+}
+
 Vec3 RigidBody::getForce() const {
   return fromBt(m_impl->engine().getTotalForce());
 }
@@ -172,6 +206,18 @@ void RigidBody::setMotionControl(MotionControl control) {
     throw std::invalid_argument("RigidBody::setMotionControl: " + std::to_string(static_cast<int>(control)) +
                                 " is no motion control");
   m_impl->setControl(control);
+}
+
+void RigidBody::moveTo(AffineMatrix4x4 const& transform, Real duration) {
+  checkRigid(transform, "RigidBody::moveTo");
+  checkNotNegative(duration, "RigidBody::moveTo");
+  if (getMotionControl() != KINEMATICS)
+    throw std::invalid_argument("RigidBody::moveTo: body '" + getName() + "' is not kinematic");
+  m_impl->moveTo(toBt(transform), duration);
+}
+
+Real RigidBody::getMoveTimeLeft() const {
+  return m_impl->moveTimeLeft();
 }
 
 RigidBody::MotionControl RigidBody::getMotionControl() const {
@@ -238,6 +284,15 @@ void RigidBody::setEnableContinuousCollision(bool enable) {
 
 bool RigidBody::getEnableContinuousCollision() const {
   return m_impl->continuous();
+}
+
+Vec3 RigidBody::getMomentum() const {
+  return getVelocity() * getMassProperties()->getMass();
+}
+
+Vec3 RigidBody::getAngularMomentum() const {
+  Matrix3x3 const rotation = getTransform().getLinear();
+  return (getAngularVelocity() * rotation.transpose()) * getMassProperties()->getInertiaTensor() * rotation;
 }
 
 Real RigidBody::getKineticEnergy() const {

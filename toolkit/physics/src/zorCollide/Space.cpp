@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string>
+#include <unordered_map>
 
 #include "bullet/Check.h"
 #include "bullet/Conversions.h"
@@ -30,6 +31,12 @@ double checkReach(double maxDistance) {
     throw std::invalid_argument("Space: length of the ray is " + std::to_string(maxDistance) +
                                 ", but must be positive");
   return maxDistance;
+}
+
+void checkBundle(zor::Vec3Vector const& origins, zor::Vec3Vector const& directions) {
+  if (origins.size() != directions.size() && origins.size() != 1)
+    throw std::invalid_argument("Space: " + std::to_string(origins.size()) + " origins for " +
+                                std::to_string(directions.size()) + " rays");
 }
 
 /** 1 if the wish is for this order, -1 for the other, 0 for neither. */
@@ -138,14 +145,36 @@ RayHitVector Space::castRayAll(zor::Vec3 const& origin, zor::Vec3 const& directi
 
 RayHitVector Space::castRays(zor::Vec3Vector const& origins, zor::Vec3Vector const& directions,
                              zor::Real maxDistance, bool includeSensors) const {
-  if (origins.size() != directions.size() && origins.size() != 1)
-    throw std::invalid_argument("Space: " + std::to_string(origins.size()) + " origins for " +
-                                std::to_string(directions.size()) + " rays");
+  checkBundle(origins, directions);
   RayHitVector hits;
   hits.reserve(directions.size());
   for (size_t i = 0; i < directions.size(); ++i)
     hits.push_back(castRay(origins[origins.size() == 1 ? 0 : i], directions[i], maxDistance, includeSensors));
   return hits;
+}
+
+RayTable Space::castRayTable(zor::Vec3Vector const& origins, zor::Vec3Vector const& directions,
+                             zor::Real maxDistance, bool includeSensors) const {
+  checkBundle(origins, directions);
+  checkReach(maxDistance);
+  std::unordered_map<GeometryImpl const*, zor::Int> indices;
+  for (size_t i = 0; i < m_geometries.size(); ++i)
+    indices[&m_geometries[i]->getImpl()] = static_cast<zor::Int>(i);
+  RayTable table;
+  table.reserve(directions.size());
+  for (size_t i = 0; i < directions.size(); ++i) {
+    zorBullet::Ray const ray = makeRay(origins[origins.size() == 1 ? 0 : i], directions[i]);
+    zorBullet::Hit hit;
+    hit.distance = maxDistance;
+    if (GeometryImpl const* const nearest = m_impl->castRay(ray, includeSensors, hit)) {
+      table.addHit(hit.distance, zorBullet::fromBt(ray.origin + ray.direction * hit.distance),
+                   zorBullet::fromBt(hit.normal), indices.at(nearest));
+    } else {
+      zor::Vec3 const end = zorBullet::fromBt(ray.origin + ray.direction * maxDistance);
+      table.addMiss(end.isFinite() ? end : zorBullet::fromBt(ray.origin));
+    }
+  }
+  return table;
 }
 
 LocalGeometryContactVector Space::getGeometryContacts() const {

@@ -47,14 +47,29 @@ bool removeFrom(zor::Vector<zor::ref_ptr<T>>& from, T* object, Simulation* simul
 
 // The first of the given name in one list of an assembly or of those nested in it.
 template <class T>
-T* findByName(Assembly const& assembly, zor::Vector<zor::ref_ptr<T>> const& (Assembly::*list)() const,
-              std::string const& name) {
+T* findByPlainName(Assembly const& assembly, zor::Vector<zor::ref_ptr<T>> const& (Assembly::*list)() const,
+                   std::string const& name) {
   for (auto const& each : (assembly.*list)())
     if (each->getName() == name)
       return each.get();
   for (auto const& nested : assembly.getAssemblies())
-    if (T* found = findByName(*nested, list, name))
+    if (T* found = findByPlainName(*nested, list, name))
       return found;
+  return nullptr;
+}
+
+// By name, else by a path through nested assemblies, whose own names may hold slashes.
+template <class T>
+T* findByName(Assembly const& assembly, zor::Vector<zor::ref_ptr<T>> const& (Assembly::*list)() const,
+              std::string const& name) {
+  if (T* found = findByPlainName(assembly, list, name))
+    return found;
+  for (auto const& nested : assembly.getAssemblies()) {
+    std::string const& first = nested->getName();
+    if (name.size() > first.size() && name[first.size()] == '/' && name.starts_with(first))
+      if (T* found = findByName(*nested, list, name.substr(first.size() + 1)))
+        return found;
+  }
   return nullptr;
 }
 

@@ -1,6 +1,7 @@
 #include <zorSDK/Simulation.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <stdexcept>
 
@@ -18,6 +19,21 @@ T* findByName(zor::Vector<zor::ref_ptr<T>> const& in, std::string const& name) {
   auto const at =
       std::find_if(in.begin(), in.end(), [&](auto const& each) { return each->getName() == name; });
   return at == in.end() ? nullptr : at->get();
+}
+
+// By name, else by a path that starts with the name of an assembly.
+template <class T>
+T* findByName(zor::Vector<zor::ref_ptr<T>> const& in, AssemblyRefVector const& assemblies,
+              T* (Assembly::*look)(std::string const&) const, std::string const& name) {
+  if (T* found = findByName(in, name))
+    return found;
+  for (auto const& assembly : assemblies) {
+    std::string const& first = assembly->getName();
+    if (name.size() > first.size() && name[first.size()] == '/' && name.starts_with(first))
+      if (T* found = (assembly.get()->*look)(name.substr(first.size() + 1)))
+        return found;
+  }
+  return nullptr;
 }
 
 zor::UInt checkCount(zor::UInt count, zor::UInt most, char const* where) {
@@ -170,6 +186,27 @@ zor::UInt Simulation::getNumSolverIterations() const {
   return static_cast<zor::UInt>(m_impl->solverInfo().m_numIterations);
 }
 
+// The engine compares squares.
+void Simulation::setSolverTolerance(zor::Real tolerance) {
+  zor::checkNotNegative(tolerance, "Simulation::setSolverTolerance");
+  m_impl->solverInfo().m_leastSquaresResidualThreshold = tolerance * tolerance;
+}
+
+zor::Real Simulation::getSolverTolerance() const {
+  return std::sqrt(m_impl->solverInfo().m_leastSquaresResidualThreshold);
+}
+
+void Simulation::setSolverType(SolverType type) {
+  if (type != SEQUENTIAL_IMPULSES && type != CONJUGATE_GRADIENT)
+    throw std::invalid_argument("Simulation::setSolverType: " + std::to_string(static_cast<int>(type)) +
+                                " is no solver");
+  m_impl->setSolver(type);
+}
+
+Simulation::SolverType Simulation::getSolverType() const {
+  return m_impl->solverType;
+}
+
 void Simulation::setUniformGravity(zor::Vec3 const& gravity) {
   zor::checkFinite(gravity, "Simulation::setUniformGravity");
   for (auto const& body : m_impl->bodies)
@@ -249,15 +286,15 @@ EventListenerRefVector const& Simulation::getListeners() const {
 }
 
 zor::RigidBody* Simulation::getRigidBody(std::string const& name) const {
-  return findByName(m_impl->bodies, name);
+  return findByName(m_impl->bodies, m_impl->assemblies, &Assembly::getRigidBody, name);
 }
 
 zorCollide::Geometry* Simulation::getGeometry(std::string const& name) const {
-  return findByName(m_impl->space->getGeometries(), name);
+  return findByName(m_impl->space->getGeometries(), m_impl->assemblies, &Assembly::getGeometry, name);
 }
 
 zor::Constraint* Simulation::getConstraint(std::string const& name) const {
-  return findByName(m_impl->constraints, name);
+  return findByName(m_impl->constraints, m_impl->assemblies, &Assembly::getConstraint, name);
 }
 
 zor::Constraint1DOF* Simulation::getConstraint1DOF(std::string const& name) const {
@@ -277,7 +314,7 @@ zor::ContactMaterial* Simulation::getContactMaterial(zor::Material const* materi
 }
 
 zor::ObserverFrame* Simulation::getObserverFrame(std::string const& name) const {
-  return findByName(m_impl->frames, name);
+  return findByName(m_impl->frames, m_impl->assemblies, &Assembly::getObserverFrame, name);
 }
 
 Assembly* Simulation::getAssembly(std::string const& name) const {
@@ -286,11 +323,24 @@ Assembly* Simulation::getAssembly(std::string const& name) const {
   for (auto const& assembly : m_impl->assemblies)
     if (Assembly* found = assembly->getAssembly(name))
       return found;
-  return nullptr;
+  return findByName(m_impl->assemblies, m_impl->assemblies, &Assembly::getAssembly, name);
 }
 
 EventListener* Simulation::getEventListener(std::string const& name) const {
   return findByName(m_impl->listeners, name);
+}
+
+zor::RealVector Simulation::getState() const {
+  return m_impl->state();
+}
+
+// FNV-1a over the bytes.
+zor::UInt Simulation::getStateHash() const {
+  zor::UInt hash = 0xCBF29CE484222325;
+  for (zor::Real const number : m_impl->state())
+    for (std::uint64_t bits = std::bit_cast<std::uint64_t>(number), byte = 0; byte < 8; ++byte, bits >>= 8)
+      hash = (hash ^ (bits & 0xFF)) * 0x100000001B3;
+  return hash;
 }
 
 SimulationStatistics Simulation::getStatistics() const {

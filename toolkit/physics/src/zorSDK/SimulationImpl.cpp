@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <stdexcept>
 
 #include <zor/Notify.h>
@@ -369,9 +370,10 @@ void SimulationImpl::step() {
 
 void SimulationImpl::move(double dt) {
   for (auto const& body : bodies)
-    body->getImpl().beforeStep(autoSleep);
+    body->getImpl().beforeStep(autoSleep, m_timeStep);
   for (auto const& constraint : constraints)
     constraint->getImpl().update();
+  m_spaceImpl.solverReport() = {};
   world().applyGravity();
   for (zor::UInt i = 0; i < subSteps; ++i) {
     if (i > 0)
@@ -466,7 +468,8 @@ void SimulationImpl::callContactListeners() {
     for (zorCollide::GeometryContact& contact : space->getGeometryContacts()) {
       GeometryKey const key = std::minmax(contact.getGeometry1(), contact.getGeometry2());
       auto const [at, isNew] =
-          m_touches.try_emplace(key, Touch{contact.getGeometry1(), contact.getGeometry2()});
+          m_touches.try_emplace(key, Touch{contact.getGeometry1(), contact.getGeometry2(), m_numTouches});
+      m_numTouches += isNew ? 1 : 0;
       at->second.now = true;
       if (callForContact(contact, isNew))
         m_removedContacts.push_back(key);
@@ -500,6 +503,7 @@ void SimulationImpl::callForSeparations() {
       parted.push_back(at->second);
     at = at->second.now ? std::next(at) : m_touches.erase(at);
   }
+  std::sort(parted.begin(), parted.end(), [](Touch const& a, Touch const& b) { return a.number < b.number; });
   for (Touch const& touch : parted)
     for (auto const& listener : m_called) {
       auto& receiver = static_cast<ContactEventListener&>(*listener);
@@ -527,12 +531,40 @@ void SimulationImpl::dropRemovedContacts() {
   }
 }
 
+void SimulationImpl::setSolver(Simulation::SolverType type) {
+  if (m_stepping)
+    throw std::runtime_error("Simulation::setSolverType: not inside a step");
+  m_spaceImpl.setSolver(type == Simulation::CONJUGATE_GRADIENT);
+  solverType = type;
+}
+
+zor::RealVector SimulationImpl::state() const {
+  constexpr size_t NUMBERS = 14;
+  zor::RealVector state;
+  state.reserve(1 + NUMBERS * bodies.size());
+  state.push_back(time());
+  auto const add = [&state](auto const& value, size_t count) {
+    for (size_t i = 0; i < count; ++i)
+      state.push_back(value[i]);
+  };
+  for (auto const& body : bodies) {
+    add(body->getPosition(), 3);
+    add(body->getRotation(), 4);
+    add(body->getVelocity(), 3);
+    add(body->getAngularVelocity(), 3);
+    state.push_back(body->isSleeping() ? 1 : 0);
+  }
+  return state;
+}
+
 SimulationStatistics SimulationImpl::statistics() const {
   SimulationStatistics result = m_statistics;
   result.bodies = bodies.size();
   result.sleepingBodies = static_cast<zor::UInt>(
       std::count_if(bodies.begin(), bodies.end(), [](auto const& body) { return body->isSleeping(); }));
   result.constraints = constraints.size();
+  result.solverIterations = static_cast<zor::UInt>(m_spaceImpl.solverReport().iterations);
+  result.solverResidual = std::sqrt(m_spaceImpl.solverReport().squaredSpeed);
   for (zorCollide::GeometryContact const& contact : space->getGeometryContacts()) {
     ++result.contacts;
     result.contactPoints += contact.getPoints().size();

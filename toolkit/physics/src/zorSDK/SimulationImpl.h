@@ -62,6 +62,8 @@ public:
   double time() const { return m_startTime + static_cast<double>(m_stepsSinceStart) * m_timeStep; }
   double timeStep() const { return m_timeStep; }
   bool stepping() const { return m_stepping; }
+  void setSolver(Simulation::SolverType type);
+  zor::RealVector state() const;
 
   btContactSolverInfo& solverInfo() { return world().getSolverInfo(); }
   zorBullet::DynamicsWorld& world() { return m_spaceImpl.world(); }
@@ -79,6 +81,7 @@ public:
   EventListenerRefVector listeners;
   zor::UInt subSteps = 1;
   bool autoSleep = false;
+  Simulation::SolverType solverType = Simulation::SEQUENTIAL_IMPULSES;
 
 private:
   friend struct zorStream::StateAccess;
@@ -89,6 +92,7 @@ private:
   struct Touch {
     zor::ref_ptr<zorCollide::Geometry> geometry1;
     zor::ref_ptr<zorCollide::Geometry> geometry2;
+    zor::UInt number = 0; // touches are numbered as they come, for an order that does not depend on addresses
     bool now = false;
   };
   struct KeyHash {
@@ -123,6 +127,7 @@ private:
 
   EventListenerRefVector m_called; // copy, as listeners may be added and removed inside a call
   std::unordered_map<GeometryKey, Touch, KeyHash> m_touches;
+  zor::UInt m_numTouches = 0;                 // ever
   std::vector<GeometryKey> m_removedContacts; // of this step
 };
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "bullet/BodyImpl.h"
 #include "bullet/Check.h"
@@ -23,7 +24,7 @@ void StateAccess::material(Archive& archive, Ref<zor::Material>& material) {
   using zor::Material;
   if (archive.reading())
     material = new Material;
-  bool common = material.get() == zorBullet::defaultMaterial();
+  bool common = material.get() == zorBullet::GeometryImpl::defaultMaterial();
   field(archive, "isDefault", common); // that of geometries without one
   property(archive, "name", static_cast<zor::Object&>(*material), &zor::Object::getName,
            &zor::Object::setName);
@@ -31,11 +32,19 @@ void StateAccess::material(Archive& archive, Ref<zor::Material>& material) {
   property(archive, "friction", *material, &Material::getFriction, &Material::setFriction);
   property(archive, "restitution", *material, &Material::getRestitution, &Material::setRestitution);
   property(archive, "youngsModulus", *material, &Material::getYoungsModulus, &Material::setYoungsModulus);
+  if (archive.version() >= 2) {
+    property(archive, "rollingFriction", *material, &Material::getRollingFriction,
+             &Material::setRollingFriction);
+    property(archive, "spinningFriction", *material, &Material::getSpinningFriction,
+             &Material::setSpinningFriction);
+  }
   // The default material is one for the process; where it has been changed since, the file's is another one.
-  Material& present = *zorBullet::defaultMaterial();
+  Material& present = *zorBullet::GeometryImpl::defaultMaterial();
   if (archive.reading() && common && material->getName() == present.getName() &&
       material->getDensity() == present.getDensity() && material->getFriction() == present.getFriction() &&
       material->getRestitution() == present.getRestitution() &&
+      material->getRollingFriction() == present.getRollingFriction() &&
+      material->getSpinningFriction() == present.getSpinningFriction() &&
       material->getYoungsModulus() == present.getYoungsModulus())
     material = &present;
 }
@@ -54,6 +63,14 @@ void StateAccess::contactMaterial(Archive& archive, ObjectTables& tables,
   property(archive, "friction", *material, &ContactMaterial::getFriction, &ContactMaterial::setFriction);
   property(archive, "restitution", *material, &ContactMaterial::getRestitution,
            &ContactMaterial::setRestitution);
+  if (archive.version() < 2)
+    return;
+  property(archive, "rollingFriction", *material, &ContactMaterial::getRollingFriction,
+           &ContactMaterial::setRollingFriction);
+  property(archive, "spinningFriction", *material, &ContactMaterial::getSpinningFriction,
+           &ContactMaterial::setSpinningFriction);
+  property(archive, "stiffness", *material, &ContactMaterial::getStiffness, &ContactMaterial::setStiffness);
+  property(archive, "damping", *material, &ContactMaterial::getDamping, &ContactMaterial::setDamping);
 }
 
 // --- frames
@@ -326,6 +343,20 @@ void StateAccess::body(Archive& archive, ObjectTables& tables, Ref<zor::RigidBod
   field(archive, "acceleration", impl.m_acceleration);
   field(archive, "angularAcceleration", impl.m_angularAcceleration);
   archive.endObject();
+  std::optional<BodyImpl::Move> move = impl.m_move;
+  if (archive.version() >= 2 && archive.optional("move", move.has_value())) {
+    if (!move)
+      move.emplace(BodyImpl::Move{btTransform::getIdentity(), 0.0});
+    archive.beginObject("move");
+    field(archive, "target", move->target);
+    field(archive, "timeLeft", move->left);
+    if (archive.reading() && !(move->left >= 0))
+      archive.fail("timeLeft", "must not be negative");
+    if (archive.reading())
+      checked(archive, "target",
+              [&] { zorBullet::checkRigid("RigidBody", zorBullet::fromBt(move->target)); });
+    archive.endObject();
+  }
   if (!archive.reading())
     return;
   engine.setLinearVelocity(velocity);
@@ -341,6 +372,7 @@ void StateAccess::body(Archive& archive, ObjectTables& tables, Ref<zor::RigidBod
     motion.applyActivation(engine);
     motion = MotionState::of(engine);
   }
+  impl.m_move = move; // last, as setting a place gives a move up
 }
 
 void StateAccess::observerFrame(Archive& archive, ObjectTables& tables, Ref<zor::ObserverFrame>& frame) {

@@ -4,9 +4,12 @@
 #include <zor/BallJoint.h>
 #include <zor/CylindricalJoint.h>
 #include <zor/DistanceJoint.h>
+#include <zor/GearJoint.h>
 #include <zor/Hinge.h>
 #include <zor/LockJoint.h>
 #include <zor/Prismatic.h>
+#include <zor/UniversalJoint.h>
+#include <zor/WheelJoint.h>
 
 #include "bullet/BodyImpl.h"
 #include "bullet/ConstraintImpl.h"
@@ -33,12 +36,23 @@ zor::Constraint* makeDistanceJoint(zor::RigidBody* body1, zor::Frame*, zor::Rigi
   return new zor::DistanceJoint(body1, apart, body2, zor::Vec3());
 }
 
+// Attachments and ratio follow.
+zor::Constraint* makeGearJoint(zor::RigidBody* body1, zor::Frame*, zor::RigidBody* body2, zor::Frame*) {
+  return new zor::GearJoint(body1, zor::Vec3(0, 0, 1), body2, zor::Vec3(0, 0, 1), 1);
+}
+
 // Every kind of constraint: its name in files is that of its class.
 std::map<std::string, Maker> const& makers() {
   static std::map<std::string, Maker> const all{
-      {"BallJoint", make<zor::BallJoint>}, {"CylindricalJoint", make<zor::CylindricalJoint>},
-      {"Hinge", make<zor::Hinge>},         {"LockJoint", make<zor::LockJoint>},
-      {"Prismatic", make<zor::Prismatic>}, {"DistanceJoint", makeDistanceJoint},
+      {"BallJoint", make<zor::BallJoint>},
+      {"CylindricalJoint", make<zor::CylindricalJoint>},
+      {"Hinge", make<zor::Hinge>},
+      {"LockJoint", make<zor::LockJoint>},
+      {"Prismatic", make<zor::Prismatic>},
+      {"DistanceJoint", makeDistanceJoint},
+      {"UniversalJoint", make<zor::UniversalJoint>},
+      {"WheelJoint", make<zor::WheelJoint>},
+      {"GearJoint", makeGearJoint},
   };
   return all;
 }
@@ -97,6 +111,11 @@ void StateAccess::constraint(Archive& archive, ObjectTables& tables, Ref<zor::Co
   property(archive, "compliance", *constraint, &Constraint::getCompliance, &Constraint::setCompliance);
   property(archive, "damping", *constraint, &Constraint::getDamping, &Constraint::setDamping);
   property(archive, "forceRange", *constraint, &Constraint::getForceRange, &Constraint::setForceRange);
+
+  if (auto* const gear = dynamic_cast<zor::GearJoint*>(constraint.get())) {
+    property(archive, "ratio", *gear, &zor::GearJoint::getRatio, &zor::GearJoint::setRatio);
+    field(archive, "slip", impl.m_gearSlip);
+  }
 
   archive.beginTuple("freedoms", impl.m_freedoms.size());
   for (ConstraintImpl::Freedom& freedom : impl.m_freedoms) {

@@ -41,13 +41,10 @@ void StateAccess::assembly(Archive& archive, ObjectTables& tables, Ref<Assembly>
 // --- settings and time
 
 StateAccess::Settings StateAccess::Settings::of(Simulation& simulation) {
-  Settings settings{simulation.getName(),
-                    simulation.getUniformGravity(),
-                    simulation.getTimeStep(),
-                    simulation.getNumSubSteps(),
-                    simulation.getNumSolverIterations(),
-                    simulation.getEnableAutoSleep(),
-                    {}};
+  Settings settings{
+      simulation.getName(),        simulation.getUniformGravity(),      simulation.getTimeStep(),
+      simulation.getNumSubSteps(), simulation.getNumSolverIterations(), simulation.getEnableAutoSleep(),
+      simulation.getSolverType(),  simulation.getSolverTolerance(),     {}};
   auto const& groups = simulation.getSpace()->getImpl().m_disabledGroups;
   settings.disabledGroups.assign(groups.begin(), groups.end());
   return settings;
@@ -61,6 +58,12 @@ void StateAccess::Settings::describe(Archive& archive) {
   field(archive, "subSteps", subSteps);
   field(archive, "solverIterations", iterations);
   field(archive, "autoSleep", autoSleep);
+  if (archive.version() >= 2) {
+    choice<Simulation::SolverType>(archive, "solver", solver,
+                                   {{"sequential impulses", Simulation::SEQUENTIAL_IMPULSES},
+                                    {"conjugate gradient", Simulation::CONJUGATE_GRADIENT}});
+    field(archive, "solverTolerance", tolerance);
+  }
   listOfObjects(archive, "disabledGroups", disabledGroups, [&](auto& pair) {
     field(archive, "group1", pair.first);
     field(archive, "group2", pair.second);
@@ -80,6 +83,8 @@ void StateAccess::Settings::check(Archive& archive) const {
     archive.fail("subSteps", "must be 1 to 100");
   if (iterations < 1 || iterations > 10000)
     archive.fail("solverIterations", "must be 1 to 10000");
+  if (!(tolerance >= 0) || !std::isfinite(tolerance))
+    archive.fail("solverTolerance", "must be finite and not negative");
 }
 
 void StateAccess::Settings::apply(Simulation& simulation, bool replace) const {
@@ -90,6 +95,9 @@ void StateAccess::Settings::apply(Simulation& simulation, bool replace) const {
     simulation.setTimeStep(timeStep);
   simulation.setNumSubSteps(subSteps);
   simulation.setNumSolverIterations(iterations);
+  if (simulation.getSolverType() != solver)
+    simulation.setSolverType(solver);
+  simulation.setSolverTolerance(tolerance);
   if (simulation.getEnableAutoSleep() != autoSleep)
     simulation.setEnableAutoSleep(autoSleep);
   zorCollide::Space& space = *simulation.getSpace();
@@ -271,16 +279,16 @@ void manifoldField(Archive& archive, ObjectTables& tables, WorldState::Manifold&
 StateAccess::History StateAccess::History::of(Simulation& simulation, ObjectTables const& tables) {
   History history;
   history.world = WorldState::of(simulation.getSpace()->getImpl(), simulation.getConstraints());
-  for (auto const& entry : implOf(simulation).m_touches) {
-    Touch const touch{entry.second.geometry1.get(), entry.second.geometry2.get()};
+  std::vector<zorSDK::SimulationImpl::Touch const*> known;
+  for (auto const& entry : implOf(simulation).m_touches)
+    known.push_back(&entry.second);
+  // The simulation keeps them by address, and numbers them as they came.
+  std::sort(known.begin(), known.end(), [](auto* a, auto* b) { return a->number < b->number; });
+  for (auto const* each : known) {
+    Touch const touch{each->geometry1.get(), each->geometry2.get()};
     if (tables.geometries.contains(*touch.first) && tables.geometries.contains(*touch.second))
       history.touches.push_back(touch);
   }
-  // The simulation keeps them by address.
-  std::sort(history.touches.begin(), history.touches.end(), [&](Touch const& a, Touch const& b) {
-    return std::pair(tables.geometries.idOf(*a.first), tables.geometries.idOf(*a.second)) <
-           std::pair(tables.geometries.idOf(*b.first), tables.geometries.idOf(*b.second));
-  });
   return history;
 }
 
@@ -310,10 +318,10 @@ void StateAccess::History::describe(Archive& archive, ObjectTables& tables) {
 
 void StateAccess::History::apply(Simulation& simulation) const {
   world.restore(simulation.getSpace()->getImpl(), simulation.getConstraints());
-  auto& known = implOf(simulation).m_touches;
+  zorSDK::SimulationImpl& impl = implOf(simulation);
   for (Touch const& touch : touches)
-    known.try_emplace(std::minmax(touch.first, touch.second),
-                      zorSDK::SimulationImpl::Touch{touch.first, touch.second});
+    impl.m_touches.try_emplace(std::minmax(touch.first, touch.second),
+                               zorSDK::SimulationImpl::Touch{touch.first, touch.second, impl.m_numTouches++});
 }
 
 } // namespace zorStream

@@ -11,7 +11,7 @@
 namespace zorStream {
 
 /** Version of the format that is written. All older ones are read. */
-constexpr std::uint32_t FORMAT_VERSION = 1;
+constexpr std::uint32_t FORMAT_VERSION = 2;
 
 /** A whole simulation between memory and bytes: objects made aside, which no simulation knows yet. */
 class SimulationFile {

@@ -43,6 +43,8 @@ struct StateAccess {
     std::uint64_t subSteps = 0;
     std::uint64_t iterations = 0;
     bool autoSleep = false;
+    zorSDK::Simulation::SolverType solver = zorSDK::Simulation::SEQUENTIAL_IMPULSES;
+    double tolerance = 0;
     std::vector<std::pair<zor::UInt32, zor::UInt32>> disabledGroups;
 
     static Settings of(zorSDK::Simulation& simulation);
