@@ -148,7 +148,7 @@ class Visitor(osg.NodeVisitor):
 
     def apply(self, node):
         if self.fails and node.asDrawable():
-            raise KeyError
+            raise ValueError
         self.traverse(node)
 
 

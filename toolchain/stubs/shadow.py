@@ -100,6 +100,15 @@ class Constant:
         self.doc = ""
 
 
+class Attribute:
+    """An annotated attribute of a class written in Python, with the docstring below it."""
+
+    def __init__(self, name, annotation):
+        self.name = name
+        self.annotation = annotation
+        self.doc = ""
+
+
 class Property:
     """A member variable: the flat functions that read and write it."""
 
@@ -168,8 +177,10 @@ class Shadow:
                 member = self._assigned(node.targets[0].id, node.value)
                 if member:
                     scope.members.append(member)
+            elif isinstance(node, ast.AnnAssign) and scope.name and not node.target.id.startswith("_"):
+                scope.members.append(Attribute(node.target.id, ast.unparse(node.annotation)))
             elif isinstance(node, ast.Expr) and isinstance(node.value, ast.Constant) and scope.members \
-                    and isinstance(scope.members[-1], Constant):
+                    and isinstance(scope.members[-1], Constant | Attribute):
                 scope.members[-1].doc = node.value.value
 
     def _assigned(self, name, value):

@@ -3,7 +3,7 @@
 import re
 
 from . import cpptypes, docstrings
-from .shadow import Alias, Constant, Function, Property, Scope
+from .shadow import Alias, Attribute, Constant, Function, Property, Scope
 
 _HEADER = '''# Made by toolchain/make_stubs.py from what SWIG generates; not to be edited.
 # Results of C++ functions that may be null are written without None, as most of them never are where they are used.
@@ -76,6 +76,10 @@ class Writer:
             self._lines.append(f"{indent}{member.name} = {member.target}")
         elif isinstance(member, Constant):
             self._write_constant(member, indent)
+        elif isinstance(member, Attribute):
+            self._lines.append(f"{indent}{member.name}: {member.annotation}")
+            if member.doc:
+                self._write_doc(docstrings.tidy(member.doc), indent)
 
     def _write_class(self, scope):
         bases = f"({', '.join(scope.bases)})" if scope.bases else ""

@@ -25,6 +25,7 @@ OSG_OWNED(ClipPlane)
 // Constants of the base class have these names already.
 %rename(NO_COLOR) osg::Material::OFF;
 %rename(POINT_TYPE) osg::StateAttribute::POINT;
+%rename(POINT) osg::PolygonMode::POINT;
 
 // A colour, or other value, that a class shows of itself.
 %define OSG_SHOWN(CLASS, TYPE, NAME)

@@ -145,6 +145,7 @@ class Intersection:
     """Number of the triangle, line or point of the drawable."""
 
     def __init__(self, path: list[Node], drawable: Drawable, point: Vec3d, normal: Vec3d, ratio: float, primitive: int) -> None:
+        """A point where a line met a drawable; made by intersect() and intersectPixel()."""
         self.path, self.drawable, self.point, self.normal, self.ratio, self.primitive = path, drawable, point, normal, ratio, primitive
 
     def __repr__(self) -> str:

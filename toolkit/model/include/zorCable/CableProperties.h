@@ -8,7 +8,11 @@ namespace zorCable {
 class CableProperties {
 public:
   /** A way in which a cable deforms. */
-  enum Direction : int { BEND = 0, STRETCH = 1, TWIST = 2 };
+  enum Direction : int {
+    BEND = 0,    ///< Across the cable.
+    STRETCH = 1, ///< Along the cable.
+    TWIST = 2    ///< About the cable.
+  };
 
   /** Stiff in all directions (10 GPa), without a limit of plastic deformation. */
   CableProperties() = default;

@@ -11,7 +11,14 @@ namespace zorModel {
 class UrdfJoint {
 public:
   /** Kinds of joints. */
-  enum Type : int { FIXED, REVOLUTE, CONTINUOUS, PRISMATIC, FLOATING, PLANAR };
+  enum Type : int {
+    FIXED,      ///< The links are one.
+    REVOLUTE,   ///< Turns about the axis, within limits.
+    CONTINUOUS, ///< Turns about the axis without limits.
+    PRISMATIC,  ///< Slides along the axis, within limits.
+    FLOATING,   ///< Moves freely.
+    PLANAR      ///< Moves in the plane across the axis.
+  };
 
   /** \return true if one number is the joint's position: revolute, continuous and prismatic joints */
   bool hasPosition() const { return type == REVOLUTE || type == CONTINUOUS || type == PRISMATIC; }

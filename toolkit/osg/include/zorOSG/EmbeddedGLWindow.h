@@ -38,11 +38,11 @@ class EmbeddedGLWindow {
 public:
   /// Node mask bits of the parts of the scene graph.
   enum RenderMask : int {
-    MAIN_SCENE_MASK = 2,
-    DEBUG_RENDER_MASK = 4,
-    OSG_RENDER_MASK = 8,
-    HUD_MASK = 16,
-    DECORATOR_MASK = 32
+    MAIN_SCENE_MASK = 2,   ///< The scene itself.
+    DEBUG_RENDER_MASK = 4, ///< Debug rendering of the simulation.
+    OSG_RENDER_MASK = 8,   ///< What is added under the scene root.
+    HUD_MASK = 16,         ///< Text and logo over the picture.
+    DECORATOR_MASK = 32    ///< Background and lights of the decorator.
   };
 
   /** Constructor */

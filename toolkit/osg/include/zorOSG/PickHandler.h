@@ -88,10 +88,14 @@ public:
   void getNearFarPoints(osg::Camera const* camera, zor::Vec3& near, zor::Vec3& far, float x, float y,
                         bool inSimulation = true) const;
 
+  /** Takes no keys; they go on to other listeners. \return false */
   bool keyboard(int key, unsigned int modKeyMask, float x, float y, bool keydown) override;
+  /** Picks up what is under the mouse, or lets it go. \return true if a body was picked up or let go */
   bool mouse(zorSDK::GuiEventListener::MouseButtonMask button, zorSDK::GuiEventListener::MouseState state,
              float x, float y) override;
+  /** Pulls what was picked up towards the mouse. \return true if something is held */
   bool mouseDragged(zorSDK::GuiEventListener::MouseButtonMask buttonMask, float x, float y) override;
+  /** Keeps pulling towards the mouse where it stays; called in every frame. */
   void update(float x, float y) override;
 
   /** Detaches the body that is held. */

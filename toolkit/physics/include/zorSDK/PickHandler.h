@@ -66,6 +66,7 @@ public:
   /** \return Damping of rotation in 1/s; 4 by default. */
   zor::Real getAngularDamping() const;
 
+  /** Lets go of what is held, as the handler leaves its simulation. */
   void removeNotification() override;
 
 protected:
