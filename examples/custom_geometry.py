@@ -22,9 +22,10 @@ def heights() -> numpy.ndarray:
     """A few hills and waves on an island (m)."""
     y, x = numpy.mgrid[-HALF : HALF : SIZE * 1j, -HALF : HALF : SIZE * 1j]
     hills = [(-2.5, 2.5, 3.4, 2.2), (3.5, 3.0, 2.3, 1.8), (1.0, -3.5, 1.3, 2.4), (-5.0, -3.0, 1.7, 1.6)]
-    z: numpy.ndarray = sum((h * numpy.exp(-((x - cx) ** 2 + (y - cy) ** 2) / (2 * w**2)) for cx, cy, h, w in hills), numpy.zeros_like(x))
+    z = sum((h * numpy.exp(-((x - cx) ** 2 + (y - cy) ** 2) / (2 * w**2)) for cx, cy, h, w in hills), numpy.zeros_like(x))
     z += 0.10 * numpy.sin(2.1 * x + 0.6 * y) * numpy.cos(1.7 * y - 0.4 * x) + 0.05 * numpy.sin(5.3 * x) * numpy.sin(4.7 * y)
-    return z - 2.6 * (numpy.hypot(x, y) / HALF) ** 5 - 0.12
+    island: numpy.ndarray = z - 2.6 * (numpy.hypot(x, y) / HALF) ** 5 - 0.12
+    return island
 
 
 def terrain(z: numpy.ndarray) -> osg.Geometry:

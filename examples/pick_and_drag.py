@@ -95,7 +95,9 @@ class Hand(zorOSG.ExampleApplicationListener):
 
 def pixel(camera: osg.Camera, point: zor.Vec3) -> tuple[float, float]:
     """Where a camera shows a point, counted as the mouse does: from the upper left corner."""
-    _, _, width, height = camera.getViewport()
+    viewport = camera.getViewport()
+    assert viewport, "the camera of a window has one"
+    _, _, width, height = viewport
     shown = camera.getProjectionMatrix().preMult(camera.getViewMatrix().preMult(osg.Vec3d(point.x(), point.y(), point.z())))
     return (shown.x() + 1) / 2 * width, (1 - shown.y()) / 2 * height
 

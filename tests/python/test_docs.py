@@ -78,7 +78,7 @@ def test_modules_explain_what_stubs_explain(module):
     silent = []
     for scope, body in [(real, tree.body), *((getattr(real, kind.name), kind.body) for kind in kinds)]:
         for name, docs in described(body).items():
-            thing = getattr(scope, name)
+            thing = getattr(scope, name, None)  # annotated attributes have no place in the class
             if any(docs) and callable(thing) and not (thing.__doc__ or "").strip():
                 silent.append(f"{scope.__name__}.{name}")
     assert silent == []

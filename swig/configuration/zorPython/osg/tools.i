@@ -136,9 +136,11 @@ class Intersection:
     path: list[Node]
     """The way from where the search began down to the drawable."""
     drawable: Drawable
+    """What the line meets."""
     point: Vec3d
     """Where they meet, in the coordinates in which the line was given."""
     normal: Vec3d
+    """The surface's normal there, of length 1."""
     ratio: float
     """How far along the line the point lies, 0 to 1."""
     primitive: int
