@@ -45,7 +45,7 @@ public:
     READ_TIME = 2,      /**< The simulated time. */
     READ_SETTINGS = 4,  /**< Name, gravity, time step, sub-steps, solver, sleeping and disabled groups. */
     READ_MATERIALS = 8, /**< Materials that are found by name, and contact materials. */
-    READ_ALL = 15 /**< All of them. */
+    READ_ALL = 15       /**< All of them. */
   };
 
   /** Creates an empty simulation at time zero, gravity (0, 0, -9.81) m/s^2 and a time step of 1/60 s. */

@@ -86,7 +86,8 @@ void StateAccess::Entering::enter(zor::UInt selection) {
 void StateAccess::Entering::addMaterials() {
   Contents const& contents = m_file.m_contents;
   for (zor::Material* material : contents.materials)
-    if (material != zorBullet::GeometryImpl::defaultMaterial() || !m_simulation.getMaterial(material->getName()))
+    if (material != zorBullet::GeometryImpl::defaultMaterial() ||
+        !m_simulation.getMaterial(material->getName()))
       m_simulation.add(material);
   zorBullet::SpaceImpl& space = m_simulation.getSpace()->getImpl();
   for (zor::ContactMaterial* material : contents.contactMaterials) {
