@@ -136,6 +136,7 @@ def main() -> int:
     simulation, root = application.getSimulation(), application.getSceneRoot()
     simulation.setTimeStep(1 / 960)
     simulation.setNumSolverIterations(100)
+    application.setTargetFPS(30)  # not a picture of each of the 960 steps a second
     build_frame(root, simulation)
     cradle = Cradle(simulation, root, options.balls)
     bookkeeper = Bookkeeper(cradle, application)
