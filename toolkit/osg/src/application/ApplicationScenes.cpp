@@ -2,6 +2,7 @@
 
 #include "CurrentApplicationScope.h"
 
+#include <zor/FlagScope.h>
 #include <zor/Notify.h>
 #include <zorOSG/CreateVisual.h>
 #include <zorOSG/ReadNode.h>
@@ -23,18 +24,6 @@ bool isScript(std::string const& file) {
   std::string const suffix = std::filesystem::path(file).extension().string();
   return suffix == ".py" || suffix == ".zorPy";
 }
-
-/// Holds a flag up until the end of a scope.
-class FlagScope {
-public:
-  explicit FlagScope(bool& flag) : m_flag(flag) { m_flag = true; }
-  FlagScope(FlagScope const&) = delete;
-  FlagScope& operator=(FlagScope const&) = delete;
-  ~FlagScope() { m_flag = false; }
-
-private:
-  bool& m_flag;
-};
 
 } // namespace
 
@@ -63,7 +52,7 @@ bool ExampleApplication::Impl::build(std::size_t index, bool clearFirst) {
 
 bool ExampleApplication::Impl::buildFrom(SceneDescription const& description) {
   CurrentApplicationScope const current(&app);
-  FlagScope const loading(app.m_isLoadingScene);
+  zor::FlagScope const loading(app.m_isLoadingScene);
   try {
     if (!description.scene)
       return buildFromFile(description.fileName, description.scriptFunction);

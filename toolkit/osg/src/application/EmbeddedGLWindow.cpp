@@ -1,3 +1,4 @@
+#include <zor/FlagScope.h>
 #include <zorOSG/EmbeddedGLWindow.h>
 
 #include "CameraControl.h"
@@ -41,17 +42,6 @@ bool fail(std::string const& reason) {
   zor::notify(zor::Notify::NOTIFY_ERROR) << "EmbeddedGLWindow::init: " << reason << zor::endMessage;
   return false;
 }
-
-class FlagScope {
-public:
-  explicit FlagScope(bool& flag) : m_flag(flag) { m_flag = true; }
-  ~FlagScope() { m_flag = false; }
-  FlagScope(FlagScope const&) = delete;
-  FlagScope& operator=(FlagScope const&) = delete;
-
-private:
-  bool& m_flag;
-};
 
 } // namespace
 
@@ -223,7 +213,7 @@ void EmbeddedGLWindow::frame() {
   m.requireContext("frame");
   if (m.isInFrame)
     throw std::runtime_error("EmbeddedGLWindow::frame: not possible inside another frame()");
-  FlagScope const inFrame(m.isInFrame);
+  zor::FlagScope const inFrame(m.isInFrame);
   if (!m.isPrepared)
     m.prepare();
   m.viewer->advance();

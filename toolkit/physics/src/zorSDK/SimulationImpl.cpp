@@ -5,6 +5,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include <zor/FlagScope.h>
 #include <zor/Notify.h>
 
 #include "bullet/BodyImpl.h"
@@ -41,18 +42,6 @@ bool contains(zor::Vector<zor::ref_ptr<T>> const& in, T& object) {
   return std::any_of(in.begin(), in.end(),
                      [&](zor::ref_ptr<T> const& each) { return each.get() == &object; });
 }
-
-// Sets a flag for the time of a scope, also when an exception ends it.
-class FlagScope {
-public:
-  explicit FlagScope(bool& flag) : m_flag(flag) { m_flag = true; }
-  ~FlagScope() { m_flag = false; }
-  FlagScope(FlagScope const&) = delete;
-  FlagScope& operator=(FlagScope const&) = delete;
-
-private:
-  bool& m_flag;
-};
 
 } // namespace
 
@@ -344,7 +333,7 @@ void SimulationImpl::timed(double& seconds, Call call) {
 void SimulationImpl::step() {
   if (m_stepping)
     throw std::runtime_error("Simulation: a step inside a step");
-  FlagScope const scope(m_stepping);
+  zor::FlagScope const scope(m_stepping);
   m_statistics.stepTime = m_statistics.collisionTime = m_statistics.solverTime = m_statistics.listenerTime =
       0;
   timed(m_statistics.stepTime, [this] {
