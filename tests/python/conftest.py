@@ -2,6 +2,7 @@
 
 import importlib.util
 import os
+import shutil
 import subprocess
 import sys
 
@@ -61,3 +62,22 @@ def run_python(tmp_path):
         return result
 
     return run
+
+
+@pytest.fixture
+def x_server(tmp_path):
+    """The name of a display that nobody else uses."""
+    if not shutil.which("Xvfb") or not shutil.which("xdotool"):
+        pytest.skip("Xvfb and xdotool are needed")
+    reader, writer = os.pipe()
+    server = subprocess.Popen(["Xvfb", "-displayfd", str(writer), "-screen", "0", "640x480x24", "-nolisten", "tcp"],
+                              pass_fds=[writer], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    os.close(writer)
+    with os.fdopen(reader) as pipe:
+        number = pipe.readline().strip()
+    if not number:
+        server.wait()
+        pytest.skip("Xvfb cannot run here")
+    yield ":" + number
+    server.terminate()
+    server.wait()

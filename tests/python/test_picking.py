@@ -2,7 +2,6 @@
 
 import ctypes
 import os
-import shutil
 import subprocess
 import sys
 import time
@@ -261,25 +260,6 @@ app.run()
 print("keys", [key for key in keys.seen if len(key) == 2])
 print("grid", app.getEnableGrid(), "turned", (app.getCameraData().eye - EYE).length() > 0.01, "box", box.getPosition(), "stopped", app.shouldStop())
 """
-
-
-@pytest.fixture
-def x_server(tmp_path):
-    """The name of a display that nobody else uses."""
-    if not shutil.which("Xvfb") or not shutil.which("xdotool"):
-        pytest.skip("Xvfb and xdotool are needed")
-    reader, writer = os.pipe()
-    server = subprocess.Popen(["Xvfb", "-displayfd", str(writer), "-screen", "0", "640x480x24", "-nolisten", "tcp"],
-                              pass_fds=[writer], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    os.close(writer)
-    with os.fdopen(reader) as pipe:
-        number = pipe.readline().strip()
-    if not number:
-        server.wait()
-        pytest.skip("Xvfb cannot run here")
-    yield ":" + number
-    server.terminate()
-    server.wait()
 
 
 def test_a_person_at_a_window(x_server):

@@ -18,6 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 using zorIO::ArgumentParser;
 
 typedef zor::ref_ptr<ArgumentParser> Parser;
@@ -82,6 +83,25 @@ TEST(ArgumentParser, SaysWhatIsWrong) {
   Parser const parser(new ArgumentParser(Arguments{"prog"}));
   parser->addPositional("input", "the input", true);
   EXPECT_THROW(parser->parse(), std::invalid_argument);
+}
+
+TEST(ArgumentParser, SaysWhatMayHaveBeenMeant) {
+  for (std::string const typo : {"--widht", "--Width", "--wdth=7", "--widt"})
+    EXPECT_THAT(failureOf({"prog", typo}), HasSubstr("did you mean --width?")) << typo;
+  EXPECT_THAT(failureOf({"prog", "--verb"}), HasSubstr("did you mean --verbose?"));
+  for (std::string const other : {"--colour", "-q", "--w", "one.zorPy"})
+    EXPECT_THAT(failureOf({"prog", "a.zorPy", other}), Not(HasSubstr("did you mean"))) << other;
+}
+
+TEST(ArgumentParser, LeavesWhatStandsBehindTwoDashesToTheScript) {
+  Parser const parser(new ArgumentParser(Arguments{"prog", "-w", "5", "--", "--colour", "--", "-w", "6"}));
+  declare(parser);
+  parser->parse();
+  EXPECT_EQ(parser->getInt("--width"), 5);
+  EXPECT_EQ(parser->getValue("script"), "");
+  EXPECT_THAT(parser->getScriptArguments(), ElementsAre("--colour", "--", "-w", "6"));
+  parser->setArguments({"prog", "-w", "5"});
+  EXPECT_TRUE(parser->getScriptArguments().empty());
 }
 
 TEST(ArgumentParser, KeepsWhatNobodyDeclaredIfAllowed) {

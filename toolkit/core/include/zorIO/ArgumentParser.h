@@ -13,8 +13,9 @@ namespace zorIO {
  * Command line: options with values, flags and positional arguments, declared by those who use them.
  *
  * Names are written as on the command line, alternatives separated by commas: "-w,--width". Declare
- * everything, call parse(), then ask by any of the names. Arguments that nobody declared are an error, or are
- * kept for getUnknown() after setAllowUnknown(true).
+ * everything, call parse(), then ask by any of the names. Arguments that nobody declared are an error, which
+ * names what may have been meant, or are kept for getUnknown() after setAllowUnknown(true). What stands
+ * behind an argument "--" is left alone and kept for getScriptArguments().
  */
 class ArgumentParser : public zor::Referenced {
 public:
@@ -112,6 +113,9 @@ public:
 
   /** \return the arguments that nobody declared */
   std::vector<std::string> getUnknown() const;
+
+  /** \return what stands behind the first argument "--": it is for a script, and not read here */
+  std::vector<std::string> getScriptArguments() const;
 
   /** \return the usage text: call, arguments and options with their descriptions */
   zor::String getUsage() const;

@@ -1,7 +1,10 @@
 #include <zorIO/ArgumentParser.h>
 
+#include "NearestWord.h"
+
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <charconv>
 #include <stdexcept>
 
@@ -61,6 +64,30 @@ struct ArgumentParser::Impl {
       return *found;
     }
     throw std::invalid_argument("no argument \"" + name + "\" has been declared");
+  }
+
+  // What is to be read: from behind the program's name up to "--".
+  std::vector<std::string> ownArguments() const {
+    auto const first = arguments.begin() + (arguments.empty() ? 0 : 1);
+    return {first, std::find(first, arguments.end(), "--")};
+  }
+
+  // "; did you mean --width?" for the first argument that looks like an option, or nothing.
+  zor::String suggestion() const {
+    std::vector<std::string> names;
+    for (Declaration const& declaration : declarations) {
+      for (std::string const& name : declaration.option->get_lnames()) {
+        names.push_back("--" + name);
+      }
+    }
+    for (std::string const& argument : app.remaining()) {
+      zor::String const name = argument.substr(0, argument.find('='));
+      zor::String const meant = name.starts_with("-") ? nearestWord(name, names) : zor::String();
+      if (!meant.empty()) {
+        return "; did you mean " + meant + "?";
+      }
+    }
+    return {};
   }
 
   template <class Add>
@@ -143,15 +170,16 @@ void ArgumentParser::setAllowUnknown(bool allow) {
 
 void ArgumentParser::parse() {
   m_impl->parsed = false;
-  std::vector<std::string> reversed; // the order in which the parser wants them
   if (!m_impl->arguments.empty()) {
     m_impl->app.name(m_impl->arguments.front());
-    reversed.assign(m_impl->arguments.rbegin(), m_impl->arguments.rend() - 1);
   }
+  std::vector<std::string> reversed = m_impl->ownArguments(); // the parser wants the last one first
+  std::reverse(reversed.begin(), reversed.end());
   try {
     m_impl->app.parse(std::move(reversed));
   } catch (CLI::Error const& e) {
-    zor::String const reason = e.what();
+    bool const unknown = dynamic_cast<CLI::ExtrasError const*>(&e) != nullptr;
+    zor::String const reason = e.what() + (unknown ? m_impl->suggestion() : zor::String());
     m_impl->app.clear();
     throw std::invalid_argument("command line: " + reason);
   }
@@ -201,6 +229,12 @@ std::vector<std::string> ArgumentParser::getPositionals() const {
 
 std::vector<std::string> ArgumentParser::getUnknown() const {
   return m_impl->app.remaining();
+}
+
+std::vector<std::string> ArgumentParser::getScriptArguments() const {
+  auto const dashes = std::find(m_impl->arguments.begin(), m_impl->arguments.end(), "--");
+  return dashes == m_impl->arguments.end() ? std::vector<std::string>()
+                                           : std::vector<std::string>(dashes + 1, m_impl->arguments.end());
 }
 
 zor::String ArgumentParser::getUsage() const {

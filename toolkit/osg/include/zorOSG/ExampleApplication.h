@@ -240,7 +240,8 @@ public:
    */
   bool createSceneFromIndex(int idx, bool firstStartUp = false);
 
-  /** Clears and rebuilds the current scene. Does nothing but report if no scene has been built. */
+  /** Clears and rebuilds the current scene, and forgets the errors of its scripts. Does nothing but report if
+   * no scene has been built. */
   void reloadScene();
 
   /** Builds the scene after the current one in list order, the first after the last. */
@@ -297,6 +298,17 @@ public:
   void handleReactiveScriptErrors(bool abortSimulation = true);
 
   /**
+   * Puts a stored simulation (".zor" or ".azor") in the place of the current scene: its objects, settings and
+   * time, with visuals of what it holds.
+   * \param filename the file, looked up on the resource path
+   * \return false, with a message, if the file is missing or cannot be read; then the scene stays as it is
+   */
+  bool restoreFromFile(std::string const& filename);
+
+  /** \return the file name under which the scene is saved: that of --saveScene, or "zor_scene.zor" */
+  std::string getSaveSceneFilename() const;
+
+  /**
    * Creates visuals for every body of a simulation in the application's scene.
    * \param simulation whose bodies; must not be null
    * \param detailRatio tessellation, 1 for the normal one
@@ -314,11 +326,18 @@ public:
 
   /**
    * Runs the loop until it is stopped: builds the first scene (or the one of --scene) if none is built, then
-   * steps and draws. What a listener or event handler throws ends the loop and leaves run() after files have
-   * been finished. So does an interrupt: a script gets KeyboardInterrupt when run() returns to it.
-   * \return the exit code: that of stop(), 1 if the first scene cannot be built or a capture fails, 130 after
-   * an interrupt, 143 after SIGTERM, that of a script's SystemExit Throws std::runtime_error before init(),
-   * inside another run(), and if a capture of the command line cannot start.
+   * steps and draws. A scene that cannot be built ends the run, but not in a window, which shows why and
+   * waits until the scene's file is mended. What a listener or event handler throws ends the loop and leaves
+   * run() after files have been finished. So does an interrupt: a script gets KeyboardInterrupt when run()
+   * returns to it.
+   *
+   * With --unitTests, runs every scene that is marked for it instead, each until its stopAfter time (or that
+   * of
+   * --stopAfter, or 3 s), and says how they went.
+   * \return the exit code: that of stop(), 1 if the first scene cannot be built, a capture or a scene of the
+   * automatic run fails, 130 after an interrupt, 143 after SIGTERM, that of a script's SystemExit
+   * Throws std::runtime_error before init(), inside another run(), and if a capture of the command line
+   * cannot start.
    */
   virtual int run();
 
@@ -354,7 +373,8 @@ public:
   /** Updates the application's services once: interrupts, the stop-after time and pending captures. */
   void updateServices();
 
-  /** Work done after the loop has ended: ends captures and finishes their files. */
+  /** Work done after the loop has ended: ends captures and finishes their files, saves the simulation and
+   * writes profile and timeline where that was asked for. */
   void postExecution();
 
   /** \return true when the escape key has been pressed in the graphics window; always false without graphics
@@ -699,6 +719,24 @@ public:
 
   /** \return true if frames are captured in step with simulation time */
   bool getEnableCaptureSyncWithSimulation() const;
+
+  /** \param flag true to save the simulation when a run ends, however it ends, as getSaveSceneFilename() */
+  void setEnableSimulationDump(bool flag);
+
+  /** \return true if the simulation is saved when a run ends */
+  bool getEnableSimulationDump() const;
+
+  /**
+   * Records when each part of each frame and step runs, on every thread.
+   * \param flag true to start; false to stop and write what has been recorded to the file of --timeline, or
+   * "zor_timeline.json": trace events, as browsers show them. The end of a run writes it as well.
+   * Throws std::runtime_error if the file cannot be written.
+   */
+  void setEnableThreadTimeline(bool flag);
+
+  /** \param flag true to sum up the time of each part of frames and steps; false to stop and print the table.
+   * The end of a run prints it as well. */
+  void setEnableTaskProfile(bool flag);
 
   /**
    * Chooses the solver; another number of sub-steps of the simulation goes.

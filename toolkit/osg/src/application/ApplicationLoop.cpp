@@ -6,6 +6,7 @@
 #include <zor/Notify.h>
 #include <zorPython/PendingSignals.h>
 #include <zorPython/ScriptManager.h>
+#include <zorUtil/TaskRecorder.h>
 
 #include <cmath>
 #include <cstdio>
@@ -18,6 +19,7 @@ namespace {
 
 using Clock = StepClock::Clock;
 using Seconds = StepClock::Seconds;
+using zorUtil::TaskScope;
 
 constexpr int EXIT_AFTER_SIGNAL = 128; // plus the number of the signal, as shells have it
 constexpr double WINDOW_FPS = 60;
@@ -38,6 +40,7 @@ void sleepFor(double seconds) {
 // --- One frame
 
 void ExampleApplication::Impl::frame() {
+  TaskScope const record("frame");
   frameStart = Clock::now();
   app.updateServices();
   if (app.breakRequested())
@@ -49,16 +52,23 @@ void ExampleApplication::Impl::frame() {
     app.throttleIdleCpuUsageBySleeping();
     return;
   }
-  listeners.preFrame(&app);
+  callListeners(&ListenerList::preFrame);
   takeSteps();
+  errors.update();
   draw();
-  listeners.postFrame(&app);
+  callListeners(&ListenerList::postFrame);
   paceFrame();
+}
+
+void ExampleApplication::Impl::callListeners(void (ListenerList::*method)(ExampleApplication*)) {
+  TaskScope const record("frame listeners");
+  (listeners.*method)(&app);
 }
 
 void ExampleApplication::Impl::processEvents() {
   if (!host)
     return;
+  TaskScope const record("events");
   host->viewer().advance(app.getTimeStamp());
   host->viewer().eventTraversal();
   input->rethrow();
@@ -99,12 +109,17 @@ void ExampleApplication::Impl::draw() {
   if (!host)
     return;
   zor::ScopedLock const lock(frameMutex);
-  updateStatistics();
-  host->viewer().updateTraversal();
+  {
+    TaskScope const record("update");
+    updateStatistics();
+    host->viewer().updateTraversal();
+  }
+  TaskScope const record("cull and draw");
   host->viewer().renderingTraversals();
 }
 
 void ExampleApplication::Impl::paceFrame() {
+  TaskScope const record("wait");
   double const fps = app.getTargetFPS();
   bool const hasWindow = host && host->window();
   if (hasWindow && fps > 0)
@@ -210,6 +225,25 @@ void ExampleApplication::Impl::finish() {
     zorPython::PendingSignals::raiseAfterReturn();
 }
 
+void ExampleApplication::Impl::runLoop() {
+  if (options.unitTests) {
+    startCaptures();
+    int const result = runUnitTests();
+    app.stop(exitCode > EXIT_AFTER_SIGNAL ? exitCode : result);
+    return;
+  }
+  bool const hasFailed = !buildStartScene();
+  if (hasFailed)
+    checkInterrupts();
+  if (!hasFailed || canBeMended())
+    startCaptures();
+  else if (!stopped)
+    app.stop(1);
+  clock.restart(app.getTimeStep());
+  while (!app.breakRequested())
+    frame();
+}
+
 int ExampleApplication::run() {
   Impl& m = *m_impl;
   if (!m.isInitialized)
@@ -224,16 +258,8 @@ int ExampleApplication::run() {
   m.isRunning = true;
   try {
     initSimulation(nullptr, m.wantsGraphics);
-    if (m.buildStartScene()) {
-      m.startCaptures();
-    } else {
-      m.checkInterrupts();
-      if (!m.stopped)
-        stop(1);
-    }
-    m.clock.restart(getTimeStep());
-    while (!breakRequested())
-      m.frame();
+    m.startRecording();
+    m.runLoop();
   } catch (...) {
     m.finish();
     throw;
@@ -245,6 +271,9 @@ int ExampleApplication::run() {
 void ExampleApplication::postExecution() {
   if (!m_impl->captures->finish() && m_impl->exitCode == 0)
     m_impl->exitCode = 1;
+  m_impl->saveSimulation();
+  setEnableTaskProfile(false);
+  setEnableThreadTimeline(false);
 }
 
 // --- Stepping
@@ -296,14 +325,15 @@ bool ExampleApplication::executeOneStepWithGraphics(zor::HighAccuracyTimer& time
     m.processEvents();
   if (m.pendingAction)
     std::exchange(m.pendingAction, nullptr)();
-  m.listeners.preFrame(this);
+  m.callListeners(&ListenerList::preFrame);
   if (std::exchange(m.stepOnce, false) || m.autoStepping)
     getRealTimeSync() ? synchronizedStep(true) : stepWrapper();
+  m.errors.update();
   if (drawNow) {
     timer.reset(true);
     m.draw();
   }
-  m.listeners.postFrame(this);
+  m.callListeners(&ListenerList::postFrame);
   return drawNow;
 }
 
@@ -311,15 +341,19 @@ bool ExampleApplication::executeOneStepWithoutGraphics() {
   Impl& m = *m_impl;
   CurrentApplicationScope const current(this);
   updateServices();
-  m.listeners.preFrame(this);
+  m.callListeners(&ListenerList::preFrame);
   if (m.autoStepping)
     stepWrapper();
-  m.listeners.postFrame(this);
+  m.callListeners(&ListenerList::postFrame);
   return m.autoStepping && m.simulation;
 }
 
 void ExampleApplication::updateServices() {
-  m_impl->checkInterrupts();
+  Impl& m = *m_impl;
+  m.checkInterrupts();
+  bool const rebuilds = (m.options.watch || !m.isBuilt) && m.scenes.getCurrent() && !m_isLoadingScene;
+  if (rebuilds && m.watch.hasChanged())
+    m.pendingAction = [this] { reloadScene(); };
 }
 
 void ExampleApplication::handleReactiveScriptErrors(bool abortSimulation) {

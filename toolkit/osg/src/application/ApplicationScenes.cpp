@@ -1,11 +1,11 @@
 #include "ExampleApplicationImpl.h"
 
 #include "CurrentApplicationScope.h"
+#include "scene/ResourceFile.h"
 
 #include <zor/FlagScope.h>
 #include <zor/Notify.h>
 #include <zorOSG/CreateVisual.h>
-#include <zorOSG/ReadNode.h>
 #include <zorPython/ScriptManager.h>
 
 #include <filesystem>
@@ -15,7 +15,7 @@ namespace zorOSG {
 
 namespace {
 
-bool fail(std::string const& message) {
+bool report(std::string const& message) {
   zor::notify(zor::Notify::NOTIFY_ERROR) << message << zor::endMessage;
   return false;
 }
@@ -29,6 +29,11 @@ bool isScript(std::string const& file) {
 
 // --- The build of one scene
 
+bool ExampleApplication::Impl::fail(std::string const& message) {
+  failure = message;
+  return report(message);
+}
+
 bool ExampleApplication::Impl::build(std::size_t index, bool clearFirst) {
   if (app.m_isLoadingScene)
     return fail("a scene cannot be built while another is being built");
@@ -39,11 +44,15 @@ bool ExampleApplication::Impl::build(std::size_t index, bool clearFirst) {
   if (clearFirst)
     clear();
   if (!settings)
-    settings = SimulationSettings{simulation->getTimeStep(), simulation->getUniformGravity(),
-                                  simulation->getNumSubSteps(), simulation->getNumSolverIterations()};
+    settings = SimulationSettings::of(*simulation);
   scenes.setCurrent(index);
-  if (!buildFrom(description)) {
+  errors.clear();
+  failure.clear();
+  bool const isGood = buildFrom(description);
+  watchFiles(description);
+  if (!isGood) {
     clear(); // nothing half-built is left to run
+    errors.showFailure(SceneList::describe(description), failure);
     return fail("the scene '" + SceneList::describe(description) + "' could not be built");
   }
   sceneReady();
@@ -65,24 +74,42 @@ bool ExampleApplication::Impl::buildFrom(SceneDescription const& description) {
 }
 
 bool ExampleApplication::Impl::buildFromFile(std::string const& file, std::string const& function) {
-  osg::ref_ptr<osg::Group> scene;
-  if (!function.empty() || isScript(file)) {
-    bool success = false;
-    scene = app.executePythonScript(file, function.empty() ? "buildScene" : function, success);
-    scriptFile = success ? file : "";
-  } else if (osg::ref_ptr<osg::Node> const node = readNodeFile(file)) {
-    scene = new osg::Group;
-    scene->addChild(node);
-    app.m_loadedSceneFile = true;
+  if (function.empty() && !isScript(file)) {
+    app.m_loadedSceneFile = readModel(file);
+    return app.m_loadedSceneFile;
   }
+  bool success = false;
+  osg::ref_ptr<osg::Group> const scene =
+      app.executePythonScript(file, function.empty() ? "buildScene" : function, success);
+  scriptFile = success ? file : "";
   graph.setScene(scene.get());
-  return scene.valid();
+  return success;
+}
+
+/** Edited files are built anew, where the user asked for it and where that may mend what has failed. */
+void ExampleApplication::Impl::watchFiles(SceneDescription const& description) {
+  if (description.fileName.empty())
+    return watch.clear();
+  bool const runsScript = !description.scriptFunction.empty() || isScript(description.fileName);
+  if (runsScript) {
+    auto const files = zorPython::ScriptManager::getOrCreate().getScriptFiles(description.fileName);
+    return watch.watch({files.begin(), files.end()});
+  }
+  std::string const found = findResourceFile(description.fileName);
+  watch.watch({found.empty() ? description.fileName : found});
+}
+
+/** \return true if somebody is there to change the scene that could not be built */
+bool ExampleApplication::Impl::canBeMended() const {
+  bool const isWatched = options.watch || (host && host->window());
+  return scenes.getCurrent() && isWatched && !stopped;
 }
 
 void ExampleApplication::Impl::sceneReady() {
   isBuilt = true;
   osg::BoundingSphere const bound = graph.bound();
   graph.decorator()->calculateLightPositions(bound);
+  applyChoices();
   camera.goHome(bound);
   clock.restart(app.getTimeStep());
   if (help.isVisible())
@@ -90,13 +117,14 @@ void ExampleApplication::Impl::sceneReady() {
   app.m_sceneLoadEvent.raise();
 }
 
-void ExampleApplication::Impl::restoreSettings() {
-  if (!settings)
-    return;
-  simulation->setTimeStep(settings->timeStep);
-  simulation->setUniformGravity(settings->gravity);
-  simulation->setNumSubSteps(settings->subSteps);
-  simulation->setNumSolverIterations(settings->iterations);
+/** What the command line says about the look of scenes and their solver goes before what they say. */
+void ExampleApplication::Impl::applyChoices() {
+  if (options.shadows)
+    graph.decorator()->setShadowMethod(*options.shadows);
+  if (options.camera)
+    camera.setHome(*options.camera);
+  if (!options.solver.empty())
+    app.setSolverType(app.getSolverType(options.solver));
 }
 
 void ExampleApplication::Impl::clear() {
@@ -106,7 +134,8 @@ void ExampleApplication::Impl::clear() {
   pick->reset();
   if (simulation) {
     simulation->cleanup();
-    restoreSettings();
+    if (settings)
+      settings->applyTo(*simulation);
   }
   graph.clear();
   graph.decorator()->clearText();
@@ -126,6 +155,7 @@ bool ExampleApplication::Impl::buildStartScene() {
   if (isBuilt || scenes.size() == 0) {
     if (!options.scene.empty() && scenes.size() == 0)
       return fail("--scene " + options.scene + ": no scenes are registered");
+    applyChoices();
     return true;
   }
   std::optional<std::size_t> index = scenes.getCurrent().value_or(0);
@@ -188,41 +218,44 @@ zorOSG::SceneDescription ExampleApplication::getCallback(int key) const {
 bool ExampleApplication::createSceneFromKey(int key) {
   auto const index = m_impl->scenes.findKey(key);
   if (!index)
-    return fail("no scene has the key " + std::to_string(key));
+    return m_impl->fail("no scene has the key " + std::to_string(key));
   return m_impl->build(*index, true);
 }
 
 bool ExampleApplication::createSceneFromIndex(int idx, bool firstStartUp) {
   if (idx < 0 || static_cast<std::size_t>(idx) >= m_impl->scenes.size())
-    return fail("no scene at position " + std::to_string(idx) + ": " + std::to_string(m_impl->scenes.size()) +
-                " registered");
+    return m_impl->fail("no scene at position " + std::to_string(idx) + ": " +
+                        std::to_string(m_impl->scenes.size()) + " registered");
   return m_impl->build(static_cast<std::size_t>(idx), !firstStartUp);
 }
 
 void ExampleApplication::reloadScene() {
+  if (auto* const scripts = zorPython::ScriptManager::instance("", "", "", false))
+    scripts->clearErrors(); // else one that comes again would be counted, not told
   if (auto const index = m_impl->scenes.getCurrent())
     m_impl->build(*index, true);
   else
-    fail("there is no scene to build anew");
+    m_impl->fail("there is no scene to build anew");
 }
 
 void ExampleApplication::createNextScene() {
   if (auto const index = m_impl->scenes.neighbour(1))
     m_impl->build(*index, true);
   else
-    fail("no scenes are registered");
+    m_impl->fail("no scenes are registered");
 }
 
 void ExampleApplication::createPreviousScene() {
   if (auto const index = m_impl->scenes.neighbour(-1))
     m_impl->build(*index, true);
   else
-    fail("no scenes are registered");
+    m_impl->fail("no scenes are registered");
 }
 
 void ExampleApplication::clearScene() {
   if (m_impl->isStepping)
     throw std::runtime_error("clearScene: not possible during a simulation step");
+  m_impl->watch.clear();
   m_impl->clear();
 }
 
@@ -271,7 +304,7 @@ osg::Group* ExampleApplication::executePythonScript(zor::String const& file, zor
       m_impl->takeScriptStop(); // Ctrl-C during the build is no error of the script
     return scene;
   } catch (std::exception const& error) {
-    fail(file + ": " + error.what());
+    m_impl->fail(file + ": " + error.what());
     return nullptr;
   }
 }

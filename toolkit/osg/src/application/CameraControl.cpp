@@ -34,10 +34,7 @@ osg::Node* trackedPoint(osg::Group& node) {
 }
 
 void requireUsable(CameraControl::Pose const& pose) {
-  osg::Vec3d const direction = toOsg(pose.center) - toOsg(pose.eye);
-  osg::Vec3d const side = direction ^ toOsg(pose.up);
-  // Written so that NaN fails too.
-  if (!(side.length() > 0) || !std::isfinite(side.length()))
+  if (!CameraControl::givesDirection(pose))
     throw std::invalid_argument("camera home: eye and center must be apart, and up not along the view");
 }
 
@@ -56,6 +53,12 @@ osg::Vec3d worldCenter(osg::Node& node) {
     return center;
   auto const worlds = node.getParent(0)->getWorldMatrices();
   return worlds.empty() ? center : center * worlds.front();
+}
+
+bool CameraControl::givesDirection(Pose const& pose) {
+  osg::Vec3d const direction = toOsg(pose.center) - toOsg(pose.eye);
+  osg::Vec3d const side = direction ^ toOsg(pose.up);
+  return side.length() > 0 && std::isfinite(side.length()); // NaN is not above zero
 }
 
 void CameraControl::attach(osgViewer::Viewer* viewer) {

@@ -20,6 +20,9 @@ public:
     zor::Vec3 up{0, 0, 1};
   };
 
+  /** \return true if the pose can be that of a camera: finite, with a direction, and up not along it */
+  static bool givesDirection(Pose const& pose);
+
   /** Gives the viewer, which must outlive this object, the orbit manipulator. */
   void attach(osgViewer::Viewer* viewer);
 

@@ -82,7 +82,7 @@ void ExampleApplication::initScene(osg::Group* root) {
   for (auto const& added : m.targets)
     requireNoCircle("initScene", root, added.node);
   m.graph.setRoot(root);
-  for (osg::Node* const overlay : {m.help.node(), m.statistics.node()}) {
+  for (osg::Node* const overlay : {m.help.node(), m.statistics.node(), m.errors.node()}) {
     previous->removeChild(overlay);
     root->addChild(overlay);
   }

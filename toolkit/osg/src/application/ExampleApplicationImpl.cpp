@@ -3,6 +3,7 @@
 #include "Conversion.h"
 #include "CurrentApplicationScope.h"
 #include "NativeWindow.h"
+#include "scene/VisualDetail.h"
 
 #include <zor/Notify.h>
 
@@ -15,6 +16,7 @@ ExampleApplication::Impl::Impl(ExampleApplication& owner)
     : app(owner), captures(std::make_unique<CaptureSet>()), pick(new PickHandler(nullptr, graph.aidsRoot())) {
   graph.root()->addChild(help.node());
   graph.root()->addChild(statistics.node());
+  graph.root()->addChild(errors.node());
   input = new InputAdapter({[this] { return simulation.get(); }, [this](int key) { return keyDown(key); },
                             [this](int width, int height) { resized(width, height); },
                             [this] { return pick.get(); }});
@@ -55,8 +57,15 @@ void ExampleApplication::Impl::applyCommandLine() {
     targetFps = options.fps;
   if (options.realTime)
     realTimeSync = options.realTime;
+  if (options.vsync)
+    vsync = *options.vsync;
   if (options.paused)
     autoStepping = false;
+  if (options.unitTests && !realTimeSync)
+    realTimeSync = false;
+  savesAtEnd = savesAtEnd || !options.saveScene.empty();
+  setVisualDetail(static_cast<float>(options.detail));
+  applyChoices();
   graph.aids().setGridEnabled(options.grid);
 }
 
@@ -65,6 +74,11 @@ void ExampleApplication::Impl::openViewer(bool window) {
   ViewerHost::Settings settings_;
   settings_.width = options.width;
   settings_.height = options.height;
+  if (options.position) {
+    settings_.x = options.position->x();
+    settings_.y = options.position->y();
+  }
+  settings_.fullScreen = options.fullScreen;
   settings_.window = window;
   settings_.vsync = vsync;
   settings_.title = title;
@@ -131,6 +145,7 @@ void ExampleApplication::Impl::resized(int width, int height) {
   graph.decorator()->updateWindowSize(width, height);
   help.resize(width, height);
   statistics.resize(width, height);
+  errors.resize(width, height);
 }
 
 } // namespace zorOSG

@@ -4,6 +4,8 @@
 #include "CameraControl.h"
 #include "CaptureSet.h"
 #include "CommandLine.h"
+#include "ErrorPanel.h"
+#include "FileWatch.h"
 #include "InputAdapter.h"
 #include "ListenerList.h"
 #include "SceneGraph.h"
@@ -36,6 +38,12 @@ struct ExampleApplication::Impl {
     zor::Vec3 gravity;
     zor::UInt subSteps;
     zor::UInt iterations;
+    zor::Real tolerance;
+    zorSDK::Simulation::SolverType solver;
+    bool autoSleep;
+
+    static SimulationSettings of(zorSDK::Simulation const& simulation);
+    void applyTo(zorSDK::Simulation& simulation) const;
   };
 
   struct KeyBinding {
@@ -66,13 +74,20 @@ struct ExampleApplication::Impl {
   bool build(std::size_t index, bool clearFirst);
   bool buildFrom(SceneDescription const& description);
   bool buildFromFile(std::string const& file, std::string const& function);
+  bool readModel(std::string const& file);
+  bool fail(std::string const& message);
   void clear();
   void sceneReady();
-  void restoreSettings();
+  void applyChoices();
   bool buildStartScene();
+  void watchFiles(SceneDescription const& description);
+  bool canBeMended() const;
+  int runUnitTests();
+  bool runUnitTest(std::size_t index);
 
   // Frame
   void frame();
+  void callListeners(void (ListenerList::*method)(ExampleApplication*));
   void processEvents();
   void takeSteps();
   void paceFrame();
@@ -82,7 +97,11 @@ struct ExampleApplication::Impl {
   bool stopTimeReached() const;
   void checkInterrupts();
   void takeScriptStop();
+  void startRecording();
   void startCaptures();
+  void saveSimulation();
+  void writeTimeline();
+  void runLoop();
   void finish();
 
   // Keys
@@ -108,6 +127,8 @@ struct ExampleApplication::Impl {
   SceneList scenes;
   ScriptScene script;
   std::string scriptFile;
+  std::string failure; // why the last build failed
+  FileWatch watch;
   bool isBuilt = false;
   std::vector<AddedTarget> targets;
 
@@ -132,6 +153,7 @@ struct ExampleApplication::Impl {
   int exitCode = 0;
   std::optional<zor::Real> stopTime;
   bool interrupted = false;
+  bool savesAtEnd = false;
 
   std::unique_ptr<ViewerHost> host;
   std::unique_ptr<CaptureSet> captures;
@@ -140,6 +162,7 @@ struct ExampleApplication::Impl {
   CameraControl camera;
   TextOverlay help{TextOverlay::Corner::UPPER_LEFT};
   TextOverlay statistics{TextOverlay::Corner::UPPER_RIGHT};
+  ErrorPanel errors;
   std::vector<KeyBinding> keys;
   std::function<void()> pendingAction; // asked for by a key, done between events and frame
   bool stepOnce = false;

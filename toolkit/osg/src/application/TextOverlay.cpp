@@ -62,10 +62,13 @@ void TextOverlay::resize(int width, int height) {
 }
 
 void TextOverlay::place() {
-  bool const left = m_corner == Corner::UPPER_LEFT;
-  m_text->setAlignment(left ? osgText::Text::LEFT_TOP : osgText::Text::RIGHT_TOP);
+  bool const left = m_corner != Corner::UPPER_RIGHT;
+  bool const low = m_corner == Corner::LOWER_LEFT;
+  m_text->setAlignment(low    ? osgText::Text::LEFT_BOTTOM
+                       : left ? osgText::Text::LEFT_TOP
+                              : osgText::Text::RIGHT_TOP);
   float const x = left ? MARGIN : static_cast<float>(m_width) - MARGIN;
-  m_text->setPosition(osg::Vec3(x, static_cast<float>(m_height) - MARGIN, 0));
+  m_text->setPosition(osg::Vec3(x, low ? MARGIN : static_cast<float>(m_height) - MARGIN, 0));
 }
 
 } // namespace zorOSG

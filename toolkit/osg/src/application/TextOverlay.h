@@ -10,7 +10,7 @@ namespace zorOSG {
 /// A panel of text over the picture, hidden until it is shown.
 class TextOverlay {
 public:
-  enum class Corner { UPPER_LEFT, UPPER_RIGHT };
+  enum class Corner { UPPER_LEFT, UPPER_RIGHT, LOWER_LEFT };
 
   explicit TextOverlay(Corner corner);
 

@@ -34,6 +34,16 @@ osg::ref_ptr<osg::GraphicsContext::Traits> makeTraits(ViewerHost::Settings const
   return traits;
 }
 
+void fillScreen(osg::GraphicsContext::Traits& traits,
+                osg::GraphicsContext::WindowingSystemInterface& system) {
+  unsigned int width = 0, height = 0;
+  system.getScreenResolution(traits, width, height);
+  traits.x = traits.y = 0;
+  traits.width = static_cast<int>(width);
+  traits.height = static_cast<int>(height);
+  traits.windowDecoration = false;
+}
+
 /** Past the log, whose level would hide it: how a run draws is what its user has to know. */
 void report(std::string const& message) {
   std::cerr << "zorOSG: " << message << std::endl;
@@ -53,6 +63,8 @@ osg::ref_ptr<osg::GraphicsContext> openWindow(ViewerHost::Settings const& settin
   // A server whose last client leaves starts anew and refuses others meanwhile, so the last try is repeated.
   for (int const samples : {settings.samples, 0, 0, 0, 0}) {
     traits = makeTraits(settings, samples);
+    if (settings.fullScreen)
+      fillScreen(*traits, *system);
     osg::ref_ptr<osg::GraphicsContext> context = osg::GraphicsContext::createGraphicsContext(traits.get());
     if (context && context->valid())
       return context;

@@ -16,7 +16,8 @@ public:
     int width = 1280;
     int height = 720;
     int samples = 4;
-    bool window = true; ///< false to draw off screen even if there is a display
+    bool window = true;      ///< false to draw off screen even if there is a display
+    bool fullScreen = false; ///< true for a window as large as the screen, without a frame
     bool vsync = true;
     std::string title;
   };

@@ -1,6 +1,7 @@
 #include <zorOSG/CreateVisual.h>
 
 #include <algorithm>
+#include <atomic>
 #include <stdexcept>
 #include <string>
 
@@ -13,6 +14,7 @@
 #include "FollowCallback.h"
 #include "RenderTemplates.h"
 #include "ShapeMeshCache.h"
+#include "VisualDetail.h"
 #include "VisualState.h"
 
 namespace zorOSG {
@@ -20,6 +22,8 @@ namespace zorOSG {
 namespace {
 
 constexpr float sensorAlpha = 0.35f;
+
+std::atomic<float> detailFactor{1.0f};
 
 struct VisualOptions {
   float detailRatio;
@@ -31,7 +35,7 @@ VisualOptions checked(float detailRatio, bool axes, osg::Group const* root) {
   if (!(detailRatio >= 0.0f)) // NaN as well
     throw std::invalid_argument("createVisual: detailRatio must not be negative, but is " +
                                 std::to_string(detailRatio));
-  return {std::clamp(detailRatio, 0.05f, 8.0f), axes, root && !hasLook(*root)};
+  return {std::clamp(detailRatio * detailFactor, 0.05f, 8.0f), axes, root && !hasLook(*root)};
 }
 
 /** Axes that stick out of what they belong to; bodies of any size show theirs. */
@@ -141,6 +145,14 @@ private:
 };
 
 } // namespace
+
+void setVisualDetail(float factor) {
+  detailFactor = factor;
+}
+
+float getVisualDetail() {
+  return detailFactor;
+}
 
 zorOSG::GeometryNode* createVisual(zorCollide::Geometry const* geometry, osg::Group* root, float detailRatio,
                                    bool createAxes, bool evenIfSensor) {

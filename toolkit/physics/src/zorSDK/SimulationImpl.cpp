@@ -7,6 +7,7 @@
 
 #include <zor/FlagScope.h>
 #include <zor/Notify.h>
+#include <zorUtil/TaskRecorder.h>
 
 #include "bullet/BodyImpl.h"
 #include "bullet/ConstraintImpl.h"
@@ -324,7 +325,8 @@ void SimulationImpl::setTime(double time) {
 }
 
 template <class Call>
-void SimulationImpl::timed(double& seconds, Call call) {
+void SimulationImpl::timed(char const* task, double& seconds, Call call) {
+  zorUtil::TaskScope const record(task);
   auto const start = std::chrono::steady_clock::now();
   call();
   seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
@@ -336,11 +338,11 @@ void SimulationImpl::step() {
   zor::FlagScope const scope(m_stepping);
   m_statistics.stepTime = m_statistics.collisionTime = m_statistics.solverTime = m_statistics.listenerTime =
       0;
-  timed(m_statistics.stepTime, [this] {
+  timed("step", m_statistics.stepTime, [this] {
     double const dt = m_timeStep / static_cast<double>(subSteps);
     emit();
     callStepListeners(StepEventListener::PRE_COLLIDE, &StepEventListener::preCollide);
-    timed(m_statistics.collisionTime, [&] {
+    timed("step: collision", m_statistics.collisionTime, [&] {
       m_spaceImpl.beforeStep();
       world().findContacts(dt);
       m_spaceImpl.prepareContacts(dt);
@@ -366,13 +368,13 @@ void SimulationImpl::move(double dt) {
   world().applyGravity();
   for (zor::UInt i = 0; i < subSteps; ++i) {
     if (i > 0)
-      timed(m_statistics.collisionTime, [&] {
+      timed("step: collision", m_statistics.collisionTime, [&] {
         m_spaceImpl.beforeStep();
         world().findContacts(dt);
         dropRemovedContacts();
         m_spaceImpl.prepareContacts(dt);
       });
-    timed(m_statistics.solverTime, [&] {
+    timed("step: motion", m_statistics.solverTime, [&] {
       for (auto const& constraint : constraints)
         constraint->getImpl().beforeSubStep(dt);
       moveParticles(dt);
@@ -430,7 +432,7 @@ bool SimulationImpl::collectListeners(bool contactListeners) {
 }
 
 void SimulationImpl::callStepListeners(int phase, void (StepEventListener::*method)(zor::TimeStamp)) {
-  timed(m_statistics.listenerTime, [&] {
+  timed("step: listeners", m_statistics.listenerTime, [&] {
     if (!collectListeners(false))
       return;
     for (auto const& listener : m_called)
@@ -447,7 +449,7 @@ size_t SimulationImpl::KeyHash::operator()(GeometryKey const& key) const noexcep
 
 void SimulationImpl::callContactListeners() {
   m_removedContacts.clear();
-  timed(m_statistics.listenerTime, [this] {
+  timed("step: listeners", m_statistics.listenerTime, [this] {
     if (!collectListeners(true)) {
       m_touches.clear();
       return;

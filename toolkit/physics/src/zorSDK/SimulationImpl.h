@@ -113,7 +113,7 @@ private:
   bool collectListeners(bool contactListeners);
   bool canCall(EventListener const& listener, int bit) const;
   template <class Call>
-  void timed(double& seconds, Call call);
+  void timed(char const* task, double& seconds, Call call);
 
   Simulation& m_owner;
   zorBullet::SpaceImpl& m_spaceImpl;

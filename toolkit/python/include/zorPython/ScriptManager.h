@@ -95,6 +95,10 @@ public:
   /** \return the errors since the last clearErrors(), each kind once, the oldest first; at most 256 kinds */
   std::vector<ScriptError> getErrors() const;
 
+  /** \return the error that was registered last, with its count; none since the last clearErrors(), or after
+   * too many kinds */
+  std::optional<ScriptError> getLatestError() const;
+
   /** \return true if an error was registered since the last clearErrors() */
   bool hasErrors() const;
 
@@ -113,11 +117,19 @@ public:
 
   /**
    * Runs a script file as a module of its own; its `__name__` is not "__main__". Each call runs the file
-   * anew. The script's folder is searched for modules that it imports.
+   * anew, and with it the modules below its folder that it was the first to import. The script's folder is
+   * searched for modules that it imports.
    * \param path - the file; searched on the resource path if it is not absolute
    * \return the script; null if it could not be read or run, with the error registered
    */
   zor::ref_ptr<Script> loadScript(zor::String const& path);
+
+  /**
+   * Tells which files loadScript() runs.
+   * \param path - the script, as given to loadScript()
+   * \return paths of the script and of the modules below its folder that it has imported so far
+   */
+  std::vector<zor::String> getScriptFiles(zor::String const& path) const;
 
   /**
    * Calls a function of a script.

@@ -46,6 +46,7 @@ zor::UInt ErrorLog::record(ScriptError const& error) {
   ++m_count;
   auto const same = std::find_if(m_errors.begin(), m_errors.end(),
                                  [&error](ScriptError const& known) { return isSameKind(known, error); });
+  m_latest = static_cast<std::size_t>(same - m_errors.begin());
   if (same != m_errors.end()) {
     return ++same->count;
   }
@@ -66,6 +67,11 @@ bool ErrorLog::isKnown(ScriptError const& error) const {
 std::vector<ScriptError> ErrorLog::getErrors() const {
   std::lock_guard const lock(m_mutex);
   return m_errors;
+}
+
+std::optional<ScriptError> ErrorLog::getLatest() const {
+  std::lock_guard const lock(m_mutex);
+  return m_latest < m_errors.size() ? std::optional(m_errors[m_latest]) : std::nullopt;
 }
 
 zor::UInt ErrorLog::getCount() const {

@@ -2,7 +2,9 @@
 
 #include <zorPython/ScriptError.h>
 
+#include <cstddef>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace zorPython {
@@ -17,6 +19,8 @@ public:
   bool isKnown(ScriptError const& error) const;
 
   std::vector<ScriptError> getErrors() const;
+  /** \return the error that was added last */
+  std::optional<ScriptError> getLatest() const;
   zor::UInt getCount() const;
   void clear();
 
@@ -25,6 +29,7 @@ private:
 
   mutable std::mutex m_mutex;
   std::vector<ScriptError> m_errors;
+  std::size_t m_latest = 0; // beyond the end if it is not among them
   zor::UInt m_count = 0;
 };
 

@@ -2,6 +2,7 @@
 #include "ErrorReader.h"
 #include "Interpreter.h"
 #include "PythonReference.h"
+#include "ScriptModules.h"
 
 #include <zorIO/Environment.h>
 #include <zorPython/PendingSignals.h>
@@ -138,6 +139,7 @@ ScriptManager::StopScope::~StopScope() {
 struct ScriptManager::Impl {
   Interpreter interpreter;
   ErrorLog errors;
+  ScriptModules modules; // behind the interpreter lock
   std::mutex mutex;
   std::optional<int> stopRequest;
 };
@@ -209,6 +211,10 @@ std::vector<ScriptError> ScriptManager::getErrors() const {
   return m_impl->errors.getErrors();
 }
 
+std::optional<ScriptError> ScriptManager::getLatestError() const {
+  return m_impl->errors.getLatest();
+}
+
 bool ScriptManager::hasErrors() const {
   return getNumErrors() > 0;
 }
@@ -236,6 +242,7 @@ zor::ref_ptr<Script> ScriptManager::loadScript(zor::String const& path) {
   try {
     fs::path const file = fs::absolute(zorIO::Environment::instance().getFilePath().require(path));
     addModulePath(file.parent_path().string());
+    ScriptModules::Run const run(m_impl->modules, file);
     if (PythonReference module = runFile(file)) {
       return new Script(file.string(), ScriptValue::fromNewReference(module.release()));
     }
@@ -244,6 +251,13 @@ zor::ref_ptr<Script> ScriptManager::loadScript(zor::String const& path) {
     registerError(plainError("loadScript", e.what(), path));
   }
   return {};
+}
+
+std::vector<zor::String> ScriptManager::getScriptFiles(zor::String const& path) const {
+  PyGILGuard const guard;
+  zor::String const found = zorIO::Environment::instance().getFilePath().find(path);
+  fs::path const file = fs::absolute(found.empty() ? path : found);
+  return guard.isHeld() ? m_impl->modules.filesOf(file) : std::vector<zor::String>{file.string()};
 }
 
 ScriptValue ScriptManager::callFunction(Script const* script, zor::String const& name,
