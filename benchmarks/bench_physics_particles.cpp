@@ -19,7 +19,7 @@ constexpr int SPHERES = 20000;
 constexpr int SETTLING = 90; // steps before the clock runs
 constexpr int MEASURED = 60;
 constexpr double RADIUS = 0.05;
-constexpr double HALF = 1.25; // of the box
+constexpr double HALF = 2.5; // of the box
 constexpr double STEP = 1.0 / 60;
 
 struct Wall {
