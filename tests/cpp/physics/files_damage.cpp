@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 
+#include <zor/Emitter.h>
 #include <zor/Notify.h>
 
 #include "FileScenes.h"
@@ -57,8 +58,22 @@ protected:
     ref_ptr<Simulation> const small = new Simulation;
     small->add(new zorCollide::Geometry(new zorCollide::Plane(Vec3(0, 0, 1), Vec3())));
     scenes::add(*small, new zorCollide::Sphere(0.5), Vec3(0, 0, 0.5), "ball");
+    addParticles(*small);
     small->stepTo(0.1);
     return small->toBytes(json);
+  }
+
+  // Four that touch the ground, the ball, a sensor and each other, and an emitter that has drawn the next one.
+  static void addParticles(Simulation& small) {
+    ref_ptr<zor::ParticleSystem> const particles = new zor::ParticleSystem;
+    particles->addParticles({Vec3(0, 0, 1.1), Vec3(2, 0, 0.1), Vec3(2.19, 0, 0.1), Vec3(2.1, 0, 0.25)}, 0.1);
+    small.add(particles.get());
+    ref_ptr<zorCollide::Geometry> const box = new zorCollide::Geometry(new zorCollide::Box(0.3, 0.3, 0.3));
+    box->setSensor(true);
+    box->setPosition(Vec3(2, 0, 0.3));
+    small.add(box.get());
+    ref_ptr<zor::ParticleModel> const model = new zor::ParticleModel(zor::RandomReal::uniform(0.05, 0.1));
+    small.add(new zor::Emitter(particles.get(), new zor::ParticleDistribution(model.get()), box.get(), 1));
   }
 
   // What is refused leaves nothing behind, so that one simulation serves for all.
@@ -195,6 +210,34 @@ TEST_F(DamagedFiles, JsonErrorsTellThePath) {
   EXPECT_THAT(refuse(edited(json, "\"motion\": \"dynamic\"", "\"motion\": \"static\"")),
               HasSubstr("history: "))
       << "the engine's memory is of a moving body";
+}
+
+TEST_F(DamagedFiles, ParticlesThatContradictThemselvesAreRefused) {
+  std::string const json = smallFile(true);
+  auto const expect = [&](std::string const& from, std::string const& to, std::string const& place) {
+    std::string const message = refuse(edited(json, from, to));
+    EXPECT_THAT(message, HasSubstr("particleSystems[0]." + place)) << from << " -> " << to;
+    EXPECT_TRUE(m_empty->getParticleSystems().empty());
+  };
+  expect("\"id\": [0, 1, 2, 3]", "\"id\": [0, 1, 1, 3]", "particles.id: number 2 is 1");
+  expect("\"id\": [0, 1, 2, 3]", "\"id\": [0, 1, 2, 4]", "particles.id: 4 is not less than nextId, 4");
+  expect("\"id\": [0, 1, 2, 3]", "\"id\": [0, 1, 2]", "particles.position: has 12 numbers, but must have 9");
+  expect("\"position\": [0.0", "\"position\": [\"NaN\"", "particles: a number that moves it is not finite");
+  expect("\"radius\": [0.1]", "\"radius\": [-0.1]", "particles.radius: is not larger than zero, for particle 0");
+  expect("\"enabled\": [1]", "\"enabled\": [0, 1, 2, 1]", "particles.enabled: is not 0 or 1, for particle 2");
+  expect("\"material\": [0]", "\"material\": [1, 0, 0, 9]", "particles.material: is not in the list");
+  expect("\"order\": [0, ", "\"order\": [1, ", "history: particle 1 of 'order' is not there or stands twice");
+  expect("\"slabEnds\": [", "\"slabEnds\": [3, ", "history: 'slabEnds' must ascend to 4");
+  expect("\"expected\": [", "\"expected\": [{\"body\": 5}, ", "history.expected[0].body: there is no body 5");
+  expect("\"between\": [", "\"between\": [\"Infinity\", ", "history.inside.between: has");
+  EXPECT_THAT(refuse(edited(json, "\"particleSystem\": 0", "\"particleSystem\": 1")),
+              HasSubstr("emitters[0].particleSystem: there is no particle system 1"));
+  EXPECT_THAT(refuse(edited(json, "\"state\": [", "\"state\": [1, ")),
+              HasSubstr("emitters[0].random.state: must be 313 numbers"));
+  EXPECT_THAT(refuse(edited(json, "\"lower\": 0.05", "\"lower\": 0.5")),
+              HasSubstr("particleModels[0].radius: RandomReal: the limits"));
+  EXPECT_THAT(refuse(edited(json, "\"weight\": 1.0", "\"weight\": -1.0")),
+              HasSubstr("particleDistributions[0].models[0]"));
 }
 
 TEST_F(DamagedFiles, EditingByHandWorks) {

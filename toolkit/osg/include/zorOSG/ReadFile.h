@@ -13,8 +13,8 @@ namespace zorOSG {
 
 /**
  * Reads a stored simulation (".zor" or ".azor", see zorSDK::Simulation::write) into a simulation and creates
- * the visuals of what came in. The file is looked up as given and then along the resource path
- * (ZOR_FILE_PATH).
+ * the visuals of what came in: geometries and particles; an emitter gets its own by createVisual. The file is
+ * looked up as given and then along the resource path (ZOR_FILE_PATH).
  * \param filename - name or path of the file
  * \param simulation - gets the objects; null throws std::invalid_argument
  * \param root - the group that gets and owns the visuals; null for none

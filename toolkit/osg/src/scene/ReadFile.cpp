@@ -17,7 +17,8 @@ class NewObjects {
 public:
   explicit NewObjects(zorSDK::Simulation const& simulation)
       : m_simulation(simulation), m_numBodies(simulation.getRigidBodies().size()),
-        m_numGeometries(simulation.getGeometries().size()) {}
+        m_numGeometries(simulation.getGeometries().size()),
+        m_numParticleSystems(simulation.getParticleSystems().size()) {}
 
   zor::ref_ptr<zorSDK::Assembly> collect(std::string const& name) const {
     zor::ref_ptr<zorSDK::Assembly> assembly = new zorSDK::Assembly(name);
@@ -31,10 +32,17 @@ public:
     return assembly;
   }
 
+  void drawParticles(osg::Group* root) const {
+    auto const& systems = m_simulation.getParticleSystems();
+    for (size_t i = m_numParticleSystems; i < systems.size(); ++i)
+      createVisual(systems[i].get(), root);
+  }
+
 private:
   zorSDK::Simulation const& m_simulation;
   size_t m_numBodies;
   size_t m_numGeometries;
+  size_t m_numParticleSystems;
 };
 
 } // namespace
@@ -68,6 +76,7 @@ bool readFile(std::string const& filename, zorSDK::Simulation* simulation, osg::
       added.collect(std::filesystem::path(filename).filename().string());
   if (!seen->getRigidBodies().empty() || !seen->getGeometries().empty())
     createVisualTemplateCaching(seen.get(), root, renderCache, static_cast<float>(detailRatio), createAxis);
+  added.drawParticles(root);
   return true;
 }
 

@@ -12,8 +12,8 @@ public:
   /**
    * \param particleSystem - gets the particles; not null
    * \param distribution - what to emit; not null
-   * \param geometry - the volume; not null
-   * \param rate - particles in a second, see setRate and setQuantity
+   * \param geometry - as for setGeometry
+   * \param rate - as for setRate: particles in a second, unless setQuantity says otherwise
    */
   Emitter(zor::ParticleSystem* particleSystem, zor::ParticleDistribution* distribution,
           zorCollide::Geometry* geometry, zor::Real rate);
@@ -36,6 +36,8 @@ protected:
 #endif
 
 private:
+  friend struct zorStream::StateAccess;
+
   zor::ref_ptr<zor::ParticleSystem> m_particles;
   zor::ref_ptr<zor::ParticleDistribution> m_distribution;
   zor::ref_ptr<zor::ParticleModel> m_model; // of the piece that was drawn

@@ -95,6 +95,7 @@ protected:
 
 private:
   friend class zorSDK::SimulationImpl;
+  friend struct zorStream::StateAccess;
 
   void emit(zor::Real dt);
   zor::Real sizeOf(Piece const& piece) const;

@@ -4,6 +4,10 @@
 
 #include <zor/Types.h>
 
+namespace zorStream {
+struct StateAccess;
+} // namespace zorStream
+
 namespace zor {
 
 /** Random numbers that are the same for the same seed on every machine. */
@@ -21,6 +25,8 @@ public:
   zor::Real normal();
 
 private:
+  friend struct zorStream::StateAccess;
+
   std::mt19937_64 m_engine; // its numbers are laid down; those of the library's distributions are not
   zor::Real m_spare = 0;
   bool m_hasSpare = false;

@@ -64,6 +64,8 @@ public:
   Kind getKind() const { return m_kind; }
 
 private:
+  friend struct zorStream::StateAccess;
+
   RandomReal(Kind kind, zor::Real center, zor::Real spread, zor::Real lower, zor::Real upper);
   zor::Real valueAt(zor::Real normal) const;
 

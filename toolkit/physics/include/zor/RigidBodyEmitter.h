@@ -8,11 +8,8 @@ namespace zor {
 /** Emits bodies, each a copy of one in its distribution that shares its shapes. */
 class RigidBodyEmitter : public zor::EmitterBase {
 public:
-  /**
-   * \param distribution - what to emit; not null
-   * \param geometry - the volume; not null
-   * \param rate - bodies in a second, see setRate and setQuantity
-   */
+  /** \param distribution - as for setDistribution \param geometry - as for setGeometry
+   * \param rate - as for setRate: bodies in a second, unless setQuantity says otherwise */
   RigidBodyEmitter(zor::RigidBodyDistribution* distribution, zorCollide::Geometry* geometry, zor::Real rate);
 
   /** \param distribution - what to emit from now on; not null */
@@ -40,6 +37,8 @@ protected:
 #endif
 
 private:
+  friend struct zorStream::StateAccess;
+
   zor::ref_ptr<zor::RigidBodyDistribution> m_distribution;
   zor::ref_ptr<zor::RigidBody> m_model; // of the piece that was drawn
   zor::Vec3 m_middle;                   // of the bounds, in the model's frame

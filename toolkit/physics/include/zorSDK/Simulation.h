@@ -41,7 +41,8 @@ class Simulation : public zor::Object {
 public:
   /** What read takes from a file (bit mask). */
   enum ReadSelection : int {
-    READ_OBJECTS = 1,   /**< Bodies, geometries, constraints, observer frames and assemblies. */
+    READ_OBJECTS = 1,   /**< Bodies, geometries, constraints, observer frames, assemblies, particle systems and
+                           emitters. */
     READ_TIME = 2,      /**< The simulated time. */
     READ_SETTINGS = 4,  /**< Name, gravity, time step, sub-steps, solver, sleeping and disabled groups. */
     READ_MATERIALS = 8, /**< Materials that are found by name, and contact materials. */
@@ -222,7 +223,9 @@ public:
 
   /** Tells where everything is, to the last bit: the same script gives the same numbers in every run.
    * \return Time stamp; then for each body, in order of addition, 14 numbers: position (3) and rotation (4)
-   * of the model frame, velocity (3), angular velocity (3), and 1 when it sleeps, else 0. */
+   * of the model frame, velocity (3), angular velocity (3), and 1 when it sleeps, else 0; then for each
+   * particle system the number of its particles, and as many numbers for each of them, the last of which is 0
+   * when it takes no part, else 1. */
   zor::RealVector getState() const;
   /** \return A 64-bit number made from all bits of getState: equal states have equal ones, and others almost
    *         certainly not. */
@@ -233,7 +236,7 @@ public:
 
   /** Stores everything that is in the simulation, its settings and what the engine remembers from step to
    * step, so that a simulation that reads it goes on bit for bit. Listeners are not stored; a warning counts
-   * them.
+   * them. A PickHandler is a listener, but the spring by which it holds a body is a constraint, and stored.
    *
    * The file is written beside its place and put there at the end: a file of the same name is replaced by a
    * whole one, or stays. Call it between steps, or in a post or last step listener.
@@ -245,7 +248,7 @@ public:
   /** Adds what a file holds. Into an empty simulation, it goes on bit for bit as the stored one did.
    * \param filename - a file that write has written, of either kind
    * \param parent - assembly that gets what is in no assembly of its own; added to this simulation if it is
-   * in none. Null for none
+   * in none. Null for none. Particle systems and emitters are in no assembly
    * \param selection - combination of ReadSelection
    * \throws std::invalid_argument When the parent is in another simulation or the selection has unknown bits.
    * \throws std::runtime_error That names the file and the place in it, when it can't be read, is damaged or

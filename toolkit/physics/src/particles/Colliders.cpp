@@ -175,6 +175,7 @@ void Colliders::pushBodies(double dt) {
       continue;
     btRigidBody& engine = pushed.body->engine();
     Expected expected;
+    expected.body = pushed.body->getBody();
     expected.load = pushed.pushed + engine.getTotalForce() * pushed.inverseMass * dt;
     expected.twist = pushed.twisted + pushed.inverseInertia * engine.getTotalTorque() * dt;
     expected.velocity = engine.getLinearVelocity() + expected.load;
@@ -184,6 +185,29 @@ void Colliders::pushBodies(double dt) {
     engine.setLinearVelocity(engine.getLinearVelocity() + pushed.pushed);
     engine.setAngularVelocity(engine.getAngularVelocity() + pushed.twisted);
   }
+}
+
+void Colliders::remember(EngineMemory& memory) const {
+  for (Collider const& collider : m_colliders)
+    memory.colliders.push_back({collider.geometry, collider.part});
+  for (auto const& [body, expected] : m_expected)
+    memory.expected.push_back(
+        {expected.body.get(), expected.velocity, expected.spin, expected.load, expected.twist});
+}
+
+// Of the last step's colliders only the names are needed.
+void Colliders::restore(EngineMemory const& memory) {
+  m_colliders.clear();
+  m_expected.clear();
+  for (EngineMemory::Part const& part : memory.colliders) {
+    Collider collider;
+    collider.geometry = part.geometry;
+    collider.part = part.part;
+    m_colliders.push_back(collider);
+  }
+  for (EngineMemory::Expected const& each : memory.expected)
+    m_expected.emplace(&each.body->getImpl(),
+                       Expected{each.body, each.velocity, each.spin, each.load, each.twist});
 }
 
 } // namespace zorParticles

@@ -8,12 +8,14 @@
 #include <LinearMath/btTransform.h>
 
 #include <zor/Material.h>
+#include <zor/RigidBody.h>
 #include <zor/ref_ptr.h>
 #include <zorCollide/Geometry.h>
 
 #include "bullet/BodyImpl.h"
 #include "bullet/ShapeImpl.h"
 #include "particles/Contacts.h"
+#include "particles/EngineMemory.h"
 
 namespace zorBullet {
 class SpaceImpl;
@@ -26,9 +28,9 @@ struct Collider {
   zorCollide::Geometry* geometry = nullptr;
   zorBullet::ShapeImpl const* shape = nullptr;
   uint32_t part = 0; // of the geometry
-  btTransform frame;
-  btTransform inverse;
-  btVector3 lower, upper;
+  btTransform frame = btTransform::getIdentity();
+  btTransform inverse = btTransform::getIdentity();
+  btVector3 lower{0, 0, 0}, upper{0, 0, 0};
   bool solid = false; // in a dynamic body, in which a mesh is solid
   bool sensor = false;
   uint32_t body = NONE;        // in the list of bodies
@@ -71,12 +73,16 @@ public:
   /** Gives the bodies what the particles did to them. */
   void pushBodies(double dt);
 
+  void remember(EngineMemory& memory) const;
+  void restore(EngineMemory const& memory);
+
   std::vector<Collider> const& all() const { return m_colliders; }
   std::vector<PushedBody>& bodies() { return m_bodies; }
 
 private:
   // What is expected of a body, to see in the next step what else held it.
   struct Expected {
+    zor::ref_ptr<zor::RigidBody> body; // held, so that no other one gets its address
     btVector3 velocity, spin;
     btVector3 load, twist; // change of velocity by particles and by forces
   };

@@ -11,6 +11,7 @@
 #include "particles/CellGrid.h"
 #include "particles/Colliders.h"
 #include "particles/Contacts.h"
+#include "particles/EngineMemory.h"
 #include "particles/ParticleStore.h"
 
 namespace zorBullet {
@@ -51,6 +52,14 @@ public:
   /** Rows were removed: place gives the new index of each old one, NONE for those that are gone. */
   void renumber(std::vector<uint32_t> const& places, size_t newSize);
   void clear();
+
+  /** What the next step needs of the last one. Contacts whose numbers are no longer finite are left out. */
+  EngineMemory memory() const;
+  /**
+   * Takes over what another engine remembered; the store holds the same particles.
+   * \throws std::invalid_argument when it contradicts itself; the engine is then as it was
+   */
+  void restore(EngineMemory const& memory, size_t numParticles);
 
   ContactSet const& contacts() const { return m_now; }
   std::vector<Ball> const& balls() const { return m_balls; }

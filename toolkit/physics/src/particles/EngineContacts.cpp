@@ -29,17 +29,12 @@ Float3 toFloat(zor::Vec3 const& v) {
 
 // Those that take part. One whose numbers a script has spoilt is switched off.
 void Engine::choose(ParticleStore& store) {
-  constexpr double FARTHEST = 1e9;
   m_chosen.clear();
   m_largestRadius = 0;
   for (uint32_t i = 0; i < store.size(); ++i) {
     if (!store.enabled[i])
       continue;
-    bool const sane = store.position[i].isFinite() && store.velocity[i].isFinite() &&
-                      store.angularVelocity[i].isFinite() && store.force[i].isFinite() &&
-                      store.position[i].length() < FARTHEST &&
-                      store.radius[i] < FARTHEST && std::isfinite(store.mass[i]);
-    if (!sane) {
+    if (!store.isSane(i)) {
       store.enabled[i] = 0;
       ++m_numLost;
       continue;

@@ -59,28 +59,35 @@ Place placeOf(PairContact const& contact, Ball const& a, Ball const& b) {
   return {between * (1 / distance), distance - a.radius - b.radius};
 }
 
+/**
+ * Solves a contact along its normal: the two come as near as they may in the sub-step, and only push.
+ * \return what was added to the impulse
+ */
+float changeNormal(Impulse& impulse, float mass, float along, float gap, float relaxation, float h) {
+  float const before = impulse.normal;
+  impulse.normal = std::max(before - relaxation * mass * (along + std::max(gap, 0.0f) / h), 0.0f);
+  return impulse.normal - before;
+}
+
 void solvePair(PairContact& contact, Ball& a, Ball& b, Surface const& surface, float h, float relaxation) {
   auto const [n, gap] = placeOf(contact, a, b);
   Impulse& last = contact.impulse;
   Float3 const between = b.velocity - a.velocity;
   float const along = between.dot(n);
   float const radius = std::min(a.radius, b.radius);
-  float const normal =
-      std::max(last.normal - relaxation * contact.mass * (along + std::max(gap, 0.0f) / h), 0.0f);
-  float const change = normal - last.normal;
-  last.normal = normal;
-  if (normal == 0 && change == 0)
+  float const change = changeNormal(last, contact.mass, along, gap, relaxation, h);
+  if (last.normal == 0 && change == 0)
     return;
   // The change along the normal doesn't change the speed across.
   Float3 across = between - (a.spin * a.radius + b.spin * b.radius).cross(n);
   across -= n * across.dot(n);
   Float3 const friction =
-      addLimited(last.friction, across * (-contact.mass / 3.5f), surface.friction * normal);
+      addLimited(last.friction, across * (-contact.mass / 3.5f), surface.friction * last.normal);
   applyPair(a, b, n, n * change + friction, friction);
   if (surface.rolling > 0) {
     float const mass = 1 / (a.inverseInertia + b.inverseInertia);
     Float3 const rolling =
-        addLimited(last.rolling, (a.spin - b.spin) * mass, surface.rolling * radius * normal);
+        addLimited(last.rolling, (a.spin - b.spin) * mass, surface.rolling * radius * last.normal);
     a.spin -= rolling * a.inverseInertia;
     b.spin += rolling * b.inverseInertia;
   }
@@ -93,20 +100,17 @@ void solveWall(WallContact& contact, Ball& a, Surface const& surface, float h, f
   float const gap = contact.gap + (contact.velocity * elapsed - a.moved).dot(n);
   Float3 const between = contact.velocity - a.velocity;
   float const along = between.dot(n);
-  float const normal =
-      std::max(last.normal - relaxation * contact.mass * (along + std::max(gap, 0.0f) / h), 0.0f);
-  float const change = normal - last.normal;
-  last.normal = normal;
-  if (normal == 0 && change == 0)
+  float const change = changeNormal(last, contact.mass, along, gap, relaxation, h);
+  if (last.normal == 0 && change == 0)
     return;
   Float3 across = between - (a.spin * a.radius).cross(n);
   across -= n * across.dot(n);
   Float3 const friction =
-      addLimited(last.friction, across * (-contact.mass / 3.5f), surface.friction * normal);
+      addLimited(last.friction, across * (-contact.mass / 3.5f), surface.friction * last.normal);
   a.velocity -= (n * change + friction) * a.inverseMass;
   a.spin -= n.cross(friction) * (a.radius * a.inverseInertia);
   if (surface.rolling > 0)
-    a.spin -= addLimited(last.rolling, a.spin * (1 / a.inverseInertia), surface.rolling * a.radius * normal) *
+    a.spin -= addLimited(last.rolling, a.spin * (1 / a.inverseInertia), surface.rolling * a.radius * last.normal) *
               a.inverseInertia;
 }
 
@@ -132,20 +136,17 @@ void solveBody(BodyContact& contact, Ball& a, PushedBody& body, Surface const& s
   float const gap = contact.gap + (moved - a.moved).dot(n);
   Float3 const between = toFloat(body.velocity + body.spin.cross(contact.arm)) - a.velocity;
   float const along = between.dot(n);
-  float const normal =
-      std::max(last.normal - relaxation * contact.mass * (along + std::max(gap, 0.0f) / h), 0.0f);
-  float const change = normal - last.normal;
-  last.normal = normal;
-  if (normal == 0 && change == 0)
+  float const change = changeNormal(last, contact.mass, along, gap, relaxation, h);
+  if (last.normal == 0 && change == 0)
     return;
   Float3 across = between - (a.spin * a.radius).cross(n);
   across -= n * across.dot(n);
   Float3 const friction =
-      addLimited(last.friction, across * -contact.frictionMass, surface.friction * normal);
+      addLimited(last.friction, across * -contact.frictionMass, surface.friction * last.normal);
   Float3 rolling;
   if (surface.rolling > 0)
     rolling = addLimited(last.rolling, (a.spin - toFloat(body.spin)) * contact.rollingMass,
-                         surface.rolling * a.radius * normal);
+                         surface.rolling * a.radius * last.normal);
   applyBody(contact, a, body, n * change + friction, friction, rolling);
 }
 
@@ -472,8 +473,7 @@ void Engine::renumber(std::vector<uint32_t> const& places, size_t newSize) {
 void Engine::clear() {
   m_now = ContactSet();
   m_last = ContactSet();
-  m_balls.clear();
-  m_geometries.clear();
+  m_balls.clear(); // the geometries stay, as the colliders refer to them
 }
 
 } // namespace zorParticles

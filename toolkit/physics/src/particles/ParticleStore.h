@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <tuple>
 
@@ -27,6 +28,8 @@ struct ParticleRow {
   uint8_t enabled = 1;
   uint64_t id = 0;
 };
+
+constexpr size_t MOST_PARTICLES = 4'000'000;
 
 /** The particles, one array a quantity. */
 class ParticleStore {
@@ -68,6 +71,19 @@ public:
 
   void move(size_t from, size_t to) {
     std::apply([from, to](auto&... array) { ((array[to] = array[from]), ...); }, arrays());
+  }
+
+  /** For a store that is empty; fill all rows. */
+  void resize(size_t size) {
+    std::apply([size](auto&... array) { (array.resize(size), ...); }, arrays());
+  }
+
+  /** \return false if a script has spoilt a row: a number of its motion isn't finite or out of bounds */
+  bool isSane(size_t i) const {
+    constexpr double FARTHEST = 1e9;
+    return position[i].isFinite() && velocity[i].isFinite() && angularVelocity[i].isFinite() &&
+           force[i].isFinite() && rotation[i].isFinite() && position[i].length() < FARTHEST && radius[i] < FARTHEST &&
+           std::isfinite(mass[i]);
   }
 
   void shrink(size_t size) {

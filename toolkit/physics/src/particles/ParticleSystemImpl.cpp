@@ -120,7 +120,8 @@ zor::ParticleContacts ParticleSystemImpl::contacts() const {
                        Float3 const& friction, zorCollide::Geometry* geometry) {
     uint32_t const a = set.order[first], b = second == NONE ? NONE : set.order[second];
     double const radius = static_cast<double>(balls[first].radius);
-    if (a == NONE || (second != NONE && b == NONE) || (gap > TOUCHING * radius && total <= 0))
+    bool const gone = second == NONE ? !geometry : b == NONE;
+    if (a == NONE || gone || (gap > TOUCHING * radius && total <= 0))
       return;
     result.particles1.push_back(a);
     result.particles2.push_back(b);

@@ -11,6 +11,10 @@
 #include "particles/Engine.h"
 #include "particles/ParticleStore.h"
 
+namespace zorStream {
+struct StateAccess;
+}
+
 namespace zorParticles {
 
 /** What a particle system holds, and its step. */
@@ -54,6 +58,8 @@ public:
   bool enabled = true;
 
 private:
+  friend struct zorStream::StateAccess;
+
   zor::UInt removeMarked();
   void age(double dt);
 

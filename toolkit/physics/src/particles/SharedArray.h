@@ -32,6 +32,11 @@ public:
   /** Needs room for it. */
   void push(T const& value) { (*this)[m_size++] = value; }
   void shrink(size_t size) { m_size = size; }
+  /** New elements are zero in an array that was empty, else any. */
+  void resize(size_t size) {
+    reserve(size);
+    m_size = size;
+  }
 
 private:
   std::shared_ptr<T[]> m_data;

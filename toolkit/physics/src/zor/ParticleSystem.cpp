@@ -11,7 +11,7 @@ namespace zor {
 
 namespace {
 
-constexpr UInt MOST_PARTICLES = 4'000'000;
+using zorParticles::MOST_PARTICLES;
 
 size_t checkIndex(zorParticles::ParticleSystemImpl const& impl, UInt index, char const* where) {
   zorBullet::checkIndex(where, index, impl.store.size());

@@ -37,8 +37,6 @@ void Simulation::write(zor::String const& filename) const {
 
 std::string Simulation::toBytes(bool json) const {
   warnOfLoss(m_impl->listeners.size(), "listener");
-  warnOfLoss(getParticleSystems().size(), "particle system");
-  warnOfLoss(getEmitters().size(), "emitter");
   return zorStream::SimulationFile::write(const_cast<Simulation&>(*this), json);
 }
 

@@ -530,9 +530,12 @@ void SimulationImpl::setSolver(Simulation::SolverType type) {
 }
 
 zor::RealVector SimulationImpl::state() const {
-  constexpr size_t NUMBERS = 14;
+  constexpr size_t NUMBERS = 14; // of a body, and of a particle
   zor::RealVector state;
-  state.reserve(1 + NUMBERS * bodies.size());
+  size_t size = 1 + NUMBERS * bodies.size();
+  for (auto const& system : particleSystems)
+    size += 1 + NUMBERS * system->getNumParticles();
+  state.reserve(size);
   state.push_back(time());
   auto const add = [&state](auto const& value, size_t count) {
     for (size_t i = 0; i < count; ++i)
@@ -544,6 +547,17 @@ zor::RealVector SimulationImpl::state() const {
     add(body->getVelocity(), 3);
     add(body->getAngularVelocity(), 3);
     state.push_back(body->isSleeping() ? 1 : 0);
+  }
+  for (auto const& system : particleSystems) {
+    zorParticles::ParticleStore const& store = system->getImpl().store;
+    state.push_back(static_cast<double>(store.size()));
+    for (size_t i = 0; i < store.size(); ++i) {
+      add(store.position[i], 3);
+      add(store.rotation[i], 4);
+      add(store.velocity[i], 3);
+      add(store.angularVelocity[i], 3);
+      state.push_back(store.enabled[i] ? 1 : 0);
+    }
   }
   return state;
 }

@@ -36,6 +36,12 @@ void Archive::beginTuple(char const* name, std::size_t count) {
   enter(name, true);
 }
 
+bool Archive::beginNumbers(char const* name, std::size_t& count, std::size_t size) {
+  bool const packed = openNumbers(name, count, size);
+  enter(name, true);
+  return packed;
+}
+
 void Archive::endList() {
   closeList();
   m_path.pop_back();

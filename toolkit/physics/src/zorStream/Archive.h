@@ -38,6 +38,13 @@ public:
   void beginList(char const* name, std::size_t& count);
   /** A list whose length the reader knows. */
   void beginTuple(char const* name, std::size_t count);
+  /**
+   * A list of any length of plain numbers, which binary files hold as one block.
+   * \param size - bytes of a number
+   * \return true if the numbers go through `block`, false if they go one by one
+   */
+  bool beginNumbers(char const* name, std::size_t& count, std::size_t size);
+  void block(void* numbers, std::size_t count, std::size_t size) { takeBlock(numbers, count, size); }
   void endList();
   /** \param present - whether the object that may follow is written \return whether it is there */
   bool optional(char const* name, bool present);
@@ -60,6 +67,11 @@ protected:
   virtual void openObject(char const* name) = 0;
   virtual void closeObject() = 0;
   virtual void openList(char const* name, std::size_t& count, bool fixed) = 0;
+  virtual bool openNumbers(char const* name, std::size_t& count, std::size_t) {
+    openList(name, count, false);
+    return false;
+  }
+  virtual void takeBlock(void*, std::size_t, std::size_t) {}
   virtual void closeList() = 0;
   virtual bool testPresence(char const* name, bool present) = 0;
   virtual void take(char const* name, bool& value) = 0;

@@ -39,6 +39,25 @@ std::uint32_t fileChecksum(std::string_view head, std::string_view payload) {
   return checksum(payload, checksum(head));
 }
 
+// Calls with the size of a number as a constant, by which the archive puts bytes into order.
+template <class Call>
+void withSize(std::size_t size, Call call) {
+  switch (size) {
+  case 1:
+    return call(std::integral_constant<std::size_t, 1>());
+  case 4:
+    return call(std::integral_constant<std::size_t, 4>());
+  case 8:
+    return call(std::integral_constant<std::size_t, 8>());
+  default:
+    throw std::logic_error("BinaryArchive: numbers of " + std::to_string(size) + " bytes");
+  }
+}
+
+std::streamsize signedSize(std::size_t size) {
+  return static_cast<std::streamsize>(size);
+}
+
 // Reads from memory without a copy.
 class MemoryBuffer final : public std::streambuf {
 public:
@@ -94,6 +113,15 @@ std::string BinaryWriter::finish() {
 void BinaryWriter::openList(char const*, std::size_t& count, bool fixed) {
   if (!fixed)
     m_stream->archive(static_cast<std::uint64_t>(count));
+}
+
+bool BinaryWriter::openNumbers(char const* name, std::size_t& count, std::size_t) {
+  openList(name, count, false);
+  return true;
+}
+
+void BinaryWriter::takeBlock(void* numbers, std::size_t count, std::size_t size) {
+  withSize(size, [&](auto bytes) { m_stream->archive.saveBinary<bytes>(numbers, signedSize(count * size)); });
 }
 
 bool BinaryWriter::testPresence(char const*, bool present) {
@@ -166,10 +194,10 @@ void BinaryReader::load(char const* name, T& value) {
 }
 
 // No count is believed that the rest of the file cannot hold.
-std::size_t BinaryReader::loadCount(char const* name) {
+std::size_t BinaryReader::loadCount(char const* name, std::size_t size) {
   std::uint64_t count = 0;
   load(name, count);
-  if (count > m_stream->buffer.left())
+  if (count > m_stream->buffer.left() / size)
     fail(name, "has " + std::to_string(count) + " elements, more than the file has bytes");
   return static_cast<std::size_t>(count);
 }
@@ -177,6 +205,15 @@ std::size_t BinaryReader::loadCount(char const* name) {
 void BinaryReader::openList(char const* name, std::size_t& count, bool fixed) {
   if (!fixed)
     count = loadCount(name);
+}
+
+bool BinaryReader::openNumbers(char const* name, std::size_t& count, std::size_t size) {
+  count = loadCount(name, size);
+  return true;
+}
+
+void BinaryReader::takeBlock(void* numbers, std::size_t count, std::size_t size) {
+  withSize(size, [&](auto bytes) { m_stream->archive.loadBinary<bytes>(numbers, signedSize(count * size)); });
 }
 
 bool BinaryReader::testPresence(char const* name, bool) {

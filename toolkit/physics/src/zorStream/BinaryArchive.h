@@ -23,6 +23,8 @@ protected:
   void openObject(char const*) override {}
   void closeObject() override {}
   void openList(char const* name, std::size_t& count, bool fixed) override;
+  bool openNumbers(char const* name, std::size_t& count, std::size_t size) override;
+  void takeBlock(void* numbers, std::size_t count, std::size_t size) override;
   void closeList() override {}
   bool testPresence(char const* name, bool present) override;
   void take(char const* name, bool& value) override;
@@ -55,6 +57,8 @@ protected:
   void openObject(char const*) override {}
   void closeObject() override {}
   void openList(char const* name, std::size_t& count, bool fixed) override;
+  bool openNumbers(char const* name, std::size_t& count, std::size_t size) override;
+  void takeBlock(void* numbers, std::size_t count, std::size_t size) override;
   void closeList() override {}
   bool testPresence(char const* name, bool present) override;
   void take(char const* name, bool& value) override;
@@ -68,7 +72,7 @@ private:
   struct Stream;
   template <class T>
   void load(char const* name, T& value);
-  std::size_t loadCount(char const* name);
+  std::size_t loadCount(char const* name, std::size_t size = 1);
 
   std::unique_ptr<Stream> m_stream;
 };

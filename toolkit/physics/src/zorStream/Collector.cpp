@@ -1,6 +1,10 @@
 #include "zorStream/Collector.h"
 
+#include <stdexcept>
+
 #include <zorCollide/Compound.h>
+
+#include "particles/ParticleSystemImpl.h"
 
 namespace zorStream {
 
@@ -13,6 +17,8 @@ void Collector::collect(StateAccess::Contents const& contents) {
   addAll(contents.constraints);
   addAll(contents.observerFrames);
   addAll(contents.assemblies);
+  addAll(contents.particleSystems);
+  addAll(contents.emitters);
   StateAccess::nameFrames(m_tables);
 }
 
@@ -81,6 +87,61 @@ void Collector::add(zorSDK::Assembly& assembly) {
   addAll(assembly.getObserverFrames());
   addAll(assembly.getAssemblies());
   m_tables.assemblies.add(assembly);
+}
+
+// --- particles
+
+void Collector::add(zor::ParticleModel& model) {
+  if (model.getMaterial())
+    add(*model.getMaterial());
+  m_tables.particleModels.add(model);
+}
+
+void Collector::add(zor::ParticleDistribution& distribution) {
+  for (zor::UInt i = 0; i < distribution.getNumModels(); ++i)
+    add(*distribution.getModel(i));
+  m_tables.particleDistributions.add(distribution);
+}
+
+void Collector::add(zor::RigidBodyDistribution& distribution) {
+  for (zor::UInt i = 0; i < distribution.getNumModels(); ++i)
+    add(*distribution.getModel(i));
+  m_tables.bodyDistributions.add(distribution);
+}
+
+void Collector::add(zor::ParticleSystem& system) {
+  add(*system.getMaterial());
+  addAll(system.getImpl().materials);
+  m_tables.particleSystems.add(system);
+}
+
+void Collector::add(zor::EmitterBase& emitter) {
+  zorCollide::Geometry& geometry = *emitter.getGeometry();
+  if (geometry.getRigidBody())
+    add(*geometry.getRigidBody());
+  add(geometry);
+  if (auto* const ofParticles = dynamic_cast<zor::Emitter*>(&emitter))
+    addFor(*ofParticles);
+  else if (auto* const ofBodies = dynamic_cast<zor::RigidBodyEmitter*>(&emitter))
+    addFor(*ofBodies);
+  else
+    throw std::runtime_error("Simulation::write: emitter '" + emitter.getName() +
+                             "' is of a kind that can't be stored");
+  m_tables.emitters.add(emitter);
+}
+
+void Collector::addFor(zor::Emitter& emitter) {
+  add(*emitter.getParticleSystem());
+  add(*emitter.getDistribution());
+  if (zor::ParticleModel* const drawn = StateAccess::drawnModel(emitter))
+    add(*drawn);
+}
+
+void Collector::addFor(zor::RigidBodyEmitter& emitter) {
+  add(*emitter.getDistribution());
+  addAll(emitter.getBodies());
+  if (zor::RigidBody* const drawn = StateAccess::drawnModel(emitter))
+    add(*drawn);
 }
 
 } // namespace zorStream

@@ -22,6 +22,13 @@ private:
   void add(zor::Constraint& constraint);
   void add(zor::ObserverFrame& frame);
   void add(zorSDK::Assembly& assembly);
+  void add(zor::ParticleModel& model);
+  void add(zor::ParticleDistribution& distribution);
+  void add(zor::RigidBodyDistribution& distribution);
+  void add(zor::ParticleSystem& system);
+  void add(zor::EmitterBase& emitter);
+  void addFor(zor::Emitter& emitter);
+  void addFor(zor::RigidBodyEmitter& emitter);
   template <class List>
   void addAll(List const& objects) {
     for (auto const& object : objects)

@@ -40,6 +40,9 @@ void StateAccess::renderMaterial(Archive& archive, Ref<zorRender::RenderMaterial
   property(archive, "shininess", *material, &RenderMaterial::getShininess, &RenderMaterial::setShininess);
   property(archive, "transparency", *material, &RenderMaterial::getTransparency,
            &RenderMaterial::setTransparency);
+  if (archive.version() >= 2)
+    property(archive, "diffuseTexture", *material, &RenderMaterial::getDiffuseTexture,
+             &RenderMaterial::setDiffuseTexture);
 }
 
 void StateAccess::renderData(Archive& archive, ObjectTables& tables, Ref<zorRender::RenderData>& data) {

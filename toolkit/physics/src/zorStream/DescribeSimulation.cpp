@@ -143,6 +143,8 @@ StateAccess::Contents StateAccess::Contents::of(Simulation& simulation) {
   contents.constraints = pointers(simulation.getConstraints());
   contents.observerFrames = pointers(simulation.getObserverFrames());
   contents.assemblies = pointers(simulation.getAssemblies());
+  contents.particleSystems = pointers(simulation.getParticleSystems());
+  contents.emitters = pointers(simulation.getEmitters());
   for (auto const& entry : simulation.getSpace()->getImpl().m_contactMaterials)
     contents.usedContactMaterials.push_back(entry.second.get());
   return contents;
@@ -169,6 +171,10 @@ void StateAccess::Contents::describe(Archive& archive, ObjectTables& tables) {
   list("constraints", tables.constraints, constraints);
   list("observerFrames", tables.observerFrames, observerFrames);
   list("assemblies", tables.assemblies, assemblies);
+  if (archive.version() >= 2) {
+    list("particleSystems", tables.particleSystems, particleSystems);
+    list("emitters", tables.emitters, emitters);
+  }
   archive.endObject();
 }
 

@@ -16,7 +16,8 @@ namespace {
 
 bool isEmpty(Simulation const& simulation) {
   return simulation.getRigidBodies().empty() && simulation.getGeometries().empty() &&
-         simulation.getConstraints().empty();
+         simulation.getConstraints().empty() && simulation.getParticleSystems().empty() &&
+         simulation.getEmitters().empty();
 }
 
 /** Brings the end of a list into an order. The objects are held elsewhere, too. */
@@ -110,6 +111,10 @@ void StateAccess::Entering::addObjects() {
     m_simulation.add(constraint);
   for (zor::ObserverFrame* frame : contents.observerFrames)
     m_simulation.add(frame);
+  for (zor::ParticleSystem* system : contents.particleSystems)
+    m_simulation.add(system);
+  for (zor::EmitterBase* emitter : contents.emitters)
+    m_simulation.add(emitter);
   arrangeEnd(m_simulation.getSpace()->m_geometries, contents.geometries);
   for (Assembly* assembly : allAssemblies(contents.assemblies))
     assembly->m_simulation = &m_simulation;
@@ -183,6 +188,10 @@ void StateAccess::Entering::removeObjects() {
     m_simulation.remove(geometry);
   for (zor::ObserverFrame* frame : contents.observerFrames)
     m_simulation.remove(frame);
+  for (zor::ParticleSystem* system : contents.particleSystems)
+    m_simulation.remove(system);
+  for (zor::EmitterBase* emitter : contents.emitters)
+    m_simulation.remove(emitter);
 }
 
 } // namespace zorStream

@@ -52,6 +52,10 @@ void field(Archive& archive, char const* name, int& value) {
   narrow<int, std::int64_t>(archive, name, value);
 }
 
+void field(Archive& archive, char const* name, std::uint8_t& value) {
+  narrow<std::uint8_t, std::uint64_t>(archive, name, value);
+}
+
 void field(Archive& archive, char const* name, std::uint32_t& value) {
   narrow<std::uint32_t, std::uint64_t>(archive, name, value);
 }
@@ -62,6 +66,10 @@ void field(Archive& archive, char const* name, zor::Vec2& value) {
 
 void field(Archive& archive, char const* name, zor::Vec3& value) {
   numbers(archive, name, value.ptr(), 3);
+}
+
+void field(Archive& archive, char const* name, zor::Vec4f& value) {
+  numbers(archive, name, value.ptr(), 4);
 }
 
 void field(Archive& archive, char const* name, zor::Matrix3x3& value) {

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstring>
 #include <initializer_list>
 #include <string>
+#include <type_traits>
 #include <utility>
+#include <vector>
 
 #include <LinearMath/btTransform.h>
 
@@ -11,6 +14,7 @@
 #include <zor/RangeReal.h>
 #include <zor/Vec2.h>
 #include <zor/Vec3.h>
+#include <zor/Vec4.h>
 #include <zor/Vector.h>
 #include <zor/ref_ptr.h>
 #include <zorRender/Color.h>
@@ -38,9 +42,11 @@ inline void field(Archive& archive, char const* name, std::uint64_t& value) {
 }
 void field(Archive& archive, char const* name, float& value);
 void field(Archive& archive, char const* name, int& value);
+void field(Archive& archive, char const* name, std::uint8_t& value);
 void field(Archive& archive, char const* name, std::uint32_t& value);
 void field(Archive& archive, char const* name, zor::Vec2& value);
 void field(Archive& archive, char const* name, zor::Vec3& value);
+void field(Archive& archive, char const* name, zor::Vec4f& value);
 void field(Archive& archive, char const* name, zor::Matrix3x3& value);
 /** Twelve numbers: rotation or scale row by row, then the translation. All finite. */
 void field(Archive& archive, char const* name, zor::AffineMatrix4x4& value);
@@ -60,6 +66,47 @@ void listField(Archive& archive, char const* name, Vector& values) {
   for (std::size_t i = 0; i < count; ++i)
     field(archive, nullptr, values[i]);
   archive.endList();
+}
+
+/** Any number of plain numbers, packed in binary files. */
+template <class Number>
+void numbersField(Archive& archive, char const* name, std::vector<Number>& values) {
+  std::size_t count = values.size();
+  bool const packed = archive.beginNumbers(name, count, sizeof(Number));
+  values.resize(count);
+  if (packed)
+    archive.block(values.data(), count, sizeof(Number));
+  else
+    for (Number& value : values)
+      field(archive, nullptr, value);
+  archive.endList();
+}
+
+/**
+ * One quantity of many rows, packed in binary files. Where it is the same in all rows, it is written once.
+ * \param rows - as many as the reader expects
+ */
+template <class Number, class Row>
+void column(Archive& archive, char const* name, Row* rows, std::size_t count) {
+  static_assert(std::is_trivially_copyable_v<Row> && sizeof(Row) % sizeof(Number) == 0);
+  constexpr std::size_t WIDTH = sizeof(Row) / sizeof(Number);
+  std::vector<Number> numbers;
+  if (!archive.reading() && count > 0) {
+    // Each row equal to the one before it.
+    bool const same = std::memcmp(rows, rows + 1, (count - 1) * sizeof(Row)) == 0;
+    numbers.resize((same ? 1 : count) * WIDTH);
+    std::memcpy(numbers.data(), rows, numbers.size() * sizeof(Number));
+  }
+  numbersField(archive, name, numbers);
+  if (!archive.reading() || (count == 0 && numbers.empty()))
+    return;
+  bool const once = count > 0 && numbers.size() == WIDTH;
+  if (!once && numbers.size() != count * WIDTH)
+    archive.fail(name, "has " + std::to_string(numbers.size()) + " numbers, but must have " +
+                           std::to_string(count * WIDTH) + ", or " + std::to_string(WIDTH) +
+                           " that hold for all");
+  for (std::size_t i = 0; i < count; ++i)
+    std::memcpy(static_cast<void*>(rows + i), numbers.data() + (once ? 0 : i * WIDTH), sizeof(Row));
 }
 
 /** Any number of objects. \param each - called with the archive and an element, inside its object */

@@ -7,10 +7,14 @@
 
 #include <zor/Constraint.h>
 #include <zor/ContactMaterial.h>
+#include <zor/EmitterBase.h>
 #include <zor/Frame.h>
 #include <zor/Material.h>
 #include <zor/ObserverFrame.h>
+#include <zor/ParticleDistribution.h>
+#include <zor/ParticleSystem.h>
 #include <zor/RigidBody.h>
+#include <zor/RigidBodyDistribution.h>
 #include <zorCollide/Geometry.h>
 #include <zorCollide/Shape.h>
 #include <zorRender/RenderData.h>
@@ -73,6 +77,11 @@ struct ObjectTables {
   ObjectTable<zor::ObserverFrame> observerFrames{"observer frame"};
   ObjectTable<zorSDK::Assembly> assemblies{"assembly"};
   ObjectTable<zor::Frame> frames{"frame"}; // those that belong to none of the others
+  ObjectTable<zor::ParticleModel> particleModels{"particle model"};
+  ObjectTable<zor::ParticleDistribution> particleDistributions{"particle distribution"};
+  ObjectTable<zor::RigidBodyDistribution> bodyDistributions{"body distribution"};
+  ObjectTable<zor::ParticleSystem> particleSystems{"particle system"};
+  ObjectTable<zor::EmitterBase> emitters{"emitter"};
 
   /** What frames are called as parents of others, such as "body 3". */
   std::map<zor::Frame const*, std::string> frameNames;

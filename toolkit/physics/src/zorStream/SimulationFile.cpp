@@ -42,6 +42,8 @@ void SimulationFile::describe(Archive& archive) {
   tableField(archive, "assemblies", tables.assemblies,
              [&](auto& each) { Access::assembly(archive, tables, each); });
   tableField(archive, "frames", tables.frames, [&](auto& each) { Access::frame(archive, tables, each); });
+  if (archive.version() >= 2)
+    describeParticles(archive);
   m_contents.describe(archive, tables);
   m_hasHistory = archive.optional("history", m_hasHistory);
   if (m_hasHistory)
@@ -56,6 +58,21 @@ void SimulationFile::describeBodies(Archive& archive) {
     m_motions.resize(next + 1);
     m_motions[next++] = motion;
   });
+}
+
+void SimulationFile::describeParticles(Archive& archive) {
+  using Access = StateAccess;
+  ObjectTables& tables = m_tables;
+  tableField(archive, "particleModels", tables.particleModels,
+             [&](auto& each) { Access::particleModel(archive, tables, each); });
+  tableField(archive, "particleDistributions", tables.particleDistributions,
+             [&](auto& each) { Access::particleDistribution(archive, tables, each); });
+  tableField(archive, "bodyDistributions", tables.bodyDistributions,
+             [&](auto& each) { Access::bodyDistribution(archive, tables, each); });
+  tableField(archive, "particleSystems", tables.particleSystems,
+             [&](auto& each) { Access::particleSystem(archive, tables, each); });
+  tableField(archive, "emitters", tables.emitters,
+             [&](auto& each) { Access::emitter(archive, tables, each); });
 }
 
 std::string SimulationFile::write(Simulation& simulation, bool json) {

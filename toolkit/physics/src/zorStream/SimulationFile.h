@@ -38,6 +38,7 @@ private:
   SimulationFile() = default;
   void describe(Archive& archive);
   void describeBodies(Archive& archive);
+  void describeParticles(Archive& archive);
 
   void checkContents() const;
 

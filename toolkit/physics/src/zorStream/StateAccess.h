@@ -2,11 +2,17 @@
 
 #include <vector>
 
+#include <zor/Emitter.h>
+#include <zor/RigidBodyEmitter.h>
 #include <zorSDK/Simulation.h>
 
 #include "bullet/WorldState.h"
 #include "zorStream/Archive.h"
 #include "zorStream/ObjectTables.h"
+
+namespace zorParticles {
+class ParticleSystemImpl;
+}
 
 namespace zorStream {
 
@@ -34,6 +40,13 @@ struct StateAccess {
   static void observerFrame(Archive& archive, ObjectTables& tables, Ref<zor::ObserverFrame>& frame);
   static void assembly(Archive& archive, ObjectTables& tables, Ref<zorSDK::Assembly>& assembly);
   static void frame(Archive& archive, ObjectTables& tables, Ref<zor::Frame>& frame);
+  static void particleModel(Archive& archive, ObjectTables& tables, Ref<zor::ParticleModel>& model);
+  static void particleDistribution(Archive& archive, ObjectTables& tables,
+                                   Ref<zor::ParticleDistribution>& distribution);
+  static void bodyDistribution(Archive& archive, ObjectTables& tables,
+                               Ref<zor::RigidBodyDistribution>& distribution);
+  static void particleSystem(Archive& archive, ObjectTables& tables, Ref<zor::ParticleSystem>& system);
+  static void emitter(Archive& archive, ObjectTables& tables, Ref<zor::EmitterBase>& emitter);
 
   // --- the simulation
   struct Settings {
@@ -72,6 +85,8 @@ struct StateAccess {
     std::vector<zor::Constraint*> constraints;
     std::vector<zor::ObserverFrame*> observerFrames;
     std::vector<zorSDK::Assembly*> assemblies;
+    std::vector<zor::ParticleSystem*> particleSystems;
+    std::vector<zor::EmitterBase*> emitters;
 
     static Contents of(zorSDK::Simulation& simulation);
     void describe(Archive& archive, ObjectTables& tables);
@@ -98,6 +113,11 @@ struct StateAccess {
   static void nameFrames(ObjectTables& tables);
   static void setParents(ObjectTables& tables);
 
+  // --- emitters
+  /** What an emitter has drawn and not placed yet, or null. */
+  static zor::ParticleModel* drawnModel(zor::Emitter const& emitter);
+  static zor::RigidBody* drawnModel(zor::RigidBodyEmitter const& emitter);
+
   static zorSDK::SimulationImpl& implOf(zorSDK::Simulation& simulation) { return *simulation.m_impl; }
 
   /** How what was read comes into a simulation. */
@@ -111,6 +131,17 @@ private:
   static void constraintMemory(Archive& archive, zorBullet::ConstraintImpl& impl);
   static void readGeometry(Archive& archive, char const* name, ObjectTables& tables,
                            zorBullet::GeometryImpl& impl);
+  static void particles(Archive& archive, zorParticles::ParticleSystemImpl& impl);
+  static void particleHistory(Archive& archive, ObjectTables& tables, zorParticles::ParticleSystemImpl& impl);
+  static void randomGenerator(Archive& archive, zor::RandomGenerator& generator);
+  static void randomReal(Archive& archive, char const* name, zor::RandomReal& value);
+  static void particleEmitter(Archive& archive, ObjectTables& tables, Ref<zor::Emitter>& emitter,
+                              zorCollide::Geometry* geometry);
+  static void bodyEmitter(Archive& archive, ObjectTables& tables, Ref<zor::RigidBodyEmitter>& emitter,
+                          zorCollide::Geometry* geometry);
+  static void emission(Archive& archive, zor::EmitterBase& emitter);
+  template <class Kind, class Table, class Rest>
+  static void nextPiece(Archive& archive, Kind& emitter, Table& models, Rest rest);
 };
 
 } // namespace zorStream
