@@ -62,6 +62,40 @@ def test_bytes_pickles_and_copies():
         restored.fromBytes(b"something else")
 
 
+def make_rain():
+    """Grains that an emitter lets fall on a slab."""
+    simulation = zorSDK.Simulation()
+    simulation.add(zorCollide.Geometry(zorCollide.Box(zor.Vec3(0.5, 0.5, 0.1))))
+    grains = zor.ParticleSystem("grains")
+    simulation.add(grains)
+    cloud = zorCollide.Geometry(zorCollide.Box(zor.Vec3(0.3, 0.3, 0.1)))
+    cloud.setSensor(True)
+    cloud.setPosition(zor.Vec3(0, 0, 1))
+    sizes = zor.ParticleDistribution(zor.ParticleModel(zor.RandomReal.uniform(0.02, 0.04)))
+    simulation.add(zor.Emitter(grains, sizes, cloud, 120.0))
+    simulation.stepTo(1.5)
+    return simulation
+
+
+def test_particles_and_emitters_go_on(tmp_path):
+    original = make_rain()
+    root, drawn = osg.Group(), zorSDK.Simulation()
+    original.write(str(tmp_path / "rain.azor"))
+    assert zorOSG.readFile(str(tmp_path / "rain.azor"), drawn, root, None, 0.35, False, 15)
+    assert zorOSG.findParticleSystemDrawable(root).getParticleSystem() == drawn.getParticleSystem()
+    copies = [drawn, pickle.loads(pickle.dumps(original))]
+    original.stepTo(3)
+    for other in copies:
+        other.stepTo(3)
+        grains = other.getParticleSystem("grains")
+        assert 300 < grains.getNumParticles() == other.getEmitters()[0].getNumEmitted()
+        assert bytes(grains.getPositions()) == bytes(original.getParticleSystem().getPositions())
+        assert other.getStateHash() == original.getStateHash()
+        assert len(other.getState()) == 1 + 1 + 14 * grains.getNumParticles()
+    grains.setVelocity(0, zor.Vec3(0, 0, 1))
+    assert other.getStateHash() != original.getStateHash(), "particles are part of the state"
+
+
 def test_json_is_for_editing(tmp_path):
     path = tmp_path / "scene.azor"
     make_simulation().write(str(path))

@@ -63,7 +63,8 @@ protected:
     return small->toBytes(json);
   }
 
-  // Four that touch the ground, the ball, a sensor and each other, and an emitter that has drawn the next one.
+  // Four that touch the ground, the ball, a sensor and each other, and an emitter that has drawn the next
+  // one.
   static void addParticles(Simulation& small) {
     ref_ptr<zor::ParticleSystem> const particles = new zor::ParticleSystem;
     particles->addParticles({Vec3(0, 0, 1.1), Vec3(2, 0, 0.1), Vec3(2.19, 0, 0.1), Vec3(2.1, 0, 0.25)}, 0.1);
@@ -87,6 +88,7 @@ protected:
       m_empty->fromBytes(bytes);
     } catch (std::runtime_error const&) {
       EXPECT_TRUE(m_empty->getRigidBodies().empty() && m_empty->getGeometries().empty());
+      EXPECT_TRUE(m_empty->getParticleSystems().empty() && m_empty->getEmitters().empty());
       return false;
     }
     m_empty->stepForward();
@@ -223,7 +225,8 @@ TEST_F(DamagedFiles, ParticlesThatContradictThemselvesAreRefused) {
   expect("\"id\": [0, 1, 2, 3]", "\"id\": [0, 1, 2, 4]", "particles.id: 4 is not less than nextId, 4");
   expect("\"id\": [0, 1, 2, 3]", "\"id\": [0, 1, 2]", "particles.position: has 12 numbers, but must have 9");
   expect("\"position\": [0.0", "\"position\": [\"NaN\"", "particles: a number that moves it is not finite");
-  expect("\"radius\": [0.1]", "\"radius\": [-0.1]", "particles.radius: is not larger than zero, for particle 0");
+  expect("\"radius\": [0.1]", "\"radius\": [-0.1]",
+         "particles.radius: is not larger than zero, for particle 0");
   expect("\"enabled\": [1]", "\"enabled\": [0, 1, 2, 1]", "particles.enabled: is not 0 or 1, for particle 2");
   expect("\"material\": [0]", "\"material\": [1, 0, 0, 9]", "particles.material: is not in the list");
   expect("\"order\": [0, ", "\"order\": [1, ", "history: particle 1 of 'order' is not there or stands twice");

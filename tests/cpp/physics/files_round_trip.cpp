@@ -46,6 +46,7 @@ TEST_P(RoundTrip, ShapesStayShapesAndSharedOnesShared) {
   ref_ptr<zorRender::RenderMaterial> const look = new zorRender::RenderMaterial;
   look->setDiffuseColor(zorRender::Color(0.8f, 0.1f, 1.0f / 3.0f, 0.5f));
   look->setShininess(12.3f);
+  look->setDiffuseTexture("wood.png");
   drawn->setRenderMaterial(look.get());
   std::vector<samples::Solid> const solids = samples::solids();
   for (samples::Solid const& solid : solids) {
@@ -65,6 +66,7 @@ TEST_P(RoundTrip, ShapesStayShapesAndSharedOnesShared) {
   ASSERT_TRUE(commonData);
   EXPECT_EQ(commonData->getTexCoords()[2], zor::Vec2(0, 0.1));
   EXPECT_EQ(commonData->getRenderMaterial()->getDiffuseColor(), look->getDiffuseColor());
+  EXPECT_EQ(commonData->getRenderMaterial()->getDiffuseTexture(), "wood.png");
   EXPECT_FALSE(commonData->getRenderMaterial()->hasAmbientColor());
   for (std::size_t i = 0; i < solids.size(); ++i) {
     Geometry const& geometry = *other->getGeometries()[i];

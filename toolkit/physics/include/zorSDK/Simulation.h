@@ -41,8 +41,8 @@ class Simulation : public zor::Object {
 public:
   /** What read takes from a file (bit mask). */
   enum ReadSelection : int {
-    READ_OBJECTS = 1,   /**< Bodies, geometries, constraints, observer frames, assemblies, particle systems and
-                           emitters. */
+    READ_OBJECTS = 1,   /**< Bodies, geometries, constraints, frames, assemblies, particle systems
+                           and emitters. */
     READ_TIME = 2,      /**< The simulated time. */
     READ_SETTINGS = 4,  /**< Name, gravity, time step, sub-steps, solver, sleeping and disabled groups. */
     READ_MATERIALS = 8, /**< Materials that are found by name, and contact materials. */

@@ -110,8 +110,9 @@ void solveWall(WallContact& contact, Ball& a, Surface const& surface, float h, f
   a.velocity -= (n * change + friction) * a.inverseMass;
   a.spin -= n.cross(friction) * (a.radius * a.inverseInertia);
   if (surface.rolling > 0)
-    a.spin -= addLimited(last.rolling, a.spin * (1 / a.inverseInertia), surface.rolling * a.radius * last.normal) *
-              a.inverseInertia;
+    a.spin -=
+        addLimited(last.rolling, a.spin * (1 / a.inverseInertia), surface.rolling * a.radius * last.normal) *
+        a.inverseInertia;
 }
 
 void applyBody(BodyContact const& contact, Ball& a, PushedBody& body, Float3 const& impulse,

@@ -82,8 +82,8 @@ public:
   bool isSane(size_t i) const {
     constexpr double FARTHEST = 1e9;
     return position[i].isFinite() && velocity[i].isFinite() && angularVelocity[i].isFinite() &&
-           force[i].isFinite() && rotation[i].isFinite() && position[i].length() < FARTHEST && radius[i] < FARTHEST &&
-           std::isfinite(mass[i]);
+           force[i].isFinite() && rotation[i].isFinite() && position[i].length() < FARTHEST &&
+           radius[i] < FARTHEST && std::isfinite(mass[i]);
   }
 
   void shrink(size_t size) {
