@@ -102,13 +102,14 @@ def main() -> int:
     floor = zorCollide.Geometry(zorCollide.Box(zor.Vec3(40, 40, 0.5)))
     floor.setPosition(zor.Vec3(0, 0, -0.5))
     simulation.add(floor)
-    zorOSG.setDiffuseColor(zorOSG.createVisual(floor, root), zor.Vec4f(0.90, 0.88, 0.84, 1))
+    zorOSG.setDiffuseColor(zorOSG.createVisual(floor, root), zor.Vec4f(0.30, 0.33, 0.38, 1))
 
     run = Run(simulation, root, options.count)
     display = Display(run)
     application.addListener(display)
     reach = run.dominoes[-1].getPosition().length()
-    application.setCameraHome(zor.Vec3(0.25 * reach, -1.55 * reach, 1.35 * reach), zor.Vec3(0, -0.08 * reach, 0), zor.Vec3(0, 0, 1))
+    application.setTargetFPS(10)  # as many bodies take their time to draw
+    application.setCameraHome(zor.Vec3(0.25 * reach, -1.75 * reach, 1.65 * reach), zor.Vec3(0, -0.16 * reach, 0), zor.Vec3(0, 0, 1))
     if not arguments.has("--stopAfter"):
         application.stopAfter(30)
     start = time.monotonic()

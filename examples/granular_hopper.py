@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """20,000 grains run out of a hopper into a heap; their layers show how the hopper empties, and the flow is plotted.
 
-./zor run examples/granular_hopper.py --screenShot hopper.png --plot flow.png --stopAfter 6
+./zor run examples/granular_hopper.py --screenShot hopper.png --plot flow.png
 """
 
 import math
@@ -153,7 +153,7 @@ def build_scene(application: zorOSG.ExampleApplication, count: int) -> Flow:
     application.addListener(Display(flow))
     decorator = application.getSceneDecorator()
     decorator.setBackgroundColor(zor.Vec3(0.52, 0.66, 0.80), zor.Vec3(0.92, 0.94, 0.95))
-    application.setCameraHome(zor.Vec3(3.4, -3.6, 2.3), zor.Vec3(0, 0, 1.25))
+    application.setCameraHome(zor.Vec3(1.7, -4.6, 2.3), zor.Vec3(0, 0, 1.25))
     return flow
 
 
@@ -167,6 +167,8 @@ def main() -> int:
         return application.getExitCode()
     application.initSimulation()
     flow = build_scene(application, int(arguments.getValue("--grains")))
+    if not arguments.has("--stopAfter"):
+        application.stopAfter(18)  # when it has run out
     exit_code = application.run()
     if arguments.getValue("--plot") and len(flow.times) > 1:
         flow.plot(arguments.getValue("--plot"))

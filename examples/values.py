@@ -41,12 +41,13 @@ class Follower(zorSDK.StepEventListener):
 
 
 application = zorOSG.ExampleApplication()
-if not application.init(zorIO.ArgumentParser(sys.argv)):
+arguments = zorIO.ArgumentParser(sys.argv)
+if not application.init(arguments):
     sys.exit(application.getExitCode())
 application.initSimulation()
 simulation, root = application.getSimulation(), application.getSceneRoot()
 
-ground = zorCollide.Geometry(zorCollide.Box((5, 4, 0.1)))
+ground = zorCollide.Geometry(zorCollide.Box((4.2, 3.2, 0.1)))
 simulation.add(ground)
 zorOSG.setDiffuseColor(zorOSG.createVisual(ground, root), zor.Vec4f(0.55, 0.6, 0.65, 1))
 
@@ -62,5 +63,7 @@ zorOSG.setDiffuseColor(zorOSG.createVisual(car, root), zor.Vec4f(0.2, 0.45, 0.9,
 follower = Follower(car)
 simulation.add(follower)
 
-application.setCameraHome(zor.Vec3(0, -9.5, 6.5), zor.Vec3(0, 0, 2), zor.Vec3(0, 0, 1))
+application.setCameraHome(zor.Vec3(5.0, -9.2, 6.4), zor.Vec3(0.3, 0, 1.3), zor.Vec3(0, 0, 1))
+if not arguments.has("--stopAfter"):
+    application.stopAfter(12)
 sys.exit(application.run())

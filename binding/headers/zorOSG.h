@@ -4,6 +4,7 @@
 #include <zorOSG/CameraData.h>
 #include <zorOSG/CameraFunctions.h>
 #include <zorOSG/CreateAxes.h>
+#include <zorOSG/CreateTrimesh.h>
 #include <zorOSG/CreateVisual.h>
 #include <zorOSG/EmbeddedGLWindow.h>
 #include <zorOSG/ExampleApplication.h>
@@ -18,6 +19,7 @@
 #include <zorOSG/NeoCameraOutputValue.h>
 #include <zorOSG/NodeReference.h>
 #include <zorOSG/ParticleSystemDrawable.h>
+#include <zorOSG/ParticleVisuals.h>
 #include <zorOSG/PickHandler.h>
 #include <zorOSG/Primitives.h>
 #include <zorOSG/ReadFile.h>

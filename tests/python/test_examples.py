@@ -6,6 +6,7 @@ import subprocess
 import sys
 
 import numpy
+import pytest
 
 import osgDB
 
@@ -77,3 +78,38 @@ def test_a_scene_of_its_own_geometry(tmp_path):
     red, green, blue = pixels[..., 0], pixels[..., 1], pixels[..., 2]
     meadow, snow, crate = green > 1.15 * numpy.maximum(red, blue), pixels.min(axis=2) > 225, red > 1.7 * blue
     assert meadow.sum() > 5000 and snow.sum() > 200 and crate.sum() > 1000
+
+
+def test_the_cradle_keeps_its_energy(tmp_path):
+    diagram, picture = tmp_path / "energy.png", tmp_path / "cradle.png"
+    out = run_example("newtons_cradle.py", "--balls", "2", "--diagram", diagram, "--screenShot", picture, "--stopAfter", "2.5")
+    assert float(re.search(r"([\d.]+) % of the energy", out).group(1)) == pytest.approx(100, abs=1.5)
+    assert diagram.stat().st_size > 20000
+    pixels = numpy.asarray(osgDB.readImageFile(str(picture))).astype(int)
+    wood = (pixels[..., 0] > 1.3 * pixels[..., 2]) & (pixels[..., 0] > 60)
+    assert wood.sum() > 500
+
+
+def test_dominoes_fall_along_their_arms(tmp_path):
+    picture = tmp_path / "dominoes.png"
+    shown = {}
+    for seconds in ("0.2", "6"):
+        out = run_example("domino_run.py", "--count", "200", "--screenShot", picture, "--stopAfter", seconds)
+        fallen = int(re.search(r"(\d+) of 200 dominoes fell", out).group(1))
+        pixels = numpy.asarray(osgDB.readImageFile(str(picture))).astype(int)
+        shown[seconds] = fallen, (pixels.max(axis=2) > 1.6 * pixels.min(axis=2) + 20).sum(), (pixels.min(axis=2) > 250).mean()
+    assert shown["0.2"][0] < 20 and shown["6"][0] >= 190
+    assert min(coloured for _, coloured, _ in shown.values()) > 1000
+    assert max(overexposed for _, _, overexposed in shown.values()) < 0.01
+
+
+def test_particles_look_nine_ways(tmp_path):
+    picture = tmp_path / "looks.png"
+    result = subprocess.run([sys.executable, EXAMPLES / "particle_looks.py", "--screenShot", picture, "--stopAfter", "1.6", "--window", "960x540"],
+                            capture_output=True, text=True, timeout=300)
+    assert result.returncode == 0 and "Traceback" not in result.stderr, result.stderr
+    pixels = numpy.asarray(osgDB.readImageFile(str(picture))).astype(int)
+    coloured = pixels.max(axis=2) > 1.6 * pixels.min(axis=2) + 20
+    for row in numpy.array_split(coloured, 3):
+        for cell in numpy.array_split(row, 3, axis=1):
+            assert cell.sum() > 300

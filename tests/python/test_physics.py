@@ -537,6 +537,14 @@ class TestRays:
                 assert hit.getPoint().z() == pytest.approx(math.sqrt(1 - position**2), abs=2e-3)
         with pytest.raises(RuntimeError):
             simulation.getSpace().castRays(zor.Vec3Vector(origins), zor.Vec3Vector(directions[:3]))
+        columns = simulation.getSpace().castRayTable(origins, directions)
+        points = numpy.asarray(columns.getPoints())
+        assert (numpy.asarray(columns.getDistances()) == [hit.getDistance() if hit.hasHit() else -1 for hit in hits]).all()
+        assert columns.getNumHits() == sum(hit.hasHit() for hit in hits) == (numpy.asarray(columns.getGeometryIndices()) == 0).sum()
+        top = points[15].copy()
+        del columns
+        gc.collect()
+        assert (points[15] == top).all()  # the table lives as long as what looks at it
 
     def test_sensors_are_seen_on_request(self, simulation):
         body = body_of(zorCollide.Sphere(1), simulation, (5, 0, 0), static=True)

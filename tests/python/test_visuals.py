@@ -11,6 +11,7 @@ import osgDB
 import zor
 import zorCollide
 import zorOSG
+import zorRender
 import zorSDK
 
 TETRAHEDRON = [(0, 0, 0), (1, 0, 0), (0, 1, 0), (0, 0, 1)]
@@ -230,6 +231,32 @@ class TestColors:
         assert zorOSG.setTexture(node, str(tmp_path / "green.png")) is True
         assert share(shot(), GREEN) > 0.04
         assert zorOSG.setTexture(node, str(tmp_path / "missing.png")) is False
+
+    def test_the_texture_of_a_render_material(self, application, shot, tmp_path):
+        image = osg.Image()
+        image.allocate(8, 8, 3)
+        pixels = numpy.asarray(image)
+        pixels[:, :4], pixels[:, 4:] = (255, 0, 0), (0, 255, 0)
+        osgDB.writeImageFile(image, str(tmp_path / "halves.png"))
+
+        def shares(texture, tint):
+            material = zorRender.RenderMaterial()
+            material.setDiffuseTexture(str(tmp_path / texture))
+            material.setDiffuseColor(zorRender.Color(*tint))
+            data = zorRender.RenderData()
+            data.setRenderMaterial(material)
+            box = zorCollide.Box(1, 1, 1)
+            box.setRenderData(data)
+            body = body_of(box, application.getSimulation())
+            assert zorOSG.createVisual(body, application.getSceneRoot())
+            seen = shot()
+            application.getSimulation().remove(body)
+            return share(seen, RED), share(seen, GREEN)
+
+        red, green = shares("halves.png", WHITE)
+        assert red > 0.02 and green == pytest.approx(red, rel=0.2)
+        assert shares("halves.png", GREEN) == (0, pytest.approx(green, rel=0.05))
+        assert shares("missing.png", WHITE) == (0, 0)
 
     def test_null_is_refused(self):
         for function, value in ((zorOSG.setAlpha, 0.5), (zorOSG.setShininess, 3.0), (zorOSG.setAmbientColor, zor.Vec4f(*RED)),

@@ -1,2 +1,4 @@
-// Visuals of simulation objects.
+// Visuals of simulation objects, and meshes from visuals.
 %include <zorOSG/CreateVisual.h>
+%include <zorOSG/CreateTrimesh.h>
+%include <zorOSG/ParticleVisuals.h>

@@ -7,6 +7,7 @@
 #include <zorCollide/Sphere.h>
 #include <zorIO/Environment.h>
 #include <zorModel/ReadMesh.h>
+#include <zorOSG/CreateTrimesh.h>
 #include <zorOSG/CreateVisual.h>
 #include <zorOSG/Primitives.h>
 #include <zorOSG/ReadNode.h>

@@ -1,3 +1,6 @@
+#include <limits>
+#include <random>
+
 #include <gtest/gtest.h>
 
 #include <zorCollide/HeightField.h>
@@ -182,6 +185,58 @@ TEST(CollideRays, AllHitsComeFromNearToFarAndManyRaysAsOne) {
   EXPECT_THROW(space->castRays(zor::Vec3Vector{origin, origin}, directions), std::invalid_argument);
   EXPECT_THROW(space->castRay(origin, Vec3()), std::invalid_argument);
   EXPECT_THROW(space->castRay(origin, along, -1.0), std::invalid_argument);
+}
+
+TEST(CollideRays, TablesSayWhatSingleRaysSay) {
+  ref_ptr<Space> const space(new Space);
+  std::vector<samples::Solid> const solids = samples::solids();
+  for (size_t i = 0; i < solids.size(); ++i) {
+    ref_ptr<Geometry> const geometry(new Geometry(solids[i].shape.get()));
+    geometry->setPosition(Vec3(3.0 * static_cast<double>(i), 0, 0));
+    geometry->setSensor(i % 3 == 2);
+    space->add(geometry.get());
+  }
+  std::mt19937 random(11);
+  std::uniform_real_distribution<double> any(-1.0, 1.0);
+  zor::Vec3Vector origins, directions;
+  for (int i = 0; i < 600; ++i) {
+    origins.push_back(Vec3(3.0 * (i % 9), 0, 0) + Vec3(any(random), any(random), 5.0));
+    directions.push_back(Vec3(0.2 * any(random), 0.2 * any(random), -2.0));
+  }
+  for (bool const sensors : {false, true}) {
+    RayTable const table = space->castRayTable(origins, directions, 6.0, sensors);
+    ASSERT_EQ(table.getNumRays(), 600u);
+    size_t hits = 0;
+    for (size_t i = 0; i < 600; ++i) {
+      RayHit const one = space->castRay(origins[i], directions[i], 6.0, sensors);
+      zor::Int const index = table.getGeometryIndices()[i];
+      ASSERT_EQ(index < 0, !one.hasHit()) << "ray " << i;
+      if (one.hasHit()) {
+        ++hits;
+        EXPECT_EQ(space->getGeometries()[static_cast<size_t>(index)], one.getGeometry());
+        EXPECT_EQ(table.getDistances()[i], one.getDistance());
+        EXPECT_EQ(table.getPoints()[i], one.getPoint());
+        EXPECT_EQ(table.getNormals()[i], one.getNormal());
+      } else {
+        EXPECT_EQ(table.getDistances()[i], -1.0);
+        EXPECT_EQ(table.getNormals()[i], Vec3());
+        EXPECT_LT((table.getPoints()[i] - origins[i] - directions[i].normal() * 6.0).length(), 1e-12);
+      }
+    }
+    EXPECT_EQ(table.getNumHits(), hits);
+    EXPECT_GT(hits, sensors ? 150u : 100u);
+    EXPECT_LT(hits, 500u);
+  }
+
+  RayTable const fan = space->castRayTable(zor::Vec3Vector{Vec3(0, 0, 5)}, directions,
+                                           std::numeric_limits<double>::infinity());
+  EXPECT_EQ(fan.getNumRays(), 600u);
+  for (size_t i = 0; i < 600; ++i)
+    ASSERT_TRUE(fan.getPoints()[i].isFinite());
+  EXPECT_EQ(space->castRayTable(zor::Vec3Vector{Vec3()}, zor::Vec3Vector()).getNumRays(), 0u);
+  EXPECT_THROW(space->castRayTable(zor::Vec3Vector{Vec3(), Vec3()}, directions), std::invalid_argument);
+  EXPECT_THROW(space->castRayTable(origins, zor::Vec3Vector(600, Vec3())), std::invalid_argument);
+  EXPECT_THROW(space->castRayTable(origins, directions, 0.0), std::invalid_argument);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include <cmath>
 #include <limits>
+#include <vector>
 
 #include <zor/Hinge.h>
 
@@ -112,6 +113,38 @@ TEST_F(Simulations, SameSceneMovesTheSame) {
     return sum;
   };
   EXPECT_EQ(play(), play());
+}
+
+TEST_F(Simulations, StatesTellEveryBodyToTheBit) {
+  simulation->setEnableAutoSleep(true);
+  addGround();
+  auto const rests = addBox(Vec3(0.5, 0.5, 0.5), Vec3(0, 0, 0.5));
+  auto const flies = addSphere(0.2, Vec3(3, 4, 50));
+  flies->setRotation(zor::Quat(0.3, Vec3(0, 0, 1)));
+  flies->setVelocity(Vec3(1, 2, 3));
+  flies->setAngularVelocity(Vec3(0.5, 0.25, 0.125));
+  run(3.0);
+  zor::RealVector const state = simulation->getState();
+  ASSERT_EQ(state.size(), 1u + 2 * 14);
+  EXPECT_EQ(state[0], simulation->getTimeStamp());
+  EXPECT_EQ(state[14], 1.0) << "the box sleeps";
+  zor::Quat const turn = flies->getRotation();
+  std::vector<double> expected;
+  for (Vec3 const& v : {flies->getPosition(), Vec3(), flies->getVelocity(), flies->getAngularVelocity()})
+    expected.insert(expected.end(), {v.x(), v.y(), v.z()});
+  expected.erase(expected.begin() + 3, expected.begin() + 6);
+  expected.insert(expected.begin() + 3, {turn.x(), turn.y(), turn.z(), turn.w()});
+  expected.push_back(0.0);
+  EXPECT_EQ(std::vector<double>(state.begin() + 15, state.end()), expected);
+
+  zor::UInt const hash = simulation->getStateHash();
+  EXPECT_EQ(simulation->getStateHash(), hash) << "asking changes nothing";
+  double const height = flies->getPosition().z();
+  flies->setPosition(Vec3(flies->getPosition().x(), flies->getPosition().y(), std::nextafter(height, 100.0)));
+  EXPECT_NE(simulation->getStateHash(), hash) << "the last bit counts";
+  simulation->remove(flies.get());
+  EXPECT_EQ(simulation->getState().size(), 15u);
+  EXPECT_TRUE(rests->isSleeping());
 }
 
 TEST_F(Simulations, StatisticsDescribeTheLastStep) {

@@ -1,4 +1,4 @@
-#include <zorOSG/ReadNode.h>
+#include <zorOSG/CreateTrimesh.h>
 
 #include <stdexcept>
 

@@ -252,7 +252,9 @@ void main() {
   flatLight = vec3(0.25); // nobody says which lights there are: one at the viewer's place
   diffuse = vec3(0.75 * max(dot(normal, toEye), 0.0));
 #endif
-  flatLight *= surface.rgb;
+#endif
+#if defined(ZOR_SPHERE) || defined(ZOR_VERTEXCOLOR)
+  flatLight *= surface.rgb; // the material does not know the colour
 #endif
   gl_FragColor = vec4((flatLight + diffuse * surface.rgb) * image.rgb + specular, surface.a * image.a);
 #endif

@@ -1,0 +1,97 @@
+#include "ParticleTrails.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include <osg/BlendFunc>
+#include <osg/Depth>
+
+#include <zorSDK/Simulation.h>
+
+#include "scene/Convert.h"
+
+namespace zorOSG {
+
+namespace {
+
+unsigned char toByte(float part) {
+  return static_cast<unsigned char>(std::clamp(part, 0.0f, 1.0f) * 255.0f + 0.5f); // a spoilt number gives 0
+}
+
+void drawBlended(osg::StateSet& state) {
+  state.setAttributeAndModes(new osg::BlendFunc);
+  state.setAttributeAndModes(new osg::Depth(osg::Depth::LESS, 0, 1, false));
+  state.setRenderingHint(osg::StateSet::TRANSPARENT_BIN);
+}
+
+} // namespace
+
+ParticleTrails::ParticleTrails(zor::ParticleSystem& particles, zor::Real sampling, zor::UInt numPositions)
+    : m_particles(&particles), m_sampling(sampling), m_numPositions(numPositions), m_lines(2) {
+  drawBlended(*geometry().getOrCreateStateSet());
+  update();
+}
+
+void ParticleTrails::operator()(osg::Node* node, osg::NodeVisitor* visitor) {
+  update();
+  traverse(node, visitor);
+}
+
+void ParticleTrails::update() {
+  zorSDK::Simulation const* const simulation = m_particles->getSimulation();
+  double const time = simulation ? simulation->getTimeStamp() : m_time;
+  if (time == m_time)
+    return;
+  m_time = time;
+  addPositions();
+  write();
+}
+
+// The number's bits well mixed: neighbours in number, which often are neighbours in space, are chosen apart.
+bool ParticleTrails::isSampled(zor::UInt id) const {
+  auto bits = static_cast<uint64_t>(id) + 0x9E3779B97F4A7C15u;
+  bits = (bits ^ (bits >> 30)) * 0xBF58476D1CE4E5B9u;
+  bits = (bits ^ (bits >> 27)) * 0x94D049BB133111EBu;
+  bits ^= bits >> 31;
+  return static_cast<double>(bits >> 11) * 0x1p-53 < m_sampling;
+}
+
+void ParticleTrails::addPositions() {
+  if (m_numPositions < 2 || m_sampling <= 0)
+    return;
+  ++m_round;
+  for (zor::UInt i = 0; i < m_particles->getNumParticles(); ++i) {
+    zor::UInt const id = m_particles->getParticleId(i);
+    osg::Vec3 const position = toOsgFloat(m_particles->getPosition(i));
+    if (!isSampled(id) || !m_particles->getEnable(i) || !position.valid())
+      continue;
+    Trail& trail = m_trails[id];
+    trail.round = m_round;
+    if (trail.positions.size() == m_numPositions)
+      trail.positions.pop_back();
+    trail.positions.push_front(position);
+  }
+  std::erase_if(m_trails, [this](auto const& entry) { return entry.second.round != m_round; });
+}
+
+void ParticleTrails::write() {
+  m_lines.begin();
+  for (zor::UInt i = 0; i < m_particles->getNumParticles(); ++i)
+    if (auto const found = m_trails.find(m_particles->getParticleId(i)); found != m_trails.end())
+      writeTrail(found->second, m_particles->getColor(i));
+  m_lines.end();
+}
+
+void ParticleTrails::writeTrail(Trail const& trail, zor::Vec4f const& color) {
+  size_t const count = trail.positions.size();
+  if (count < 2)
+    return;
+  for (size_t k = 0; k < count; ++k) {
+    float const age = static_cast<float>(k) / static_cast<float>(count - 1);
+    m_lines.corner(trail.positions[k],
+                   {toByte(color.x()), toByte(color.y()), toByte(color.z()), toByte(color.w() * (1 - age))});
+  }
+  m_lines.endStrip();
+}
+
+} // namespace zorOSG
