@@ -91,8 +91,9 @@ class Flow(zorSDK.StepEventListener):
         figure, axes = pyplot.subplots(figsize=(7, 4))
         rates = numpy.diff(self.masses) / numpy.diff(self.times)
         axes.plot(self.times[1:], rates, color="#bd5133", label="measured")
-        bulk, width = 0.58 * 1000.0, 2 * OUTLET_RADIUS - 1.4 * 2 * RADIUS
-        axes.axhline(0.58 * bulk * math.sqrt(9.81) * width**2.5, color="#3d6b85", linestyle="--", label="Beverloo's law")
+        bulk = 0.58 * 1000.0  # kg/m3
+        least, most = (0.58 * bulk * math.sqrt(9.81) * (2 * OUTLET_RADIUS - k * 2 * RADIUS) ** 2.5 for k in (3.0, 1.4))
+        axes.axhspan(least, most, color="#3d6b85", alpha=0.2, label="Beverloo's law, from rough to smooth grains")
         axes.set(xlabel="time (s)", ylabel="flow (kg/s)", title="Flow through the outlet")
         axes.set_ylim(bottom=0)
         axes.legend()

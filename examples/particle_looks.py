@@ -14,7 +14,7 @@ import zorOSG
 import zorSDK
 
 GRAINS = 420
-SPACING = zor.Vec3(3.1, 3.0, 0)  # from cell to cell
+SPACING = zor.Vec3(3.1, 3.2, 0)  # from cell to cell
 HALF = 0.7  # of a tray (m)
 COLOURS = [(0.88, 0.35, 0.22), (0.96, 0.72, 0.22), (0.25, 0.55, 0.72), (0.92, 0.90, 0.82)]
 
