@@ -50,8 +50,8 @@ class Scene:
         for row in range(8):
             for column in range(5):
                 half = zor.Vec3(0.12, 0.22, 0.12)
-                shift = 0.23 if row % 2 else 0.0
-                place = zor.Vec3(1.1, (column - 2.25) * 0.46 + shift, 0.12 + row * 0.241)
+                shift = 0.16 if row % 2 else 0.0
+                place = zor.Vec3(1.1, (column - 2.17) * 0.46 + shift, 0.12 + row * 0.241)
                 self.add(f"block {row} {column}", zorCollide.Box(half), place, BLOCKS[(row + column) % 3], 60)
 
     def add_wrecking_ball(self) -> zor.RigidBody:
