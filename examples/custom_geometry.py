@@ -90,7 +90,7 @@ def sea() -> osg.Geode:
     drawable.setColor(osg.Vec4(0.08, 0.32, 0.48, 0.92))
     state = drawable.getOrCreateStateSet()
     state.setMode(osg.GL_BLEND, osg.StateAttribute.ON)
-    state.setRenderingHint(osg.StateSet.TRANSPARENT_BIN)
+    state.setRenderBinDetails(9, "DepthSortedBin")  # before the labels, which are see-through as well
     geode = osg.Geode()
     geode.addDrawable(drawable)
     return geode
