@@ -8,7 +8,8 @@ namespace zor {
 /** Emits bodies, each a copy of one in its distribution that shares its shapes. */
 class RigidBodyEmitter : public zor::EmitterBase {
 public:
-  /** \param distribution - as for setDistribution \param geometry - as for setGeometry
+  /** \param distribution - as for setDistribution
+   * \param geometry - as for setGeometry
    * \param rate - as for setRate: bodies in a second, unless setQuantity says otherwise */
   RigidBodyEmitter(zor::RigidBodyDistribution* distribution, zorCollide::Geometry* geometry, zor::Real rate);
 
