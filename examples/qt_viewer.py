@@ -51,7 +51,6 @@ class View(QOpenGLWidget):
             return
         self.window3d.setSimulation(self.simulation)
         decorator = self.window3d.getSceneDecorator()
-        decorator.setEnableShadows(True)
         decorator.setBackgroundColor(zor.Vec3(0.80, 0.86, 0.92), zor.Vec3(0.36, 0.46, 0.58))
         for body in self.simulation.getRigidBodies():
             self.show_body(body, zor.Vec4f(0.62, 0.64, 0.66, 1))

@@ -171,6 +171,31 @@ TEST_F(EmbeddedWindow, draws_into_the_hosts_framebuffer_and_leaves_its_state_alo
   EXPECT_THROW(window.resize(0, 0, -1, 5), std::invalid_argument);
 }
 
+TEST_F(EmbeddedWindow, shadows_fall_whatever_the_host_switches) {
+  zor::ref_ptr<zor::RigidBody> const plate =
+      new zor::RigidBody(new zorCollide::Geometry(new zorCollide::Box(zor::Vec3(3, 3, 0.1))));
+  plate->setMotionControl(zor::RigidBody::STATIC);
+  plate->setPosition(zor::Vec3(0, 0, -1.5));
+  simulation->add(plate.get());
+  zorOSG::setDiffuseColor(zorOSG::createVisual(plate.get(), window.getRoot()), zor::Vec4f(1, 1, 1, 1));
+  window.fitSceneIntoView();
+  auto const brightness = [&](bool shadows, bool hostTests) {
+    window.getSceneDecorator()->setEnableShadows(shadows);
+    (hostTests ? glEnable : glDisable)(GL_DEPTH_TEST);
+    (hostTests ? glEnable : glDisable)(GL_CULL_FACE);
+    frames(2); // the second finds what the first has left
+    auto const picture = host.picture();
+    keepImage(*picture, shadows ? "embedded_window_shadows" : "embedded_window_light");
+    double sum = 0;
+    for (int y = 0; y < HEIGHT; ++y)
+      for (int x = 0; x < WIDTH; ++x)
+        sum += picture->getColor(static_cast<unsigned>(x), static_cast<unsigned>(y)).b();
+    return sum;
+  };
+  for (bool const hostTests : {false, true})
+    EXPECT_LT(brightness(true, hostTests), brightness(false, hostTests) - 30);
+}
+
 TEST_F(EmbeddedWindow, events_move_the_camera_and_reach_listeners) {
   zor::ref_ptr<Notes> const notes = new Notes;
   simulation->add(notes.get());

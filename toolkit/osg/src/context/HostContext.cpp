@@ -36,6 +36,17 @@ int integer(GLenum name) {
   return value;
 }
 
+/**
+ * Brings every mode that the scene graph knows to its default in OpenGL. Dirtying modes only negates what is
+ * believed of them, which is right for those of which it was true: the second round meets all others.
+ */
+void switchAllModes(osg::State& state) {
+  for (int round = 0; round < 2; ++round) {
+    state.dirtyAllModes();
+    state.apply();
+  }
+}
+
 } // namespace
 
 HostContext::HostContext(int x, int y, int width, int height)
@@ -86,9 +97,9 @@ HostStateScope::HostStateScope(HostContext& context) : m_context(context) {
   osg::State& state = *context.getState();
   state.setActiveTextureUnit(0);
   state.setLastAppliedProgramObject(nullptr);
-  state.dirtyAllModes();
   state.dirtyAllAttributes();
   state.dirtyAllVertexArrays();
+  switchAllModes(state);
 }
 
 HostStateScope::~HostStateScope() {
