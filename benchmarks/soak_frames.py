@@ -101,10 +101,13 @@ def main() -> int:
     parser.add_argument("--reload", type=int, default=10_000, help="frames between two builds of the scene")
     parser.add_argument("--report", type=float, default=10, help="seconds between two lines")
     parser.add_argument("--window", default="32x24", help="size of the picture")
+    parser.add_argument("--shadows", default="none", help="kind of shadows, which take most of the time")
+    parser.add_argument("--profile", action="store_true", help="say at the end where the time went")
     options = parser.parse_args()
 
     application = zorOSG.ExampleApplication()
-    if not application.init(zorIO.ArgumentParser([sys.argv[0], "--offscreen", "--window", options.window])):
+    line = [sys.argv[0], "--offscreen", "--window", options.window, "--shadows", options.shadows, *["--profile"] * options.profile]
+    if not application.init(zorIO.ArgumentParser(line)):
         return application.getExitCode()
     application.addScene(os.path.abspath(__file__), "build_scene")
     observer = Observer(options)

@@ -80,7 +80,7 @@ bool ExampleApplication::restoreFromFile(std::string const& filename) {
   zor::ref_ptr<Simulation> const trial = new Simulation;
   if (!isSimulation(filename) || !readFile(filename, trial.get(), nullptr))
     return m.fail("the simulation could not be restored from '" + filename + "'");
-  initSimulation(nullptr, m.wantsGraphics);
+  initSimulation(nullptr, false);
   if (!m.settings)
     m.settings = Impl::SimulationSettings::of(*m.simulation);
   m.clear();

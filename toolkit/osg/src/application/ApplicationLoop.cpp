@@ -229,7 +229,8 @@ void ExampleApplication::Impl::runLoop() {
   if (options.unitTests) {
     startCaptures();
     int const result = runUnitTests();
-    app.stop(exitCode > EXIT_AFTER_SIGNAL ? exitCode : result);
+    bool const wasInterrupted = interrupted || SignalGuard::pending();
+    app.stop(wasInterrupted ? exitCode : result);
     return;
   }
   bool const hasFailed = !buildStartScene();

@@ -1,9 +1,11 @@
 #include "ViewerHost.h"
 
+#include "DisplayConnection.h"
 #include "context/EdgeSmoothing.h"
 
 #include <zorOSG/OffscreenContext.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
@@ -34,13 +36,10 @@ osg::ref_ptr<osg::GraphicsContext::Traits> makeTraits(ViewerHost::Settings const
   return traits;
 }
 
-void fillScreen(osg::GraphicsContext::Traits& traits,
-                osg::GraphicsContext::WindowingSystemInterface& system) {
-  unsigned int width = 0, height = 0;
-  system.getScreenResolution(traits, width, height);
+void fillScreen(osg::GraphicsContext::Traits& traits, osg::Vec2i const& screen) {
   traits.x = traits.y = 0;
-  traits.width = static_cast<int>(width);
-  traits.height = static_cast<int>(height);
+  traits.width = screen.x();
+  traits.height = screen.y();
   traits.windowDecoration = false;
 }
 
@@ -56,6 +55,9 @@ osg::ref_ptr<osg::GraphicsContext> openWindow(ViewerHost::Settings const& settin
     return nullptr;
   }
   reason = "the display '" + std::string(std::getenv("DISPLAY")) + "' cannot be opened";
+  DisplayConnection const connection(std::getenv("DISPLAY"));
+  if (!connection.isOpen())
+    return nullptr;
   osg::ref_ptr<osg::GraphicsContext::Traits> traits = makeTraits(settings, settings.samples);
   auto* const system = osg::GraphicsContext::getWindowingSystemInterface();
   if (!system || system->getNumScreens(*traits) == 0)
@@ -63,8 +65,8 @@ osg::ref_ptr<osg::GraphicsContext> openWindow(ViewerHost::Settings const& settin
   // A server whose last client leaves starts anew and refuses others meanwhile, so the last try is repeated.
   for (int const samples : {settings.samples, 0, 0, 0, 0}) {
     traits = makeTraits(settings, samples);
-    if (settings.fullScreen)
-      fillScreen(*traits, *system);
+    if (settings.fullScreen) // a display that names no screen leaves the number at -1
+      fillScreen(*traits, connection.screenSize(std::max(traits->screenNum, 0)));
     osg::ref_ptr<osg::GraphicsContext> context = osg::GraphicsContext::createGraphicsContext(traits.get());
     if (context && context->valid())
       return context;

@@ -1,5 +1,7 @@
 #include "ImageWriter.h"
 
+#include <zorUtil/TaskRecorder.h>
+
 #include <exception>
 
 namespace zorOSG {
@@ -62,6 +64,7 @@ bool ImageWriter::failed() {
 }
 
 void ImageWriter::run() {
+  zorUtil::TaskRecorder::instance().nameThread("picture writer");
   std::unique_lock<std::mutex> lock(m_mutex);
   while (true) {
     m_changed.wait(lock, [this] { return m_stop || !m_jobs.empty(); });
@@ -94,6 +97,7 @@ void ImageWriter::run() {
 }
 
 void ImageWriter::write(Job const& job) {
+  zorUtil::TaskScope const record("write picture");
   for (unsigned int i = 0; i < job.count; ++i) {
     m_sink(job.frame.get(), job.index + i);
   }

@@ -2,6 +2,8 @@
 
 #include "PythonReference.h"
 
+#include <algorithm>
+
 namespace zorPython {
 
 namespace {
@@ -30,9 +32,11 @@ zor::String fileOf(zor::String const& moduleName) {
   return textOf(file.get());
 }
 
-bool isBelow(fs::path const& file, fs::path const& folder) {
-  zor::String const relative = file.lexically_relative(folder).string();
-  return !relative.empty() && !relative.starts_with("..");
+/** Other folders may lie below a script's, with libraries that must not be run anew. */
+bool isImportedFrom(fs::path const& folder, zor::String const& moduleName, zor::String const& file) {
+  zor::String path = moduleName;
+  std::replace(path.begin(), path.end(), '.', '/');
+  return file == (folder / (path + ".py")).string() || file == (folder / path / "__init__.py").string();
 }
 } // namespace
 
@@ -52,7 +56,7 @@ ScriptModules::Run::~Run() {
   try {
     for (zor::String const& name : importedNames()) {
       zor::String const file = m_before.contains(name) ? zor::String() : fileOf(name);
-      if (!file.empty() && file != m_script.string() && isBelow(file, m_script.parent_path())) {
+      if (isImportedFrom(m_script.parent_path(), name, file)) {
         m_modules.m_files[m_script][name] = file;
       }
     }
