@@ -158,7 +158,7 @@ TEST_F(ApplicationInput, help_lists_keys_scenes_and_what_listeners_say) {
   press('h');
   runFrames(2);
   std::string const help = TextFinder(*app->getRoot()).text;
-  for (char const* part : {"pause or play", "quit", "7         built-in scene", "q: raise the arm"})
+  for (char const* part : {"pause or play", "quit", "7\nbuilt-in scene", "q: raise the arm"})
     EXPECT_NE(help.find(part), std::string::npos) << part << " in " << help;
 }
 

@@ -57,7 +57,9 @@ namespace zorOSG {
 class GeometryNode;
 class ImageCapture;
 class PickHandler;
+class RenderProxyFactory;
 class RenderTarget;
+class RenderToTexture;
 class SceneDecorator;
 class VideoFFMPEGPipeCapture;
 
@@ -560,6 +562,9 @@ public:
   /** \return true if the scene's visuals are drawn */
   bool getEnableOSGRenderer() const;
 
+  /** \return what makes the drawables of debug rendering, borrowed and opaque */
+  zorOSG::RenderProxyFactory* getRenderProxyFactory() const;
+
   /** \param severity log level of the scene-graph library */
   void setOsgNotifyLevel(osg::NotifySeverity severity);
 
@@ -642,13 +647,30 @@ public:
   zorOSG::PickHandler const* getPickHandler() const;
 
   /**
-   * Draws the application's aids in moved coordinates, for scenes with very large ones whose visuals a script
-   * draws moved likewise. Picking and the simulation's input listeners are told, so that they find what is
-   * seen.
+   * Draws debug rendering in moved coordinates, for scenes with very large ones whose visuals a script draws
+   * moved likewise. Picking and the simulation's input listeners are told, so that they find what is seen.
    * \param matrix inverse of the transform of the object that is drawn at the origin
    * Throws std::invalid_argument if it has no inverse.
    */
   void setDebugRenderInverseMatrix(zor::AffineMatrix4x4 const& matrix);
+
+  /**
+   * Draws what the simulation computes with over the scene. Each kind is a node below getSceneZorOSGRoot():
+   * "Contacts" (points and normals, redder with more force), "ConstraintAxes", "BoundingBoxes",
+   * "CentersOfMass" (with velocities) and "CollisionShapes" (wire frames). A node mask of 0 leaves one out,
+   * as keys of the application do; bounding boxes are left out at first.
+   * \param flag true to draw it; without graphics or a simulation nothing happens
+   */
+  void setEnableDebugRenderer(bool flag);
+
+  /** \return true if debug rendering is on; false without a simulation */
+  bool getEnableDebugRenderer() const;
+
+  /** \param flag true to write the names of bodies and constraints where they are */
+  void setEnableTextDebugRendering(bool flag);
+
+  /** \return true if names are written; false without a simulation */
+  bool getEnableTextDebugRendering() const;
 
   /** \param flag true to show the visual grid */
   void setEnableGrid(bool flag);
@@ -705,6 +727,16 @@ public:
   /** Writes the next frame to the first free file of zor_screen_00000.png, zor_screen_00001.png, ... */
   void takeScreenShot();
 
+  /**
+   * Has the video capture store what a render target of its own draws, which follows the main camera: its
+   * size stays when the window changes, and help and statistics are not in the picture.
+   * Throws std::runtime_error without graphics or while a video is being captured.
+   */
+  void setupVideoCaptureRenderTotexture();
+
+  /** As setupVideoCaptureRenderTotexture(), for the capture of numbered images. */
+  void setupImageCaptureRenderToTexture();
+
   /** \return the capture of numbered images, borrowed; null without graphics */
   zorOSG::ImageCapture* getImageCapture();
 
@@ -713,6 +745,10 @@ public:
 
   /** \return the video capture, borrowed; null without graphics */
   zorOSG::VideoFFMPEGPipeCapture* getVideoServerCapture() const;
+
+  /** \return the render target that the video capture reads, borrowed; null before
+   * setupVideoCaptureRenderTotexture() */
+  zorOSG::RenderToTexture* getVideoCaptureRendertoTexture() const;
 
   /** \param enableSync true to capture frames in step with simulation time */
   void setEnableCaptureSyncWithSimulation(bool enableSync);

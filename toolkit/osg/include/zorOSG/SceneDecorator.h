@@ -49,12 +49,12 @@ public:
 
   /** How shadows are generated. */
   enum ShadowMethod : int {
-    SOFT_SHADOWMAP = 0,              ///< Shadow map with soft edges.
-    SHADOWMAP,                       ///< Shadow map with sharp edges, at less cost.
-    SHADOWVOLUME,                    ///< Drawn as SOFT_SHADOWMAP.
-    PARALLELLSPLIT_SHADOWMAP,        ///< Drawn as SOFT_SHADOWMAP.
-    LIGHTSPACEPERSPECTIVE_SHADOWMAP, ///< Drawn as SOFT_SHADOWMAP.
-    SHADOWTEXTURE,                   ///< Drawn as SOFT_SHADOWMAP.
+    SOFT_SHADOWMAP = 0, ///< Shadow map with soft edges.
+    SHADOWMAP,          ///< Shadow map with sharp edges, at less cost.
+    SHADOWVOLUME,       ///< Exact edges at any distance; particles cast none. Costs as much as there is in view.
+    PARALLELLSPLIT_SHADOWMAP,        ///< Three soft maps, for what is near, farther and far: for wide views.
+    LIGHTSPACEPERSPECTIVE_SHADOWMAP, ///< One soft map with more texels where the view is near.
+    SHADOWTEXTURE, ///< Soft silhouettes on what lies behind all bodies, which do not darken each other.
     NO_SHADOWS                       ///< No shadows.
   };
 
@@ -85,13 +85,13 @@ public:
 
   /**
    * Chooses how shadows are generated.
-   * \param method - SOFT_SHADOWMAP for soft edges, SHADOWMAP for sharp ones at less cost, NO_SHADOWS for
-   * none. The other methods are drawn as SOFT_SHADOWMAP, with a warning.
+   * \param method - one of them; a render target that has no stencil buffer shows SHADOWVOLUME as SHADOWMAP,
+   * with a warning
    * \throws std::invalid_argument for a value that is no method
    */
   void setShadowMethod(ShadowMethod method);
 
-  /** \return how shadows are generated: the method in use */
+  /** \return how shadows are generated */
   ShadowMethod getShadowMethod() const;
 
   /**
@@ -341,6 +341,11 @@ public:
 
   /** \param scale - screen pixels per pixel of text and logo: 2.0 for high DPI, 1.0 for 1:1; positive */
   void setScreenPixelScale(float scale);
+
+#ifndef SWIG
+  /** \return pixels of the screen for one of texts and logo */
+  float getScreenPixelScale() const;
+#endif
 
   /** \param enable - whether the mouse cursor is drawn with the scene, so that captures show it */
   void setEnableRenderedCursor(bool enable);

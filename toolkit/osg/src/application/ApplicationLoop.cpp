@@ -8,10 +8,12 @@
 #include <zorPython/ScriptManager.h>
 #include <zorUtil/TaskRecorder.h>
 
+#include <osg/Stats>
+
 #include <cmath>
-#include <cstdio>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace zorOSG {
 
@@ -112,6 +114,8 @@ void ExampleApplication::Impl::draw() {
   {
     TaskScope const record("update");
     updateStatistics();
+    scaleOverlays(); // a script may change the scale at any time
+    proxies.update(simulation.get());
     host->viewer().updateTraversal();
   }
   TaskScope const record("cull and draw");
@@ -128,26 +132,25 @@ void ExampleApplication::Impl::paceFrame() {
     app.throttleIdleCpuUsageBySleeping();
 }
 
+/** The viewer measures culling and drawing when it is told to. */
+void ExampleApplication::Impl::measureFrames(bool flag) {
+  statistics.restart();
+  if (host)
+    host->viewer().getCamera()->getStats()->collectStats("rendering", flag);
+}
+
+/** What the last frame took is known when the next one is about to be drawn. */
 void ExampleApplication::Impl::updateStatistics() {
-  ++statisticsFrames;
-  double const elapsed = secondsSince(statisticsSince);
-  if (elapsed < 0.5)
+  double const physics = std::exchange(physicsTime, 0);
+  auto const then = std::exchange(lastDrawn, Clock::now());
+  if (!statistics.isVisible() || !simulation)
     return;
-  zor::Real const now = app.getTimeStamp();
-  if (statistics.isVisible() && simulation) {
-    auto const counts = simulation->getStatistics();
-    char text[256];
-    std::snprintf(text, sizeof text,
-                  "time, s      %8.2f\nreal time, x %8.2f\nframes, 1/s  %8.1f\nstep, ms     %8.2f\n"
-                  "bodies       %8llu\ncontacts     %8llu",
-                  now, (now - statisticsTime) / elapsed, statisticsFrames / elapsed, counts.stepTime * 1e3,
-                  static_cast<unsigned long long>(counts.bodies),
-                  static_cast<unsigned long long>(counts.contacts));
-    statistics.setText(text);
-  }
-  statisticsSince = Clock::now();
-  statisticsTime = now;
-  statisticsFrames = 0;
+  FrameTimes times{physics, 0, 0, Seconds(lastDrawn - then).count()};
+  osg::Stats& stats = *host->viewer().getCamera()->getStats();
+  unsigned int const frame = stats.getLatestFrameNumber();
+  stats.getAttribute(frame, "Cull traversal time taken", times.cull);
+  stats.getAttribute(frame, "Draw traversal time taken", times.draw);
+  statistics.addFrame(times, app.getTimeStamp(), simulation->getStatistics());
 }
 
 bool ExampleApplication::Impl::stopTimeReached() const {
@@ -301,7 +304,9 @@ void ExampleApplication::stepSimulation() {
     explicit Stepping(bool& f) : flag(f), before(f) { flag = true; }
     ~Stepping() { flag = before; }
   } const stepping(m_impl->isStepping);
+  auto const start = Clock::now();
   m_impl->simulation->stepForward();
+  m_impl->physicsTime += secondsSince(start);
 }
 
 void ExampleApplication::synchronizedStep(bool blocking) {

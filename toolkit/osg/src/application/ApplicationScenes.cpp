@@ -112,8 +112,7 @@ void ExampleApplication::Impl::sceneReady() {
   applyChoices();
   camera.goHome(bound);
   clock.restart(app.getTimeStep());
-  if (help.isVisible())
-    help.setText(helpText());
+  updateHelp();
   app.m_sceneLoadEvent.raise();
 }
 

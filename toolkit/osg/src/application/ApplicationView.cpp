@@ -124,6 +124,10 @@ bool ExampleApplication::getEnableOSGRenderer() const {
   return m_impl->graph.isSceneVisible();
 }
 
+zorOSG::RenderProxyFactory* ExampleApplication::getRenderProxyFactory() const {
+  return &m_impl->proxies;
+}
+
 void ExampleApplication::setOsgNotifyLevel(osg::NotifySeverity severity) {
   osg::setNotifyLevel(severity);
 }
@@ -224,6 +228,22 @@ void ExampleApplication::setDebugRenderInverseMatrix(zor::AffineMatrix4x4 const&
 
 // --- Aids
 
+void ExampleApplication::setEnableDebugRenderer(bool flag) {
+  m_impl->proxies.setEnabled(flag && m_impl->host && m_impl->simulation);
+}
+
+bool ExampleApplication::getEnableDebugRenderer() const {
+  return m_impl->simulation && m_impl->proxies.isEnabled();
+}
+
+void ExampleApplication::setEnableTextDebugRendering(bool flag) {
+  m_impl->proxies.setNamesEnabled(flag && m_impl->host && m_impl->simulation);
+}
+
+bool ExampleApplication::getEnableTextDebugRendering() const {
+  return m_impl->simulation && m_impl->proxies.areNamesEnabled();
+}
+
 void ExampleApplication::setEnableGrid(bool flag) {
   m_impl->graph.aids().setGridEnabled(flag);
 }
@@ -273,9 +293,7 @@ void ExampleApplication::addRenderTarget(zorOSG::RenderTarget* rtt, osg::Node* t
   requireNoCircle("addRenderTarget", getRoot(), node);
   requireNoCircle("addRenderTarget", rtt->getCamera(), node);
   removeRenderTarget(rtt);
-  rtt->getCamera()->addChild(node);
-  getRoot()->addChild(rtt->getCamera());
-  m_impl->targets.push_back({rtt, node, m_isLoadingScene});
+  m_impl->addTarget(*rtt, *node, m_isLoadingScene);
 }
 
 void ExampleApplication::addRenderTarget(zorOSG::RenderTarget* rtt) {
@@ -302,6 +320,16 @@ void ExampleApplication::takeScreenShot() {
   takeScreenShot("");
 }
 
+void ExampleApplication::setupVideoCaptureRenderTotexture() {
+  m_impl->requireGraphics("setupVideoCaptureRenderTotexture");
+  m_impl->videoTarget = m_impl->captureFromTarget(*m_impl->captures->video(), m_impl->videoTarget.get());
+}
+
+void ExampleApplication::setupImageCaptureRenderToTexture() {
+  m_impl->requireGraphics("setupImageCaptureRenderToTexture");
+  m_impl->imageTarget = m_impl->captureFromTarget(*m_impl->captures->images(), m_impl->imageTarget.get());
+}
+
 zorOSG::ImageCapture* ExampleApplication::getImageCapture() {
   return m_impl->captures->images();
 }
@@ -312,6 +340,10 @@ zorOSG::ImageCapture const* ExampleApplication::getImageCapture() const {
 
 zorOSG::VideoFFMPEGPipeCapture* ExampleApplication::getVideoServerCapture() const {
   return m_impl->captures->video();
+}
+
+zorOSG::RenderToTexture* ExampleApplication::getVideoCaptureRendertoTexture() const {
+  return m_impl->videoTarget.get();
 }
 
 void ExampleApplication::setEnableCaptureSyncWithSimulation(bool enableSync) {

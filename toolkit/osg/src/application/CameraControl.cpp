@@ -1,6 +1,7 @@
 #include "CameraControl.h"
 
 #include "Conversion.h"
+#include "FlyManipulator.h"
 
 #include <zorOSG/CameraData.h>
 
@@ -67,24 +68,51 @@ void CameraControl::attach(osgViewer::Viewer* viewer) {
   moveTo(m_home);
 }
 
+void CameraControl::install(osgGA::StandardManipulator* manipulator) {
+  manipulator->setAllowThrow(false); // a camera that goes on turning by itself spoils captures
+  manipulator->setAutoComputeHomePosition(false);
+  manipulator->setHomePosition(toOsg(m_home.eye), toOsg(m_home.center), toOsg(m_home.up));
+  m_viewer->setCameraManipulator(manipulator, false);
+}
+
 void CameraControl::useOrbit() {
-  if (!m_viewer)
-    return;
-  osg::ref_ptr<osgGA::OrbitManipulator> orbit = new osgGA::OrbitManipulator;
-  orbit->setAllowThrow(false); // a camera that goes on turning by itself spoils captures
-  orbit->setAutoComputeHomePosition(false);
-  orbit->setHomePosition(toOsg(m_home.eye), toOsg(m_home.center), toOsg(m_home.up));
-  m_viewer->setCameraManipulator(orbit.get(), false);
+  if (m_viewer)
+    install(new osgGA::OrbitManipulator);
 }
 
 void CameraControl::useTrackball() {
   if (!m_viewer)
     return;
   Pose const pose = current();
-  osg::ref_ptr<osgGA::TrackballManipulator> ball = new osgGA::TrackballManipulator;
-  ball->setAllowThrow(false);
-  ball->setAutoComputeHomePosition(false);
-  m_viewer->setCameraManipulator(ball.get(), false);
+  install(new osgGA::TrackballManipulator);
+  moveTo(pose);
+}
+
+void CameraControl::switchMode(osg::BoundingSphere const& bound) {
+  if (!m_viewer)
+    return;
+  Pose const pose = current();
+  if (dynamic_cast<FlyManipulator*>(m_viewer->getCameraManipulator()))
+    useOrbit();
+  else
+    install(new FlyManipulator(bound.valid() && bound.radius() > 0 ? 0.4 * bound.radius() : 1));
+  moveTo(pose);
+}
+
+bool CameraControl::isTracking() const {
+  return m_viewer && dynamic_cast<osgGA::NodeTrackerManipulator*>(m_viewer->getCameraManipulator());
+}
+
+void CameraControl::letGo() {
+  Pose const pose = current();
+  if (!isTracking())
+    return;
+  useOrbit();
+  moveTo(pose);
+}
+
+void CameraControl::show(Pose const& pose) {
+  letGo();
   moveTo(pose);
 }
 
@@ -97,7 +125,7 @@ void CameraControl::setHome(Pose const& pose) {
 
 void CameraControl::reset() {
   m_homeSet = false;
-  if (m_viewer && dynamic_cast<osgGA::NodeTrackerManipulator*>(m_viewer->getCameraManipulator()))
+  if (isTracking())
     useOrbit();
 }
 

@@ -3,7 +3,7 @@
 #include <zor/Vec3.h>
 
 #include <osg/BoundingSphere>
-#include <osgGA/CameraManipulator>
+#include <osgGA/StandardManipulator>
 #include <osgViewer/Viewer>
 
 namespace zorOSG {
@@ -37,6 +37,19 @@ public:
   /** Has the mouse turn the camera about any axis, from where it is. */
   void useTrackball();
 
+  /** Goes from turning about the scene to flying through it and back, and lets go of a node that is followed.
+   * \param bound of the scene, which sets the speed */
+  void switchMode(osg::BoundingSphere const& bound);
+
+  /** Moves to a pose, letting go of a node that is followed. */
+  void show(Pose const& pose);
+
+  /** \return true while a node is followed */
+  bool isTracking() const;
+
+  /** Stays where it is and follows no node any more. */
+  void letGo();
+
   /** Returns to a home position fitted to each scene, and to the orbit manipulator. */
   void reset();
 
@@ -62,6 +75,7 @@ public:
 private:
   void moveTo(Pose const& pose);
   void useOrbit();
+  void install(osgGA::StandardManipulator* manipulator);
   double fitDistance(double radius) const;
 
   osgViewer::Viewer* m_viewer = nullptr;

@@ -12,8 +12,15 @@
 
 namespace zorOSG {
 
+namespace {
+
+constexpr zor::UInt CAPTURE_SAMPLES = 4;
+
+} // namespace
+
 ExampleApplication::Impl::Impl(ExampleApplication& owner)
     : app(owner), captures(std::make_unique<CaptureSet>()), pick(new PickHandler(nullptr, graph.aidsRoot())) {
+  graph.aidsRoot()->addChild(proxies.node());
   graph.root()->addChild(help.node());
   graph.root()->addChild(statistics.node());
   graph.root()->addChild(errors.node());
@@ -93,6 +100,9 @@ void ExampleApplication::Impl::openViewer(bool window) {
   osg::Vec2i const size = host->size();
   resized(size.x(), size.y());
   viewer.realize();
+  if (double const scale = screenPixelScale(host->window()); scale > 1)
+    graph.decorator()->setScreenPixelScale(static_cast<float>(scale));
+  measureFrames(statistics.isVisible());
   if (!allowResizing)
     setWindowResizable(host->window(), false);
 }
@@ -102,6 +112,11 @@ void ExampleApplication::Impl::closeViewer() {
     return;
   bool const sync = captures->getSync();
   captures->finish();
+  for (auto* const target : {&videoTarget, &imageTarget}) {
+    if (target->isValid())
+      app.removeRenderTarget(target->get());
+    *target = nullptr;
+  }
   captures = std::make_unique<CaptureSet>();
   captures->setSync(sync);
   camera.detach();
@@ -129,8 +144,32 @@ void ExampleApplication::Impl::installSimulation(zorSDK::Simulation* next) {
   captures->setSimulation(next);
 }
 
+void ExampleApplication::Impl::addTarget(RenderTarget& target, osg::Node& node, bool ofScene) {
+  target.getCamera()->addChild(&node);
+  graph.root()->addChild(target.getCamera());
+  targets.push_back({&target, &node, ofScene});
+}
+
+zor::ref_ptr<RenderToTexture> ExampleApplication::Impl::captureFromTarget(ImageCaptureBase& capture,
+                                                                          RenderToTexture* previous) {
+  if (capture.getCaptureStarted())
+    throw std::runtime_error("capture through a texture: not possible while it captures");
+  if (previous)
+    app.removeRenderTarget(previous);
+  osg::Camera& mainCamera = *host->viewer().getCamera();
+  mainCamera.removeFinalDrawCallback(capture.getDrawCallback());
+  osg::Vec2i const size = host->size();
+  zor::ref_ptr<RenderToTexture> target =
+      new RenderToTexture(static_cast<zor::UInt>(size.x()), static_cast<zor::UInt>(size.y()),
+                          RenderTarget::COLOR_BUFFER, CAPTURE_SAMPLES);
+  target->setReferenceCamera(&mainCamera);
+  target->setImageCapture(&capture);
+  addTarget(*target, *graph.decorator(), false);
+  return target;
+}
+
 void ExampleApplication::Impl::setDrawnTransform(zor::AffineMatrix4x4 const& simulationToDrawn) {
-  graph.debugRoot()->setMatrix(toOsg(simulationToDrawn));
+  proxies.setTransform(toOsg(simulationToDrawn));
   zor::AffineMatrix4x4 const toSimulation = simulationToDrawn.inverse();
   pick->setInverseTransform(toSimulation);
   if (!simulation)
@@ -141,10 +180,16 @@ void ExampleApplication::Impl::setDrawnTransform(zor::AffineMatrix4x4 const& sim
       input_->setInverseTransform(toSimulation);
 }
 
+void ExampleApplication::Impl::scaleOverlays() {
+  zor::Vec2i const size = graph.decorator()->getWindowSize();
+  double const scale = graph.decorator()->getScreenPixelScale();
+  help.resize(size[0], size[1], scale);
+  statistics.resize(size[0], size[1], scale);
+}
+
 void ExampleApplication::Impl::resized(int width, int height) {
   graph.decorator()->updateWindowSize(width, height);
-  help.resize(width, height);
-  statistics.resize(width, height);
+  scaleOverlays();
   errors.resize(width, height);
 }
 

@@ -6,20 +6,25 @@
 #include "CommandLine.h"
 #include "ErrorPanel.h"
 #include "FileWatch.h"
+#include "HelpOverlay.h"
 #include "InputAdapter.h"
+#include "KeyMap.h"
 #include "ListenerList.h"
+#include "SavedViews.h"
 #include "SceneGraph.h"
 #include "SceneList.h"
 #include "ScriptScene.h"
+#include "StatisticsOverlay.h"
 #include "StepClock.h"
-#include "TextOverlay.h"
 #include "ViewerHost.h"
+#include "debug/RenderProxyFactory.h"
 
 #include <zor/ref_ptr.h>
 #include <zorIO/ArgumentParser.h>
 #include <zorOSG/ExampleApplication.h>
 #include <zorOSG/PickHandler.h>
 #include <zorOSG/RenderTarget.h>
+#include <zorOSG/RenderToTexture.h>
 #include <zorSDK/Simulation.h>
 
 #include <functional>
@@ -44,13 +49,6 @@ struct ExampleApplication::Impl {
 
     static SimulationSettings of(zorSDK::Simulation const& simulation);
     void applyTo(zorSDK::Simulation& simulation) const;
-  };
-
-  struct KeyBinding {
-    int key;
-    std::string label;
-    std::string text;
-    std::function<void()> action;
   };
 
   struct AddedTarget {
@@ -93,6 +91,7 @@ struct ExampleApplication::Impl {
   void paceFrame();
   bool moreStepsFit() const;
   void draw();
+  void measureFrames(bool flag);
   void updateStatistics();
   bool stopTimeReached() const;
   void checkInterrupts();
@@ -106,9 +105,24 @@ struct ExampleApplication::Impl {
 
   // Keys
   void bindKeys();
+  std::function<void()> later(std::function<void()> action);
+  KeyMap::Group simulationKeys();
+  KeyMap::Group viewKeys();
+  KeyMap::Group drawingKeys();
+  KeyMap::Group debugKeys();
+  KeyMap::Group windowKeys();
+  void switchDebugKind(RenderProxyFactory::Kind kind);
+  void showNextShadows();
+  void keepView();
+  void showNextView();
+  void followBodyUnderMouse();
   bool keyDown(int key);
-  std::string helpText() const;
+  void updateHelp();
+  std::vector<HelpSection> helpSections() const;
   void resized(int width, int height);
+  void scaleOverlays();
+  void addTarget(RenderTarget& target, osg::Node& node, bool ofScene);
+  zor::ref_ptr<RenderToTexture> captureFromTarget(ImageCaptureBase& capture, RenderToTexture* previous);
   void setDrawnTransform(zor::AffineMatrix4x4 const& simulationToDrawn);
 
   ExampleApplication& app;
@@ -131,6 +145,7 @@ struct ExampleApplication::Impl {
   FileWatch watch;
   bool isBuilt = false;
   std::vector<AddedTarget> targets;
+  zor::ref_ptr<RenderToTexture> videoTarget, imageTarget; // that captures read, where they were told to
 
   ListenerList listeners;
   zor::Callback stepCallback;
@@ -159,21 +174,22 @@ struct ExampleApplication::Impl {
   std::unique_ptr<CaptureSet> captures;
   zor::ref_ptr<PickHandler> pick;
   osg::ref_ptr<InputAdapter> input;
+  RenderProxyFactory proxies;
   CameraControl camera;
-  TextOverlay help{TextOverlay::Corner::UPPER_LEFT};
-  TextOverlay statistics{TextOverlay::Corner::UPPER_RIGHT};
+  SavedViews views;
+  HelpOverlay help;
+  StatisticsOverlay statistics;
   ErrorPanel errors;
-  std::vector<KeyBinding> keys;
+  KeyMap keys;
   std::function<void()> pendingAction; // asked for by a key, done between events and frame
   bool stepOnce = false;
   std::string title = "zorOSG";
   bool vsync = true;
   bool allowResizing = true;
 
-  // Of the last half second, for the statistics.
-  StepClock::Clock::time_point statisticsSince{};
-  zor::Real statisticsTime = 0;
-  int statisticsFrames = 0;
+  // Of the frame that is being made, for the statistics.
+  double physicsTime = 0;
+  StepClock::Clock::time_point lastDrawn{};
 };
 
 } // namespace zorOSG

@@ -93,6 +93,7 @@ void InputAdapter::noteModifiers(Event const& event) {
 
 bool InputAdapter::dispatch(Event const& event, Position position) {
   auto const [x, y] = position;
+  m_mouse = position;
   noteModifiers(event);
   auto const button = static_cast<Listener::MouseButtonMask>(
       (event.getEventType() == Event::DRAG ? event.getButtonMask() : event.getButton()) & 7);

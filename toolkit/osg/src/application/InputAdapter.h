@@ -7,6 +7,7 @@
 
 #include <exception>
 #include <functional>
+#include <utility>
 #include <vector>
 
 namespace zorSDK {
@@ -39,6 +40,9 @@ public:
   /** Throws what a listener has thrown since the last call. */
   void rethrow();
 
+  /** \return where the mouse was last, in pixels from the lower left corner */
+  std::pair<float, float> mousePosition() const { return {m_mouse.x, m_mouse.y}; }
+
   /** The application goes away before the viewer does: events are ignored from now on. */
   void disconnect() { m_hooks = {}; }
 
@@ -49,8 +53,8 @@ private:
   using Listener = zorSDK::GuiEventListener;
   using Listeners = std::vector<zor::ref_ptr<Listener>>;
   struct Position {
-    float x;
-    float y;
+    float x = 0;
+    float y = 0;
   };
 
   static Position pixelPosition(osgGA::GUIEventAdapter const& event, osgGA::GUIActionAdapter& action);
@@ -66,6 +70,7 @@ private:
   Hooks m_hooks;
   Listeners m_spare; // empty, kept between events for its memory
   std::exception_ptr m_error;
+  Position m_mouse;
   unsigned int m_modifiers = 0;
   unsigned int m_ownModifiers = 0; // of events that come from no window
 };

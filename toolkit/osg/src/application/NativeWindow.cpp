@@ -5,7 +5,16 @@
 
 #include <X11/Xutil.h>
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace zorOSG {
+
+namespace {
+
+constexpr double COMMON_DOTS_PER_INCH = 96;
+
+} // namespace
 
 std::intptr_t nativeWindowHandle(osg::GraphicsContext* context) {
   auto* const window = dynamic_cast<osgViewer::GraphicsWindowX11*>(context);
@@ -28,6 +37,14 @@ void setWindowResizable(osg::GraphicsContext* context, bool flag) {
   }
   XSetWMNormalHints(window->getDisplayToUse(), window->getWindow(), &hints);
   XFlush(window->getDisplayToUse());
+}
+
+double screenPixelScale(osg::GraphicsContext* context) {
+  auto* const window = dynamic_cast<osgViewer::GraphicsWindowX11*>(context);
+  char const* const value =
+      window && window->getDisplayToUse() ? XGetDefault(window->getDisplayToUse(), "Xft", "dpi") : nullptr;
+  double const dotsPerInch = value ? std::atof(value) : 0;
+  return dotsPerInch > COMMON_DOTS_PER_INCH ? std::min(dotsPerInch / COMMON_DOTS_PER_INCH, 8.0) : 1;
 }
 
 } // namespace zorOSG

@@ -15,8 +15,7 @@ using App = ExampleApplication;
 
 SceneGraph::SceneGraph()
     : m_root(new osg::Group), m_decorator(new SceneDecorator(CommandLine().width, CommandLine().height)),
-      m_switch(new osg::Switch), m_sceneRoot(new osg::Group), m_aidsRoot(new osg::Group),
-      m_debugRoot(new osg::MatrixTransform) {
+      m_switch(new osg::Switch), m_sceneRoot(new osg::Group), m_aidsRoot(new osg::Group) {
   m_root->setName("Root");
   m_switch->setName("SceneSwitch");
   m_sceneRoot->setName("SceneRoot");
@@ -26,8 +25,6 @@ SceneGraph::SceneGraph()
   m_aidsRoot->setNodeMask(App::DEBUG_RENDER_MASK);
   m_switch->addChild(m_sceneRoot);
   m_aidsRoot->addChild(m_aids.node());
-  m_debugRoot->setName("DebugRoot");
-  m_aidsRoot->addChild(m_debugRoot);
   m_decorator->addChild(m_switch);
   m_decorator->getNonShadowedScene()->addChild(m_aidsRoot);
   m_root->addChild(m_decorator);

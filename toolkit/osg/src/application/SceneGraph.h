@@ -6,7 +6,6 @@
 
 #include <osg/BoundingSphere>
 #include <osg/Group>
-#include <osg/MatrixTransform>
 #include <osg/Switch>
 
 namespace zorOSG {
@@ -27,9 +26,6 @@ public:
   osg::Switch* sceneSwitch() const { return m_switch.get(); }
   osg::Group* sceneRoot() const { return m_sceneRoot.get(); }
   osg::Group* aidsRoot() const { return m_aidsRoot.get(); }
-
-  /** \return holds what is drawn in simulation coordinates, and takes them to those of the scene's visuals */
-  osg::MatrixTransform* debugRoot() const { return m_debugRoot.get(); }
   VisualAids& aids() { return m_aids; }
   VisualAids const& aids() const { return m_aids; }
 
@@ -53,7 +49,6 @@ private:
   osg::ref_ptr<osg::Switch> m_switch;
   osg::ref_ptr<osg::Group> m_sceneRoot;
   osg::ref_ptr<osg::Group> m_aidsRoot;
-  osg::ref_ptr<osg::MatrixTransform> m_debugRoot;
   osg::ref_ptr<osg::Group> m_scene;
   VisualAids m_aids;
   bool m_visible = true;

@@ -30,6 +30,7 @@ osg::ref_ptr<osg::GraphicsContext::Traits> makeTraits(ViewerHost::Settings const
   traits->windowDecoration = true;
   traits->supportsResize = true;
   traits->doubleBuffer = true;
+  traits->stencil = 8; // for shadow volumes
   traits->vsync = settings.vsync;
   traits->samples = static_cast<unsigned int>(samples);
   traits->sampleBuffers = samples > 0 ? 1 : 0;

@@ -63,6 +63,7 @@ RenderTarget::RenderTarget(zor::UInt width, zor::UInt height)
   m_camera->setInheritanceMask(m_camera->getInheritanceMask() & ~osg::CullSettings::CULL_MASK);
   m_camera->setInitialDrawCallback(new ExtensionCheck);
   m_camera->setFinalDrawCallback(new CaptureCallback(this));
+  m_camera->attach(osg::Camera::PACKED_DEPTH_STENCIL_BUFFER, GL_DEPTH_STENCIL_EXT);
   attachColorBuffer();
 }
 

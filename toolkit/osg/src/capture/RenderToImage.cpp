@@ -59,6 +59,7 @@ void RenderToImage::attachImage() {
   int const height = static_cast<int>(size[1]);
   camera->detach(osg::Camera::COLOR_BUFFER);
   camera->detach(osg::Camera::DEPTH_BUFFER);
+  camera->detach(osg::Camera::PACKED_DEPTH_STENCIL_BUFFER);
   if (m_component == DEPTH_BUFFER) {
     m_image->allocateImage(width, height, 1, GL_DEPTH_COMPONENT, GL_FLOAT);
     camera->attach(osg::Camera::DEPTH_BUFFER, m_image.get());
@@ -66,6 +67,7 @@ void RenderToImage::attachImage() {
   } else {
     m_image->allocateImage(width, height, 1, m_format, GL_UNSIGNED_BYTE);
     camera->attach(osg::Camera::COLOR_BUFFER, m_image.get(), m_multiSamples, 0);
+    camera->attach(osg::Camera::PACKED_DEPTH_STENCIL_BUFFER, GL_DEPTH_STENCIL_EXT);
   }
   std::memset(m_image->data(), 0, m_image->getTotalSizeInBytes());
   camera->dirtyAttachmentMap();

@@ -38,6 +38,7 @@ void RenderToTexture::attachTexture() {
   texture->dirtyTextureObject();
   camera->detach(osg::Camera::COLOR_BUFFER);
   camera->detach(osg::Camera::DEPTH_BUFFER);
+  camera->detach(osg::Camera::PACKED_DEPTH_STENCIL_BUFFER);
   if (m_component == DEPTH_BUFFER) {
     texture->setInternalFormat(GL_DEPTH_COMPONENT24);
     texture->setSourceFormat(GL_DEPTH_COMPONENT);
@@ -49,6 +50,7 @@ void RenderToTexture::attachTexture() {
     texture->setSourceFormat(m_format);
     texture->setSourceType(GL_UNSIGNED_BYTE);
     camera->attach(osg::Camera::COLOR_BUFFER, texture, 0, 0, false, m_multiSamples, 0);
+    camera->attach(osg::Camera::PACKED_DEPTH_STENCIL_BUFFER, GL_DEPTH_STENCIL_EXT);
   }
   camera->dirtyAttachmentMap();
 }

@@ -17,6 +17,8 @@ namespace zorOSG {
 
 namespace {
 
+constexpr GLenum DEPTH_AND_STENCIL = 0x88F0; // GL_DEPTH24_STENCIL8
+
 /** A texture to draw into and the filter that takes it to the surface; for one context. */
 class SmoothedBuffer : public osg::Referenced {
 public:
@@ -89,8 +91,9 @@ private:
     gl.glBindFramebuffer(GL_FRAMEBUFFER_EXT, m_frameBuffer);
     gl.glFramebufferTexture2D(GL_FRAMEBUFFER_EXT, GL_COLOR_ATTACHMENT0_EXT, GL_TEXTURE_2D, texture, 0);
     gl.glBindRenderbuffer(GL_RENDERBUFFER_EXT, m_depth);
-    gl.glRenderbufferStorage(GL_RENDERBUFFER_EXT, GL_DEPTH_COMPONENT24, width, height);
-    gl.glFramebufferRenderbuffer(GL_FRAMEBUFFER_EXT, GL_DEPTH_ATTACHMENT_EXT, GL_RENDERBUFFER_EXT, m_depth);
+    gl.glRenderbufferStorage(GL_RENDERBUFFER_EXT, DEPTH_AND_STENCIL, width, height);
+    for (GLenum const attachment : {GL_DEPTH_ATTACHMENT_EXT, GL_STENCIL_ATTACHMENT_EXT})
+      gl.glFramebufferRenderbuffer(GL_FRAMEBUFFER_EXT, attachment, GL_RENDERBUFFER_EXT, m_depth);
     m_failed = gl.glCheckFramebufferStatus(GL_FRAMEBUFFER_EXT) != GL_FRAMEBUFFER_COMPLETE_EXT;
     gl.glBindFramebuffer(GL_FRAMEBUFFER_EXT, 0);
   }

@@ -90,11 +90,7 @@ void SceneDecorator::setShadowMethod(ShadowMethod method) {
   if (method < SOFT_SHADOWMAP || method > NO_SHADOWS)
     throw std::invalid_argument("Scene decorator: " + std::to_string(method) +
                                 " is no shadow method, 0 to 6 are");
-  bool const available = method == SOFT_SHADOWMAP || method == SHADOWMAP || method == NO_SHADOWS;
-  if (!available)
-    zor::notify(zor::Notify::NOTIFY_WARNING) << "Scene decorator: shadow method " << static_cast<int>(method)
-                                             << " is drawn as a soft shadow map" << zor::endMessage;
-  m_parts->setShadowMethod(available ? method : SOFT_SHADOWMAP);
+  m_parts->setShadowMethod(method);
 }
 
 SceneDecorator::ShadowMethod SceneDecorator::getShadowMethod() const {
@@ -318,6 +314,10 @@ zor::Vec2i SceneDecorator::getWindowSize() const {
 
 void SceneDecorator::setScreenPixelScale(float scale) {
   m_parts->hud.setPixelScale(scale);
+}
+
+float SceneDecorator::getScreenPixelScale() const {
+  return m_parts->hud.pixelScale();
 }
 
 void SceneDecorator::setEnableRenderedCursor(bool enable) {

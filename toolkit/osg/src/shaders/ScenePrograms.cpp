@@ -7,10 +7,13 @@ namespace {
 char const* const DEFINES = R"(#version 130
 #extension GL_ARB_texture_gather : enable
 #pragma import_defines(ZOR_UNLIT, ZOR_TEXTURE, ZOR_VERTEXCOLOR, ZOR_FLAT, ZOR_UNSHADOWED)
-#pragma import_defines(ZOR_SHADOW, ZOR_SOFTSHADOW)
+#pragma import_defines(ZOR_SHADOW, ZOR_SHADOWKIND)
 #pragma import_defines(ZOR_LIGHT0, ZOR_LIGHT1, ZOR_LIGHT2, ZOR_SPECULAR0, ZOR_SPECULAR1, ZOR_SPECULAR2)
 #if defined(ZOR_SHADOW) && !defined(ZOR_UNSHADOWED) && !defined(ZOR_UNLIT)
 #define SHADOWED
+#if ZOR_SHADOWKIND == 1 || ZOR_SHADOWKIND == 2 || ZOR_SHADOWKIND == 4
+#define ONE_MAP // whose coordinates are interpolated
+#endif
 #endif
 #ifdef ZOR_SPHERE
 #undef ZOR_UNLIT
@@ -31,7 +34,7 @@ varying vec4 zorColor;
 #ifdef ZOR_TEXTURE
 varying vec2 zorTexCoord;
 #endif
-#ifdef SHADOWED
+#ifdef ONE_MAP
 varying vec4 zorShadowCoord;
 #endif
 #endif
@@ -76,9 +79,9 @@ varying vec3 zorAxis;
 varying float zorRadius;
 vec3 zorSphereNormal;
 vec4 zorSphereColor;
-#ifdef SHADOWED
+#ifdef ONE_MAP
 uniform mat4 zor_shadowMatrix;
-uniform float zor_shadowOffset;
+uniform vec2 zor_shadowOffset; // along the normal, times w and times w squared
 #endif
 
 void meetSphere() {
@@ -112,17 +115,17 @@ void meetSphere() {
   }
   if (zor_particleShader == 2)
     zorSphereColor.a *= max(dot(zorSphereNormal, normalize(-zorEye)), 0.0);
-#ifdef SHADOWED
+#ifdef ONE_MAP
   vec4 coord = zor_shadowMatrix * vec4(zorEye, 1.0);
-  zorShadowCoord = zor_shadowMatrix * vec4(zorEye + zorSphereNormal * (zor_shadowOffset * coord.w), 1.0);
+  zorShadowCoord = zor_shadowMatrix * vec4(zorEye + zorSphereNormal * ((zor_shadowOffset.x + zor_shadowOffset.y * coord.w) * coord.w), 1.0);
 #endif
 }
 )";
 
 char const* const SCENE_VERTEX = R"(
-#ifdef SHADOWED
+#ifdef ONE_MAP
 uniform mat4 zor_shadowMatrix;
-uniform float zor_shadowOffset;
+uniform vec2 zor_shadowOffset; // along the normal, times w and times w squared
 #endif
 
 void main() {
@@ -139,13 +142,13 @@ void main() {
 #ifndef ZOR_FLAT
   zorNormal = gl_NormalMatrix * gl_Normal;
 #endif
-#ifdef SHADOWED
+#ifdef ONE_MAP
   vec4 coord = zor_shadowMatrix * vec4(eye, 1.0);
 #ifndef ZOR_FLAT
   // Looking the shadow up a little above the surface keeps a surface from shadowing itself.
   vec3 normal = normalize(zorNormal);
   normal = dot(normal, eye) > 0.0 ? -normal : normal;
-  coord = zor_shadowMatrix * vec4(eye + normal * (zor_shadowOffset * coord.w), 1.0);
+  coord = zor_shadowMatrix * vec4(eye + normal * ((zor_shadowOffset.x + zor_shadowOffset.y * coord.w) * coord.w), 1.0);
 #endif
   zorShadowCoord = coord;
 #endif
@@ -159,9 +162,15 @@ uniform sampler2D zor_texture;
 #endif
 
 #ifdef SHADOWED
-uniform vec2 zor_shadowMapSize;
-#ifdef ZOR_SOFTSHADOW
+#if ZOR_SHADOWKIND == 1
+uniform sampler2DShadow zor_shadowMap;
+
+float lightAt(vec2 at, float depth) { return shadow2D(zor_shadowMap, vec3(at, depth)).r; }
+#endif
+
+#if ZOR_SHADOWKIND == 2 || ZOR_SHADOWKIND == 3
 uniform sampler2D zor_shadowMap;
+uniform vec2 zor_shadowMapSize;
 
 // Whether light reaches the four texels around a corner: left and right above it, right and left below.
 vec4 lit(vec2 corner, float depth) {
@@ -195,17 +204,57 @@ float lightAt(vec2 at, float depth) {
   rows.w = dot(weights, vec4(highLeft.xy, highRight.xy));
   return dot(rows, vec4(1.0 - f.y, 1.0, 1.0, f.y)) / 9.0;
 }
-#else
-uniform sampler2DShadow zor_shadowMap;
-
-float lightAt(vec2 at, float depth) { return shadow2D(zor_shadowMap, vec3(at, depth)).r; }
 #endif
 
+#if ZOR_SHADOWKIND == 4
+uniform sampler2D zor_shadowMap;
+uniform vec2 zor_shadowMapSize;
+const float CLEARANCE = 0.004; // in depth, of what counts as behind all bodies
+
+// The part of the neighbourhood that no body covers, for what lies behind the bodies.
+float lightAt(vec2 at, float depth) {
+  vec2 texel = 1.0 / zor_shadowMapSize;
+  vec2 sum = vec2(0.0);
+  for (int y = -1; y <= 1; ++y)
+    for (int x = -1; x <= 1; ++x)
+      sum += texture2D(zor_shadowMap, at + vec2(x, y) * 1.5 * texel).rg;
+  float farthest = sum.g / max(sum.r, 0.0001);
+  return depth > farthest - CLEARANCE ? 1.0 - sum.r / 9.0 : 1.0;
+}
+#endif
+
+#ifdef ONE_MAP
 // The part of the light that gets through.
-float lightThrough() {
+float lightThrough(vec3 normal) {
   vec3 coord = zorShadowCoord.xyz / zorShadowCoord.w;
   return zorShadowCoord.w > 0.0 ? lightAt(coord.xy, clamp(coord.z, 0.0, 1.0)) : 1.0;
 }
+#endif
+
+#if ZOR_SHADOWKIND == 3
+uniform mat4 zor_splitMatrix[3];
+uniform float zor_splitOffset[3];
+uniform float zor_splitEnd[3];
+
+// The maps lie side by side; what would be read beyond the edge of one belongs to another.
+float lightThrough(vec3 normal) {
+  float depth = -zorEye.z;
+  int part = depth < zor_splitEnd[0] ? 0 : (depth < zor_splitEnd[1] ? 1 : 2);
+  if (zor_splitOffset[part] < 0.0)
+    return 1.0;
+  vec4 coord = zor_splitMatrix[part] * vec4(zorEye, 1.0);
+  coord = zor_splitMatrix[part] * vec4(zorEye + normal * (zor_splitOffset[part] * coord.w), 1.0);
+  vec3 at = coord.xyz / coord.w;
+  vec2 edge = vec2(2.5 / zor_shadowMapSize.y);
+  if (coord.w <= 0.0 || any(lessThan(at.xy, edge)) || any(greaterThan(at.xy, 1.0 - edge)))
+    return 1.0;
+  return lightAt(vec2((at.x + float(part)) / 3.0, at.y), clamp(at.z, 0.0, 1.0));
+}
+#endif
+
+#if ZOR_SHADOWKIND == 5
+float lightThrough(vec3 normal) { return 0.0; }
+#endif
 #endif
 
 #ifndef ZOR_UNLIT
@@ -286,7 +335,7 @@ char const* const ONE_LIGHT = R"(
     float facing = dot(normal, toLight);
 #if defined(SHADOWED) && ZOR_SHADOW == @
     if (facing > 0.0)
-      reach *= lightThrough();
+      reach *= lightThrough(normal);
 #endif
     diffuse += (max(facing, 0.0) * reach) * gl_LightSource[@].diffuse.rgb;
 #ifdef ZOR_SPECULAR@
@@ -337,6 +386,15 @@ void main() { gl_Position = ftransform(); }
 )",
                      R"(#version 120
 void main() {}
+)");
+}
+
+osg::ref_ptr<osg::Program> makeSilhouetteProgram() {
+  return makeProgram("silhouette", R"(#version 120
+void main() { gl_Position = ftransform(); }
+)",
+                     R"(#version 120
+void main() { gl_FragColor = vec4(1.0, gl_FragCoord.z, 0.0, 1.0); }
 )");
 }
 

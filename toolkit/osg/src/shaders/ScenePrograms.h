@@ -23,10 +23,15 @@ inline std::string const VERTEX_COLOR = "ZOR_VERTEXCOLOR";
 inline std::string const FLAT = "ZOR_FLAT";
 /** No shadow falls here. */
 inline std::string const UNSHADOWED = "ZOR_UNSHADOWED";
-/** There is a shadow map; the value is the number of the light that it belongs to. */
+/** There are shadows; the value is the number of the light that casts them. */
 inline std::string const SHADOW = "ZOR_SHADOW";
-/** The shadow map is sampled with soft edges. */
-inline std::string const SOFT_SHADOW = "ZOR_SOFTSHADOW";
+/** What the shadows of that light come from; its values follow. */
+inline std::string const SHADOW_KIND = "ZOR_SHADOWKIND";
+inline std::string const SHARP_MAP = "1";
+inline std::string const SOFT_MAP = "2";
+inline std::string const SPLIT_MAP = "3";
+inline std::string const SILHOUETTES = "4";
+inline std::string const IN_SHADOW = "5"; ///< all that is drawn lies in the shadow
 
 /** What a light needs of the shader; the value of its define. */
 enum class LightKind { DIRECTIONAL = 1, POSITIONAL = 2, ATTENUATED = 3, SPOT = 4 };
@@ -57,6 +62,9 @@ osg::ref_ptr<osg::Program> makeParticleProgram();
 
 /** \return program that writes nothing but depth */
 osg::ref_ptr<osg::Program> makeDepthProgram();
+
+/** \return program that writes 1 and the depth as red and green */
+osg::ref_ptr<osg::Program> makeSilhouetteProgram();
 
 /** \return program that draws vertices in normalized device coordinates in their colours, dithered */
 osg::ref_ptr<osg::Program> makeBackgroundProgram();

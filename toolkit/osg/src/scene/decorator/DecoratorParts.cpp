@@ -1,7 +1,13 @@
 #include "DecoratorParts.h"
 
 #include "Defines.h"
+#include "ShadowMap.h"
+#include "ShadowTexture.h"
+#include "ShadowVolumes.h"
+#include "SplitShadowMap.h"
 #include "scene/VisualState.h"
+
+#include <zor/Notify.h>
 
 #include <osg/LightModel>
 #include <osgUtil/CullVisitor>
@@ -63,7 +69,7 @@ void SceneDecorator::Parts::setProgram(bool enable, bool override) {
 void SceneDecorator::Parts::setShadowMethod(ShadowMethod method) {
   std::lock_guard const lock(m_mutex);
   if (method != shadowMethod)
-    m_shadowMaps.clear();
+    m_techniques.clear();
   shadowMethod = method;
 }
 
@@ -84,6 +90,7 @@ void SceneDecorator::Parts::surveyOnce(unsigned int frame) {
     return;
   m_surveyedFrame = frame;
   m_survey.begin();
+  m_survey.setCollectMeshes(castsShadows() && shadowMethod == SHADOWVOLUME);
   m_survey.setTraversalNumber(frame);
   decorator.osg::Group::traverse(m_survey);
   m_survey.setShadowed(false);
@@ -98,46 +105,78 @@ void SceneDecorator::Parts::cull(osgUtil::CullVisitor& visitor) {
   }
   background.node().accept(visitor);
   lights.cull(visitor);
-  osg::StateSet* shadows = nullptr;
   {
     std::lock_guard const lock(m_mutex);
     lights.apply(*state);
     surveyOnce(visitor.getTraversalNumber());
-    shadows = cullShadows(visitor);
   }
-  if (shadows)
-    visitor.pushStateSet(shadows);
-  decorator.osg::Group::traverse(visitor);
-  if (shadows)
-    visitor.popStateSet();
+  cullScene(visitor);
   nonShadowed->accept(visitor);
   hud.node().accept(visitor);
 }
 
-osg::StateSet* SceneDecorator::Parts::cullShadows(osgUtil::CullVisitor& visitor) {
+void SceneDecorator::Parts::cullScene(osgUtil::CullVisitor& visitor) {
   osg::Camera* const view = visitor.getCurrentCamera();
-  if (!castsShadows() || !view)
-    return nullptr;
+  if (!castsShadows() || !view) {
+    decorator.osg::Group::traverse(visitor);
+    return;
+  }
   auto const& light = *static_cast<osg::Light const*>(lights.source(shadowLight).getLight());
-  return shadowMapOf(*view).cull(visitor, light, m_survey);
+  std::unique_lock lock(m_mutex);
+  ShadowTechnique& technique = techniqueFor(*view);
+  osg::StateSet* const state_ = technique.begin(visitor, light, m_survey);
+  lock.unlock();
+  if (state_)
+    visitor.pushStateSet(state_);
+  decorator.osg::Group::traverse(visitor);
+  if (state_)
+    visitor.popStateSet();
+  lock.lock();
+  technique.end(visitor, light, m_survey);
 }
 
-ShadowMap& SceneDecorator::Parts::shadowMapOf(osg::Camera& view) {
-  for (auto const& map : m_shadowMaps)
-    if (map->belongsTo(view))
-      return *map;
-  std::erase_if(m_shadowMaps, [](auto const& map) { return map->isStale(); });
-  auto const content = [this](osg::NodeVisitor& visitor) { decorator.osg::Group::traverse(visitor); };
-  m_shadowMaps.push_back(std::make_unique<ShadowMap>(view, content, shadowMethod != SHADOWMAP));
-  return *m_shadowMaps.back();
+ShadowTechnique& SceneDecorator::Parts::techniqueFor(osg::Camera& view) {
+  for (auto const& technique : m_techniques)
+    if (technique->belongsTo(view))
+      return *technique;
+  std::erase_if(m_techniques, [](auto const& technique) { return technique->isStale(); });
+  m_techniques.push_back(makeTechnique(view));
+  return *m_techniques.back();
+}
+
+std::unique_ptr<ShadowTechnique> SceneDecorator::Parts::makeTechnique(osg::Camera& view) {
+  ShadowTechnique::Content const content = [this](osg::NodeVisitor& visitor) {
+    decorator.osg::Group::traverse(visitor);
+  };
+  switch (shadowMethod) {
+  case SHADOWVOLUME:
+    if (ShadowVolumes::arePossible(view))
+      return std::make_unique<ShadowVolumes>(view, content);
+    zor::notify(zor::Notify::NOTIFY_WARNING)
+        << "Scene decorator: a view without a stencil buffer has shadow maps in place of volumes"
+        << zor::endMessage;
+    return std::make_unique<ShadowMap>(view, content, ShadowMap::Style::SHARP);
+  case PARALLELLSPLIT_SHADOWMAP:
+    return std::make_unique<SplitShadowMap>(view, content);
+  case LIGHTSPACEPERSPECTIVE_SHADOWMAP:
+    return std::make_unique<ShadowMap>(view, content, ShadowMap::Style::WARPED);
+  case SHADOWTEXTURE:
+    return std::make_unique<ShadowTexture>(view, content);
+  case SHADOWMAP:
+    return std::make_unique<ShadowMap>(view, content, ShadowMap::Style::SHARP);
+  case SOFT_SHADOWMAP:
+  case NO_SHADOWS:
+    break;
+  }
+  return std::make_unique<ShadowMap>(view, content, ShadowMap::Style::SOFT);
 }
 
 void SceneDecorator::Parts::releaseGLObjects(osg::State* glState) const {
   for (auto const& source : {&background.node(), &hud.node(), static_cast<osg::Node*>(nonShadowed.get())})
     source->releaseGLObjects(glState);
   state->releaseGLObjects(glState);
-  for (auto const& map : m_shadowMaps)
-    map->releaseGLObjects(glState);
+  for (auto const& technique : m_techniques)
+    technique->releaseGLObjects(glState);
 }
 
 } // namespace zorOSG

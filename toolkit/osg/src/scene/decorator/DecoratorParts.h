@@ -4,7 +4,7 @@
 #include "Hud.h"
 #include "LightRig.h"
 #include "SceneSurvey.h"
-#include "ShadowMap.h"
+#include "ShadowTechnique.h"
 
 #include <zorOSG/SceneDecorator.h>
 
@@ -58,14 +58,15 @@ public:
 private:
   void makeState();
   void surveyOnce(unsigned int frame);
-  osg::StateSet* cullShadows(osgUtil::CullVisitor& visitor);
-  ShadowMap& shadowMapOf(osg::Camera& view);
+  void cullScene(osgUtil::CullVisitor& visitor);
+  ShadowTechnique& techniqueFor(osg::Camera& view);
+  std::unique_ptr<ShadowTechnique> makeTechnique(osg::Camera& view);
 
   osg::ref_ptr<osg::Program> m_program;
   std::mutex m_mutex; ///< views may be culled by threads of their own
   SceneSurvey m_survey;
   unsigned int m_surveyedFrame = ~0u;
-  std::vector<std::unique_ptr<ShadowMap>> m_shadowMaps;
+  std::vector<std::unique_ptr<ShadowTechnique>> m_techniques; ///< one a view
 };
 
 } // namespace zorOSG

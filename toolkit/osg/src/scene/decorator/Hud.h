@@ -32,6 +32,7 @@ public:
   int width() const { return m_size->width; }
   int height() const { return m_size->height; }
   void setPixelScale(float scale);
+  float pixelScale() const { return m_size->pixelScale; }
 
   void setCursorShown(bool shown);
   bool isCursorShown() const { return m_cursor->getNodeMask() != 0; }

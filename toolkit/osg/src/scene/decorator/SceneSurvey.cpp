@@ -87,6 +87,8 @@ SceneSurvey::SceneSurvey() : osg::NodeVisitor(TRAVERSE_ACTIVE_CHILDREN) {
 
 void SceneSurvey::begin() {
   m_casters.clear();
+  m_meshes.clear();
+  m_shadowed = true;
   m_scene.init();
   m_matrices.assign(1, osg::Matrixd());
   m_inherited = {};
@@ -100,6 +102,8 @@ void SceneSurvey::enter(osg::Node& node) {
     return;
   mirrorLights(*state);
   mirrorTexture(*state);
+  m_inherited.transparent =
+      m_inherited.transparent || state->getRenderingHint() == osg::StateSet::TRANSPARENT_BIN;
   auto const* const found = state->getAttributePair(osg::StateAttribute::MATERIAL);
   if (!found || (m_inherited.materialOverrides && (found->second & osg::StateAttribute::PROTECTED) == 0))
     return;
@@ -144,14 +148,18 @@ void SceneSurvey::apply(osg::Geometry& geometry) {
   m_inherited = saved;
 }
 
-void SceneSurvey::collect(osg::Drawable const& drawable) {
+void SceneSurvey::collect(osg::Drawable& drawable) {
   osg::BoundingBox const& box = drawable.getBoundingBox();
-  if (!box.valid())
+  if (!m_shadowed || !box.valid())
     return;
   osg::BoundingBoxd const placed = transformed(box, m_matrices.back());
   m_scene.expandBy(placed);
-  if (m_inherited.casts)
-    m_casters.push_back(placed);
+  if (!m_inherited.casts)
+    return;
+  m_casters.push_back(placed);
+  osg::Geometry* const mesh = m_collectsMeshes ? drawable.asGeometry() : nullptr;
+  if (mesh && !m_inherited.transparent)
+    m_meshes.push_back({mesh, m_matrices.back(), placed});
 }
 
 } // namespace zorOSG

@@ -23,13 +23,26 @@ public:
   /** Forgets what was collected. */
   void begin();
 
-  /** \param shadowed - false for a part of the scene that neither casts nor receives shadows */
-  void setShadowed(bool shadowed) { m_inherited.casts = shadowed; }
+  /** \param shadowed - false for a part of the scene that neither casts nor receives shadows; what lies there
+   * has no part in boxes */
+  void setShadowed(bool shadowed) { m_shadowed = shadowed; }
+
+  /** Has meshes() filled, which only shadow volumes need. */
+  void setCollectMeshes(bool flag) { m_collectsMeshes = flag; }
 
   /** Boxes of all that casts shadows, in the coordinates of the node where the walk began. */
   std::vector<osg::BoundingBoxd> const& casters() const { return m_casters; }
 
-  /** Box of the whole scene. */
+  /** Something solid that casts shadows. */
+  struct Mesh {
+    osg::Geometry* geometry;
+    osg::Matrixd place;
+    osg::BoundingBoxd box;
+  };
+
+  std::vector<Mesh> const& meshes() const { return m_meshes; }
+
+  /** Box of all that casts or receives shadows. */
   osg::BoundingBoxd const& scene() const { return m_scene; }
 
   void apply(osg::Node& node) override;
@@ -43,14 +56,18 @@ private:
     osg::Material const* material = nullptr;
     bool materialOverrides = false;
     bool casts = true;
+    bool transparent = false;
   };
 
   void enter(osg::Node& node);
-  void collect(osg::Drawable const& drawable);
+  void collect(osg::Drawable& drawable);
 
   Inherited m_inherited;
   std::vector<osg::Matrixd> m_matrices;
   std::vector<osg::BoundingBoxd> m_casters;
+  std::vector<Mesh> m_meshes;
+  bool m_shadowed = true;
+  bool m_collectsMeshes = false;
   osg::BoundingBoxd m_scene;
 };
 

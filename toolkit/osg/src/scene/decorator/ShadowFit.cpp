@@ -40,6 +40,16 @@ struct Bounds {
   bool empty() const { return !(uMax > uMin && vMax > vMin); }
 };
 
+/** \return where the view looks; over the ground, unless it looks down at it */
+osg::Vec3d viewDirection(ShadowTask const& task) {
+  osg::Vec3d ahead = osg::Matrixd::transform3x3(osg::Vec3d(0.0, 0.0, -1.0), osg::Matrixd::inverse(task.view));
+  ahead.normalize();
+  if (std::hypot(ahead.x(), ahead.y()) > 0.2)
+    ahead.z() = 0.0;
+  ahead.normalize();
+  return ahead;
+}
+
 /** Widest half opening of the map of a point light, as the tangent of the angle. */
 constexpr double WIDEST = 3.0;
 
@@ -56,9 +66,7 @@ public:
       direction = {0.0, 0.0, -1.0};
     if (!m_parallel && task.axis * direction > 0.7)
       direction = task.axis;
-    osg::Vec3d const up =
-        std::abs(direction.z()) > 0.99 ? osg::Vec3d(0.0, 1.0, 0.0) : osg::Vec3d(0.0, 0.0, 1.0);
-    m_view.makeLookAt(eye, eye + direction, up);
+    m_view.makeLookAt(eye, eye + direction, upFor(task, direction));
   }
 
   bool isParallel() const { return m_parallel; }
@@ -88,6 +96,13 @@ public:
   }
 
 private:
+  /** A warped map runs along the view, from its near to its far end. */
+  static osg::Vec3d upFor(ShadowTask const& task, osg::Vec3d const& direction) {
+    if (task.isWarped && (viewDirection(task) ^ direction).length() > 0.05)
+      return viewDirection(task);
+    return std::abs(direction.z()) > 0.99 ? osg::Vec3d(0.0, 1.0, 0.0) : osg::Vec3d(0.0, 0.0, 1.0);
+  }
+
   bool m_parallel;
   osg::Matrixd m_view;
 };
@@ -121,13 +136,7 @@ Bounds boundsOfCasters(ShadowTask const& task, LightView const& light) {
 
 /** Corners of the part of the view that holds the scene: four rays, cut at the scene's depths. */
 std::array<osg::Vec3d, 8> visibleCorners(ShadowTask const& task) {
-  double nearest = std::numeric_limits<double>::max();
-  double farthest = std::numeric_limits<double>::lowest();
-  for (unsigned int i = 0; i < 8; ++i) {
-    double const depth = -(task.scene.corner(i) * task.view).z();
-    nearest = std::min(nearest, depth);
-    farthest = std::max(farthest, depth);
-  }
+  auto const [nearest, farthest] = visibleDepths(task);
   osg::Matrixd const toEye = osg::Matrixd::inverse(task.projection);
   osg::Matrixd const toScene = osg::Matrixd::inverse(task.view);
   std::array<osg::Vec3d, 8> corners;
@@ -140,8 +149,8 @@ std::array<osg::Vec3d, 8> visibleCorners(ShadowTask const& task) {
       double const part = (depth + front.z()) / (front.z() - back.z());
       return front + (back - front) * part;
     };
-    corners[2 * i] = atDepth(std::max(nearest, 0.0)) * toScene;
-    corners[2 * i + 1] = atDepth(std::max(farthest, 0.0)) * toScene;
+    corners[2 * i] = atDepth(nearest) * toScene;
+    corners[2 * i + 1] = atDepth(farthest) * toScene;
   }
   return corners;
 }
@@ -194,7 +203,64 @@ osg::Matrixd projectionOf(LightView const& light, Bounds const& bounds) {
                                cut, far);
 }
 
+/** A scene that goes on behind the eye has no nearest depth; a warp for all of it would leave nothing for the rest. */
+constexpr double NEAREST_PART = 0.02;
+
+/**
+ * How far the point in which the rays of a warped map meet lies before the near end of the map, which reaches
+ * from -1 to 1; smaller numbers move more texels to the near end. After the light-space perspective shadow
+ * maps of Wimmer, Scherzer and Purgathofer (2004).
+ */
+double warpDistance(ShadowTask const& task, osg::Vec3d const& lightDirection, double mapLength) {
+  DepthRange const depths = visibleDepths(task);
+  double const sine = (viewDirection(task) ^ lightDirection).length();
+  double const nearest = std::max(depths.nearest, NEAREST_PART * depths.farthest);
+  double const distance = (nearest + std::sqrt(nearest * depths.farthest)) / std::max(sine, 1e-3);
+  return std::max(2.0 * distance / mapLength, 0.05);
+}
+
+/** \return how much wider than its near end a warped map may be stretched without losing what the view shows */
+double stretch(ShadowTask const& task, osg::Matrixd const& toClip, double distance) {
+  double widest = 0.0;
+  for (osg::Vec3d const& corner : visibleCorners(task)) {
+    osg::Vec4d const at = osg::Vec4d(corner, 1.0) * toClip;
+    double const w = at.y() + (1.0 + distance) * at.w();
+    if (!(w > 0.0))
+      return distance;
+    widest = std::max(widest, std::abs(at.x()) / w);
+  }
+  return 1.0 / std::min(std::max(widest, 1e-6), 1.0 / distance);
+}
+
+/** Gives the near end of a map, its lower edge, more texels, at the cost of the far end. */
+void warp(ShadowTask const& task, Bounds const& bounds, double distance, ShadowFit& fit) {
+  osg::Vec3d const light = osg::Matrixd::transform3x3(osg::Vec3d(0.0, 0.0, -1.0), osg::Matrixd::inverse(fit.view));
+  if ((viewDirection(task) ^ light).length() <= 0.05)
+    return; // the view runs across no part of the map
+  double const n = warpDistance(task, light, (bounds.vMax - bounds.vMin) * distance);
+  double const across = stretch(task, fit.view * fit.projection, n);
+  osg::Matrixd const matrix(across, 0.0, 0.0, 0.0, //
+                            0.0, n + 1.0, 0.0, 1.0, //
+                            0.0, 0.0, n, 0.0,       //
+                            0.0, 1.0, 0.0, n + 1.0);
+  fit.projection = fit.projection * matrix;
+  fit.texel = (bounds.uMax - bounds.uMin) / task.mapSize / across;
+  fit.texelGrowth = (bounds.vMax - bounds.vMin) / task.mapSize / (n * (n + 2.0));
+}
+
 } // namespace
+
+DepthRange visibleDepths(ShadowTask const& task) {
+  DepthRange seen{std::numeric_limits<double>::max(), 0.0};
+  for (unsigned int i = 0; i < 8; ++i) {
+    double const depth = -(task.scene.corner(i) * task.view).z();
+    seen.nearest = std::min(seen.nearest, depth);
+    seen.farthest = std::max(seen.farthest, depth);
+  }
+  seen.nearest = std::clamp(seen.nearest, task.depths.nearest, task.depths.farthest);
+  seen.farthest = std::clamp(seen.farthest, task.depths.nearest, task.depths.farthest);
+  return seen;
+}
 
 ShadowFit fitShadow(ShadowTask const& task) {
   ShadowFit fit;
@@ -216,6 +282,8 @@ ShadowFit fitShadow(ShadowTask const& task) {
   fit.projection = projectionOf(light, bounds);
   fit.texel = std::max(bounds.uMax - bounds.uMin, bounds.vMax - bounds.vMin) / task.mapSize;
   fit.empty = false;
+  if (task.isWarped)
+    warp(task, bounds, distance, fit);
   return fit;
 }
 

@@ -1,64 +1,33 @@
 #pragma once
 
-#include "ShadowFit.h"
+#include "ShadowPass.h"
 
-#include <osg/Camera>
-#include <osg/Light>
-#include <osg/StateSet>
 #include <osg/Texture2D>
 #include <osg/Uniform>
-#include <osg/observer_ptr>
 #include <osg/ref_ptr>
-
-#include <functional>
-
-namespace osgUtil {
-class CullVisitor;
-}
 
 namespace zorOSG {
 
-class SceneSurvey;
-
-/** The shadow map of one view: a depth pass from the light, and the state that shows the result in the scene.
- */
-class ShadowMap {
+/** One depth map that covers all of the view. */
+class ShadowMap : public ShadowTechnique {
 public:
-  /** Visits everything that may cast shadows. */
-  using Content = std::function<void(osg::NodeVisitor&)>;
+  enum class Style {
+    SHARP,
+    SOFT,
+    WARPED ///< soft, with more texels where the view is near (light-space perspective)
+  };
 
-  /**
-   * \param view - the camera whose picture the shadows are for
-   * \param content - visited with the depth pass
-   * \param soft - soft edges or sharp ones
-   */
-  ShadowMap(osg::Camera& view, Content content, bool soft);
+  ShadowMap(osg::Camera& view, Content content, Style style);
 
-  /** \return true if the map was made for this camera */
-  bool belongsTo(osg::Camera const& view) const { return m_view.get() == &view; }
-
-  /** \return true if the camera it was made for is gone */
-  bool isStale() const { return !m_view.valid(); }
-
-  /**
-   * Adds the depth pass to the view that is being culled.
-   * \return state for the scene, borrowed; null if nothing in the view can have a shadow
-   */
-  osg::StateSet* cull(osgUtil::CullVisitor& visitor, osg::Light const& light, SceneSurvey const& survey);
-
-  void releaseGLObjects(osg::State* state) const;
+  osg::StateSet* begin(osgUtil::CullVisitor& visitor, osg::Light const& light,
+                       SceneSurvey const& survey) override;
+  void releaseGLObjects(osg::State* state) const override;
 
 private:
-  void makeTexture();
-  void makeCamera(Content content);
-  void makeState();
-  void cullDepthPass(osgUtil::CullVisitor& visitor, ShadowFit const& fit, osg::BoundingBoxd const& scene);
-
-  osg::observer_ptr<osg::Camera> m_view;
-  bool m_soft;
+  Style m_style;
   int m_size;
-  osg::ref_ptr<osg::Camera> m_camera;
   osg::ref_ptr<osg::Texture2D> m_map;
+  ShadowPass m_pass;
   osg::ref_ptr<osg::StateSet> m_state;
   osg::ref_ptr<osg::Uniform> m_matrix;
   osg::ref_ptr<osg::Uniform> m_offset;
