@@ -27,7 +27,9 @@ constexpr int HEIGHT = 120;
 /** Waits until a frame is drawn, by reading a pixel of it, so that it is not counted with the next. */
 class Finish : public osg::Camera::DrawCallback {
 public:
-  void operator()(osg::RenderInfo&) const override { m_pixel->readPixels(0, 0, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE); }
+  void operator()(osg::RenderInfo&) const override {
+    m_pixel->readPixels(0, 0, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE);
+  }
 
 private:
   osg::ref_ptr<osg::Image> m_pixel = new osg::Image;
@@ -62,7 +64,8 @@ void addBodies(zorSDK::Simulation& simulation, osg::Group* root, int count, bool
   simulation.setUniformGravity(zor::Vec3());
   int const side = static_cast<int>(std::ceil(std::sqrt(count)));
   for (int i = 0; i < count; ++i) {
-    auto* const body = new zor::RigidBody(new zorCollide::Geometry(new zorCollide::Box(zor::Vec3(0.3, 0.3, 0.3))));
+    auto* const body =
+        new zor::RigidBody(new zorCollide::Geometry(new zorCollide::Box(zor::Vec3(0.3, 0.3, 0.3))));
     body->setPosition(zor::Vec3(i % side - 0.5 * side, i / side - 0.5 * side, 0));
     if (moving)
       body->setVelocity(zor::Vec3(0, 0, 1e-3 * (i % 7 - 3)));
@@ -95,8 +98,9 @@ void drawFrames(benchmark::State& state) {
   auto const count = static_cast<int>(state.range(0));
   bool const moving = state.range(1) != 0;
   zor::ref_ptr<zorOSG::ExampleApplication> const app = new zorOSG::ExampleApplication;
-  zor::ref_ptr<zorIO::ArgumentParser> const arguments = new zorIO::ArgumentParser(
-      {"bench", "--offscreen", "--noRealTime", "--window=" + std::to_string(WIDTH) + "x" + std::to_string(HEIGHT)});
+  zor::ref_ptr<zorIO::ArgumentParser> const arguments =
+      new zorIO::ArgumentParser({"bench", "--offscreen", "--noRealTime",
+                                 "--window=" + std::to_string(WIDTH) + "x" + std::to_string(HEIGHT)});
   if (!app->init(arguments.get())) {
     state.SkipWithError("no graphics");
     return;

@@ -1,9 +1,9 @@
-"""What a view can show: seven kinds of shadows side by side, and a mechanism with HUD, help, statistics and debug rendering.
+"""What a view can show: seven kinds of shadows side by side, statistics, help, and what the simulation computes with.
 
 ./zor run examples/view_and_shadows.py [--output FOLDER] [application options, see --help]
 
-Leaves shadows.png, panels.png (HUD, help, statistics) and debug.png (contacts, axes, centres of mass, wire frames) in
-the folder. In a window the keys h, i, d and l show help, statistics, debug rendering and the next kind of shadows.
+Leaves shadows.png, statistics.png, help.png and debug.png (contacts, axes, centres of mass, wire frames) in the folder.
+In a window the keys h, i, d and l show help, statistics, debug rendering and the next kind of shadows.
 """
 
 import math
@@ -44,11 +44,11 @@ class Scene:
         self.application = application
         self.simulation = application.getSimulation()
         self.root = application.getSceneRoot()
-        self.add("floor", zorCollide.Box(zor.Vec3(14, 14, 0.1)), zor.Vec3(0, 0, -0.1), FLOOR, static=True)
+        self.add("", zorCollide.Box(zor.Vec3(14, 14, 0.1)), zor.Vec3(0, 0, -0.1), FLOOR, static=True)
         self.add_gate()
         for i in range(8):
             shape = zorCollide.Cylinder(0.22, 1.6)
-            pillar = self.add(f"pillar {i}", shape, zor.Vec3(-3.4, -2.4 + 1.5 * i, 0.8), STONE, static=True)
+            pillar = self.add("", shape, zor.Vec3(-3.4, -2.4 + 1.5 * i, 0.8), STONE, static=True)
             pillar.setRotation(zor.Quat(zor.Vec3(0, 1, 0), zor.Vec3(0, 0, 1)))
         self.add_heap()
 
@@ -75,7 +75,7 @@ class Scene:
             turn = i * 2.4
             place = zor.Vec3(1.9 + 0.55 * math.cos(turn), 0.6 + 0.55 * math.sin(turn), 0.5 + 0.33 * i)
             shapes = [zorCollide.Box(zor.Vec3(0.26, 0.26, 0.26)), zorCollide.Sphere(0.28), zorCollide.Capsule(0.17, 0.5)]
-            body = self.add(f"body {i}", shapes[i % 3], place, PAINTS[i % 4])
+            body = self.add("", shapes[i % 3], place, PAINTS[i % 4])
             body.setRotation(zor.Quat(turn, zor.Vec3(0.3, 1, 0.2).normal()))
 
 
@@ -157,14 +157,17 @@ def main() -> int:
     decorator.setShadowMethod(zorOSG.SceneDecorator.SOFT_SHADOWMAP)
     decorator.setText(0, "the gate turns with half a radian a second", zor.Vec4f(1, 0.85, 0.4, 1))
     application.setAutoStepping(True)
-    for key in "hi":
-        photographer.press(ord(key))
+    photographer.press(ord("i"))
     photographer.frames(150)
-    print(photographer.shoot("panels.png"), "written")
-    for key in "hid":
+    print(photographer.shoot("statistics.png"), "written")
+    decorator.clearText()
+    for key in "ih":
+        photographer.press(ord(key))
+    photographer.frames(2)
+    print(photographer.shoot("help.png"), "written")
+    for key in "hd":
         photographer.press(ord(key))
     application.setEnableTextDebugRendering(True)
-    decorator.clearText()
     photographer.frames(2)
     print(photographer.shoot("debug.png"), "written")
     return 0

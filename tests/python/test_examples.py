@@ -113,3 +113,13 @@ def test_particles_look_nine_ways(tmp_path):
     for row in numpy.array_split(coloured, 3):
         for cell in numpy.array_split(row, 3, axis=1):
             assert cell.sum() > 300
+
+
+def test_every_kind_of_shadow_is_drawn(tmp_path):
+    assert "7 kinds of shadows" in run_example("view_and_shadows.py", "--output", tmp_path)
+    sheet = numpy.asarray(osgDB.readImageFile(str(tmp_path / "shadows.png"))).astype(int)[::-1]
+    brightness = [sheet[180 * row + 60:180 * row + 180, 320 * column:320 * column + 320].sum(axis=2) for row in range(4) for column in range(2)]
+    for method, tile in enumerate(brightness[:6]):
+        assert (tile < brightness[6] - 100).sum() > 300, method
+        assert (tile > brightness[6] + 100).sum() < 20, method
+    assert all((tmp_path / name).stat().st_size > 10000 for name in ("statistics.png", "help.png", "debug.png"))

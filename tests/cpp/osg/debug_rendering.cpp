@@ -34,7 +34,8 @@ osg::Node* findByName(osg::Node& root, std::string const& name) {
   return finder.found;
 }
 
-char const* const KINDS[] = {"Contacts", "ConstraintAxes", "BoundingBoxes", "CentersOfMass", "CollisionShapes"};
+char const* const KINDS[] = {"Contacts", "ConstraintAxes", "BoundingBoxes", "CentersOfMass",
+                             "CollisionShapes"};
 
 } // namespace
 
@@ -44,7 +45,8 @@ protected:
   void SetUp() override {
     ASSERT_TRUE(init({"--offscreen", "--window=160x120"}));
     app->initSimulation();
-    app->getSimulation()->add(new zorCollide::Geometry(new zorCollide::Plane(zor::Vec3(0, 0, 1), zor::Vec3())));
+    app->getSimulation()->add(
+        new zorCollide::Geometry(new zorCollide::Plane(zor::Vec3(0, 0, 1), zor::Vec3())));
     resting = addBox(zor::Vec3(-1.5, 0, 0.5), "resting");
     hung = addBox(zor::Vec3(1.5, 0, 2), "hung");
     app->getSimulation()->add(new zor::Hinge(zor::Vec3(1.5, 0, 3), zor::Vec3(0, 1, 0), hung, nullptr));
@@ -54,7 +56,8 @@ protected:
   }
 
   zor::RigidBody* addBox(zor::Vec3 const& at, char const* name) {
-    auto* const body = new zor::RigidBody(new zorCollide::Geometry(new zorCollide::Box(zor::Vec3(0.5, 0.5, 0.5))), name);
+    auto* const body =
+        new zor::RigidBody(new zorCollide::Geometry(new zorCollide::Box(zor::Vec3(0.5, 0.5, 0.5))), name);
     body->setPosition(at);
     app->getSimulation()->add(body);
     return body;
@@ -157,7 +160,8 @@ TEST_F(DebugRendering, at_rest_writes_and_uploads_nothing) {
   }
   hung->setPosition(hung->getPosition() + zor::Vec3(0.1, 0, 0));
   runFrames(2);
-  EXPECT_NE(points("CollisionShapes").getModifiedCount(), before[4].second) << "moved by hand while it is paused";
+  EXPECT_NE(points("CollisionShapes").getModifiedCount(), before[4].second)
+      << "moved by hand while it is paused";
   EXPECT_EQ(points("CollisionShapes").getDataPointer(), before[4].first) << "in the same memory";
 }
 
@@ -168,7 +172,8 @@ TEST_F(DebugRendering, follows_shapes_and_bodies_that_come_and_go) {
   app->getSimulation()->remove(resting);
   runFrames(1);
   EXPECT_EQ(points("CollisionShapes").size(), edges - 24);
-  static_cast<zorCollide::Box&>(*hung->getGeometries()[0]->getShape(0)).setHalfExtents(zor::Vec3(3, 0.5, 0.5));
+  static_cast<zorCollide::Box&>(*hung->getGeometries()[0]->getShape(0))
+      .setHalfExtents(zor::Vec3(3, 0.5, 0.5));
   runFrames(1);
   float widest = 0;
   for (osg::Vec3 const& point : points("CollisionShapes"))

@@ -43,7 +43,8 @@ struct EveryMethod : Shadows, testing::WithParamInterface<SceneDecorator::Shadow
 
 INSTANTIATE_TEST_SUITE_P(Methods, EveryMethod,
                          testing::Values(SceneDecorator::SOFT_SHADOWMAP, SceneDecorator::SHADOWMAP,
-                                         SceneDecorator::SHADOWVOLUME, SceneDecorator::PARALLELLSPLIT_SHADOWMAP,
+                                         SceneDecorator::SHADOWVOLUME,
+                                         SceneDecorator::PARALLELLSPLIT_SHADOWMAP,
                                          SceneDecorator::LIGHTSPACEPERSPECTIVE_SHADOWMAP,
                                          SceneDecorator::SHADOWTEXTURE));
 
@@ -100,8 +101,9 @@ TEST_P(EveryMethod, leaveLitFacesLit) {
   zorTest::keepImage(*shadowed, named("decorator_acne"));
   for (double const angle : {0.15, 0.4, 0.7, 1.0}) // from the light's direction, on the sphere
     for (double around = 0.0; around < 6.2; around += 0.2) {
-      osg::Vec3d const slanted = osg::Quat(around, osg::Vec3d(0.7071, 0.0, 0.7071)) *
-                                 (osg::Quat(angle, osg::Vec3d(0.0, 1.0, 0.0)) * osg::Vec3d(0.7071, 0.0, 0.7071));
+      osg::Vec3d const slanted =
+          osg::Quat(around, osg::Vec3d(0.7071, 0.0, 0.7071)) *
+          (osg::Quat(angle, osg::Vec3d(0.0, 1.0, 0.0)) * osg::Vec3d(0.7071, 0.0, 0.7071));
       osg::Vec3d const point = osg::Vec3d(0.0, 0.0, 1.0) + slanted;
       EXPECT_NEAR(scene.at(*plain, point), scene.at(*shadowed, point), 0.015) << angle << " " << around;
     }
@@ -134,9 +136,9 @@ TEST_P(EveryMethod, fallOnOtherBodiesUnlessTheyAreSilhouettes) {
 TEST_P(EveryMethod, comeFromOpenSurfacesAndSurroundTheCamera) {
   scene.decorator->removeChild(block.get());
   for (bool const upsideDown : {false, true}) {
-    osg::ref_ptr<osg::Geometry> const sheet =
-        osg::createTexturedQuadGeometry({-0.5f, -0.5f, 2.0f}, upsideDown ? osg::Vec3(0, 1, 0) : osg::Vec3(1, 0, 0),
-                                        upsideDown ? osg::Vec3(1, 0, 0) : osg::Vec3(0, 1, 0));
+    osg::ref_ptr<osg::Geometry> const sheet = osg::createTexturedQuadGeometry(
+        {-0.5f, -0.5f, 2.0f}, upsideDown ? osg::Vec3(0, 1, 0) : osg::Vec3(1, 0, 0),
+        upsideDown ? osg::Vec3(1, 0, 0) : osg::Vec3(0, 1, 0));
     zorTest::paint(*sheet, {0.6f, 0.6f, 0.6f, 1.0f});
     scene.decorator->addChild(sheet);
     EXPECT_TRUE(isShadowed()) << upsideDown;

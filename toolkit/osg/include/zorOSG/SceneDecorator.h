@@ -51,11 +51,11 @@ public:
   enum ShadowMethod : int {
     SOFT_SHADOWMAP = 0, ///< Shadow map with soft edges.
     SHADOWMAP,          ///< Shadow map with sharp edges, at less cost.
-    SHADOWVOLUME,       ///< Exact edges at any distance; particles cast none. Costs as much as there is in view.
+    SHADOWVOLUME, ///< Exact edges at any distance; particles cast none. Costs as much as there is in view.
     PARALLELLSPLIT_SHADOWMAP,        ///< Three soft maps, for what is near, farther and far: for wide views.
     LIGHTSPACEPERSPECTIVE_SHADOWMAP, ///< One soft map with more texels where the view is near.
     SHADOWTEXTURE, ///< Soft silhouettes on what lies behind all bodies, which do not darken each other.
-    NO_SHADOWS                       ///< No shadows.
+    NO_SHADOWS     ///< No shadows.
   };
 
   /**

@@ -61,7 +61,8 @@ KeyMap::Group ExampleApplication::Impl::viewKeys() {
           {{Keys::KEY_Space, "camera home", [this] { camera.goHome(graph.bound()); }},
            {'f', "fit the scene into the view", [this] { app.fitSceneIntoView(); }},
            {'x', "turn to the middle of the scene", [this] { app.centerScene(); }},
-           {'m', "turn about the scene, or fly: arrows, Page Up and Down", [this] { camera.switchMode(graph.bound()); }},
+           {'m', "turn about the scene, or fly: arrows, Page Up and Down",
+            [this] { camera.switchMode(graph.bound()); }},
            {'t', "follow the body under the mouse, or let go", [this] { followBodyUnderMouse(); }},
            {'V', "keep this view", [this] { keepView(); }},
            {'v', "next kept view", [this] { showNextView(); }}}};
@@ -70,14 +71,16 @@ KeyMap::Group ExampleApplication::Impl::viewKeys() {
 KeyMap::Group ExampleApplication::Impl::drawingKeys() {
   return {"Drawing",
           {{'g', "grid", [this] { app.setEnableGrid(!app.getEnableGrid()); }},
-           {'a', "coordinate system", [this] { app.setEnableCoordinateSystem(!app.getEnableCoordinateSystem()); }},
+           {'a', "coordinate system",
+            [this] { app.setEnableCoordinateSystem(!app.getEnableCoordinateSystem()); }},
            {'l', "next kind of shadows", [this] { showNextShadows(); }},
            {'o', "scene on or off", [this] { app.setEnableOSGRenderer(!app.getEnableOSGRenderer()); }}}};
 }
 
 KeyMap::Group ExampleApplication::Impl::debugKeys() {
-  KeyMap::Group group{"Debug rendering",
-                      {{'d', "on or off", [this] { app.setEnableDebugRenderer(!app.getEnableDebugRenderer()); }}}};
+  KeyMap::Group group{"Debug rendering", {{'d', "on or off", [this] {
+                                             app.setEnableDebugRenderer(!app.getEnableDebugRenderer());
+                                           }}}};
   constexpr std::array<std::pair<RenderProxyFactory::Kind, char const*>, 5> kinds = {
       {{RenderProxyFactory::CONTACTS, "contacts"},
        {RenderProxyFactory::CONSTRAINT_AXES, "axes of constraints"},
@@ -105,8 +108,7 @@ KeyMap::Group ExampleApplication::Impl::windowKeys() {
               updateHelp();
             }},
            {'c', "screen shot", [this] { app.takeScreenShot(); }},
-           {Keys::KEY_Escape, "quit",
-            [this] {
+           {Keys::KEY_Escape, "quit", [this] {
               if (quitEventSetsDone)
                 host->viewer().setDone(true);
             }}}};

@@ -44,8 +44,8 @@ float rightOf(osgText::Text const& text) {
 
 } // namespace
 
-osg::Vec2 HelpOverlay::writeColumn(std::vector<HelpSection> const& sections, std::size_t first, std::size_t last,
-                                   float left) {
+osg::Vec2 HelpOverlay::writeColumn(std::vector<HelpSection> const& sections, std::size_t first,
+                                   std::size_t last, float left) {
   float widestKey = 0, right = left, y = -MARGIN;
   std::vector<osgText::Text*> texts;
   for (std::size_t i = first; i < last; ++i) {
@@ -70,9 +70,8 @@ void HelpOverlay::show(std::vector<HelpSection> const& sections) {
   clear();
   std::size_t const split = balance(sections);
   osg::Vec2 const first = writeColumn(sections, 0, split, MARGIN);
-  osg::Vec2 const second = split < sections.size()
-                               ? writeColumn(sections, split, sections.size(), first.x() + COLUMN_GAP)
-                               : first;
+  osg::Vec2 const second =
+      split < sections.size() ? writeColumn(sections, split, sections.size(), first.x() + COLUMN_GAP) : first;
   setSize(second.x() + MARGIN, MARGIN - std::min(first.y(), second.y()));
 }
 

@@ -14,7 +14,8 @@ public:
 
 private:
   /** \return the lower right corner of what was written */
-  osg::Vec2 writeColumn(std::vector<HelpSection> const& sections, std::size_t first, std::size_t last, float left);
+  osg::Vec2 writeColumn(std::vector<HelpSection> const& sections, std::size_t first, std::size_t last,
+                        float left);
 };
 
 } // namespace zorOSG

@@ -10,9 +10,9 @@
 namespace zorOSG {
 
 /**
- * A dark panel with texts and drawables over the picture, hidden until it is shown. Its coordinates are pixels
- * from the upper left corner of the panel, x to the right and y down as negative numbers; high-resolution
- * screens scale it up, and a panel that would not fit into the window is scaled down.
+ * A dark panel with texts and drawables over the picture, hidden until it is shown. Its coordinates are
+ * pixels from the upper left corner of the panel, x to the right and y down as negative numbers;
+ * high-resolution screens scale it up, and a panel that would not fit into the window is scaled down.
  */
 class OverlayPanel {
 public:
@@ -36,7 +36,8 @@ public:
   void clear();
 
   /** \return a new text, whose first line starts at a point; owned by the panel */
-  osgText::Text& addText(std::string const& text, osg::Vec2 const& at, osg::Vec4 const& color, float size = 15);
+  osgText::Text& addText(std::string const& text, osg::Vec2 const& at, osg::Vec4 const& color,
+                         float size = 15);
 
   void add(osg::Drawable* drawable);
 

@@ -19,10 +19,8 @@ constexpr float HEIGHT = -COUNTS_TOP + 112;
 constexpr double INTERVAL = 0.5;
 
 osg::Vec4 const TEXT(0.93f, 0.94f, 0.96f, 1), FAINT(0.62f, 0.66f, 0.72f, 1);
-std::array<osg::Vec4, 4> const COLORS = {{{1.0f, 0.62f, 0.22f, 1},
-                                          {0.45f, 0.85f, 0.42f, 1},
-                                          {0.38f, 0.66f, 1.0f, 1},
-                                          {0.36f, 0.39f, 0.44f, 1}}};
+std::array<osg::Vec4, 4> const COLORS = {
+    {{1.0f, 0.62f, 0.22f, 1}, {0.45f, 0.85f, 0.42f, 1}, {0.38f, 0.66f, 1.0f, 1}, {0.36f, 0.39f, 0.44f, 1}}};
 std::array<char const*, 4> const NAMES = {"physics", "cull", "draw", "other"};
 
 std::array<double, 4> partsOf(FrameTimes const& times) {
@@ -49,8 +47,8 @@ StatisticsOverlay::StatisticsOverlay() : OverlayPanel(Corner::UPPER_RIGHT), m_fr
   m_limit = &addText("", {MARGIN + 4, GRAPH_TOP - 2}, FAINT, 12);
   for (std::size_t part = 0; part < PARTS; ++part) {
     auto const column = static_cast<float>(part % 2), row = static_cast<float>(part / 2);
-    m_parts[part] =
-        &addText("", {MARGIN + column * 152, LEGEND_TOP - row * 19}, COLORS[part] * 0.85f + osg::Vec4(.15f, .15f, .15f, .15f), 14);
+    m_parts[part] = &addText("", {MARGIN + column * 152, LEGEND_TOP - row * 19},
+                             COLORS[part] * 0.85f + osg::Vec4(.15f, .15f, .15f, .15f), 14);
   }
   m_counts = &addText("", {MARGIN, COUNTS_TOP}, TEXT, 14);
   setSize(WIDTH, HEIGHT);
@@ -91,8 +89,8 @@ void StatisticsOverlay::drawGraph() {
   float const bottom = GRAPH_TOP - GRAPH_HEIGHT;
   auto vertex = m_bars->begin();
   auto const quad = [&vertex](float left, float right, float low, float high) {
-    for (osg::Vec3 const& corner :
-         {osg::Vec3(left, low, 0), osg::Vec3(right, low, 0), osg::Vec3(right, high, 0), osg::Vec3(left, high, 0)})
+    for (osg::Vec3 const& corner : {osg::Vec3(left, low, 0), osg::Vec3(right, low, 0),
+                                    osg::Vec3(right, high, 0), osg::Vec3(left, high, 0)})
       *vertex++ = corner;
   };
   quad(MARGIN, WIDTH - MARGIN, bottom, GRAPH_TOP);
@@ -115,7 +113,8 @@ void StatisticsOverlay::restart() {
   m_sum = {};
 }
 
-void StatisticsOverlay::addFrame(FrameTimes const& times, double time, zorSDK::SimulationStatistics const& counts) {
+void StatisticsOverlay::addFrame(FrameTimes const& times, double time,
+                                 zorSDK::SimulationStatistics const& counts) {
   m_frames[m_next] = times;
   m_next = (m_next + 1) % FRAMES;
   drawGraph();

@@ -11,7 +11,8 @@
 
 namespace zorOSG {
 
-/** Wire frames of the collision shapes. An outline is made when its geometry is first seen, or has changed. */
+/** Wire frames of the collision shapes. An outline is made when its geometry is first seen, or has changed.
+ */
 class CollisionShapes {
 public:
   void draw(zorSDK::Simulation const& simulation, DebugLines& lines);

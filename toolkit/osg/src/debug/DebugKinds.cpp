@@ -93,8 +93,8 @@ void drawContacts(zorSDK::Simulation const& simulation, DebugLines& lines) {
     double const length = 0.5 * smallerRadius(contact);
     for (auto const& point : contact.getPoints()) {
       osg::Vec3d const at = toOsg(point.getPoint());
-      osg::Vec4ub const color =
-          contact.isSensorContact() ? SENSOR
+      osg::Vec4ub const color = contact.isSensorContact()
+                                    ? SENSOR
                                     : loadColor(largest > 0 ? point.getNormalForceMagnitude() / largest : 0);
       lines.point(at, color);
       lines.line(at, at + toOsg(point.getNormal()) * length, color);

@@ -6,8 +6,8 @@
 
 namespace zorOSG {
 
-/** Points of contacts, with normals as long as the smaller partner is wide, from yellow to red by their part of
- * the largest force. */
+/** Points of contacts, with normals as long as the smaller partner is wide, from yellow to red by their part
+ * of the largest force. */
 void drawContacts(zorSDK::Simulation const& simulation, DebugLines& lines);
 
 /** The attachment frames of constraints, the joint's axis as a long line in the colour of its state. */

@@ -11,7 +11,8 @@
 
 namespace zorOSG {
 
-/** Names of bodies at their centres of mass and of constraints at their attachments, as large from any distance. */
+/** Names of bodies at their centres of mass and of constraints at their attachments, as large from any
+ * distance. */
 class NameLabels {
 public:
   NameLabels();

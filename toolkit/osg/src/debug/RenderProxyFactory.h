@@ -12,8 +12,8 @@
 namespace zorOSG {
 
 /**
- * Makes, and keeps, what stands for the objects of a simulation in debug rendering: one drawable a kind, whose
- * arrays are overwritten in place. Nothing is done for what is not shown.
+ * Makes, and keeps, what stands for the objects of a simulation in debug rendering: one drawable a kind,
+ * whose arrays are overwritten in place. Nothing is done for what is not shown.
  */
 class RenderProxyFactory {
 public:

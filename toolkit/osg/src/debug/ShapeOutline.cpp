@@ -17,8 +17,8 @@ namespace {
 /** Cosine of the angle below which two triangles count as one face. */
 constexpr double FLAT = 0.99995;
 
-/** As coarse as makes out the form: every line is drawn. */
-constexpr float DETAIL = 0.2f;
+/** That of visuals by default, so that lines lie on their edges. */
+constexpr float DETAIL = 0.35f;
 
 struct Edge {
   osg::Vec3d normal; // of the first triangle at it
@@ -54,7 +54,8 @@ private:
   void triangle(unsigned int a, unsigned int b, unsigned int c) {
     unsigned int const corners[3] = {m_numbers[a], m_numbers[b], m_numbers[c]};
     auto const& at = m_welder.positions();
-    osg::Vec3d normal = osg::Vec3d(at[corners[1]] - at[corners[0]]) ^ osg::Vec3d(at[corners[2]] - at[corners[0]]);
+    osg::Vec3d normal =
+        osg::Vec3d(at[corners[1]] - at[corners[0]]) ^ osg::Vec3d(at[corners[2]] - at[corners[0]]);
     if (normal.normalize() == 0)
       return;
     for (int i = 0; i < 3; ++i) {

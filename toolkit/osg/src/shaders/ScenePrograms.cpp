@@ -81,7 +81,7 @@ vec3 zorSphereNormal;
 vec4 zorSphereColor;
 #ifdef ONE_MAP
 uniform mat4 zor_shadowMatrix;
-uniform vec2 zor_shadowOffset; // along the normal, times w and times w squared
+uniform vec2 zor_shadowOffset; // along the normal, times w
 #endif
 
 void meetSphere() {
@@ -117,7 +117,7 @@ void meetSphere() {
     zorSphereColor.a *= max(dot(zorSphereNormal, normalize(-zorEye)), 0.0);
 #ifdef ONE_MAP
   vec4 coord = zor_shadowMatrix * vec4(zorEye, 1.0);
-  zorShadowCoord = zor_shadowMatrix * vec4(zorEye + zorSphereNormal * ((zor_shadowOffset.x + zor_shadowOffset.y * coord.w) * coord.w), 1.0);
+  zorShadowCoord = zor_shadowMatrix * vec4(zorEye + zorSphereNormal * (zor_shadowOffset.x * coord.w), 1.0);
 #endif
 }
 )";
@@ -125,7 +125,7 @@ void meetSphere() {
 char const* const SCENE_VERTEX = R"(
 #ifdef ONE_MAP
 uniform mat4 zor_shadowMatrix;
-uniform vec2 zor_shadowOffset; // along the normal, times w and times w squared
+uniform vec2 zor_shadowOffset; // along the normal, times w
 #endif
 
 void main() {
@@ -148,7 +148,7 @@ void main() {
   // Looking the shadow up a little above the surface keeps a surface from shadowing itself.
   vec3 normal = normalize(zorNormal);
   normal = dot(normal, eye) > 0.0 ? -normal : normal;
-  coord = zor_shadowMatrix * vec4(eye + normal * ((zor_shadowOffset.x + zor_shadowOffset.y * coord.w) * coord.w), 1.0);
+  coord = zor_shadowMatrix * vec4(eye + normal * (zor_shadowOffset.x * coord.w), 1.0);
 #endif
   zorShadowCoord = coord;
 #endif
@@ -168,7 +168,7 @@ uniform sampler2DShadow zor_shadowMap;
 float lightAt(vec2 at, float depth) { return shadow2D(zor_shadowMap, vec3(at, depth)).r; }
 #endif
 
-#if ZOR_SHADOWKIND == 2 || ZOR_SHADOWKIND == 3
+#if ZOR_SHADOWKIND == 2 || ZOR_SHADOWKIND == 3 || ZOR_SHADOWKIND == 6
 uniform sampler2D zor_shadowMap;
 uniform vec2 zor_shadowMapSize;
 
@@ -249,6 +249,20 @@ float lightThrough(vec3 normal) {
   if (coord.w <= 0.0 || any(lessThan(at.xy, edge)) || any(greaterThan(at.xy, 1.0 - edge)))
     return 1.0;
   return lightAt(vec2((at.x + float(part)) / 3.0, at.y), clamp(at.z, 0.0, 1.0));
+}
+#endif
+
+#if ZOR_SHADOWKIND == 6
+uniform mat4 zor_shadowMatrix;
+uniform vec2 zor_shadowOffset; // along the normal, times w and times w squared
+
+// The size of texels is no linear function of the place, so that nothing can be interpolated.
+float lightThrough(vec3 normal) {
+  vec4 coord = zor_shadowMatrix * vec4(zorEye, 1.0);
+  float offset = (zor_shadowOffset.x + zor_shadowOffset.y * coord.w) * coord.w;
+  coord = zor_shadowMatrix * vec4(zorEye + normal * offset, 1.0);
+  vec3 at = coord.xyz / coord.w;
+  return coord.w > 0.0 ? lightAt(at.xy, clamp(at.z, 0.0, 1.0)) : 1.0;
 }
 #endif
 

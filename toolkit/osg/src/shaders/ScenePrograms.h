@@ -32,6 +32,7 @@ inline std::string const SOFT_MAP = "2";
 inline std::string const SPLIT_MAP = "3";
 inline std::string const SILHOUETTES = "4";
 inline std::string const IN_SHADOW = "5"; ///< all that is drawn lies in the shadow
+inline std::string const WARPED_MAP = "6";
 
 /** What a light needs of the shader; the value of its define. */
 enum class LightKind { DIRECTIONAL = 1, POSITIONAL = 2, ATTENUATED = 3, SPOT = 4 };

@@ -203,7 +203,8 @@ osg::Matrixd projectionOf(LightView const& light, Bounds const& bounds) {
                                cut, far);
 }
 
-/** A scene that goes on behind the eye has no nearest depth; a warp for all of it would leave nothing for the rest. */
+/** A scene that goes on behind the eye has no nearest depth; a warp for all of it would leave nothing for the
+ * rest. */
 constexpr double NEAREST_PART = 0.02;
 
 /**
@@ -219,7 +220,8 @@ double warpDistance(ShadowTask const& task, osg::Vec3d const& lightDirection, do
   return std::max(2.0 * distance / mapLength, 0.05);
 }
 
-/** \return how much wider than its near end a warped map may be stretched without losing what the view shows */
+/** \return how much wider than its near end a warped map may be stretched without losing what the view shows
+ */
 double stretch(ShadowTask const& task, osg::Matrixd const& toClip, double distance) {
   double widest = 0.0;
   for (osg::Vec3d const& corner : visibleCorners(task)) {
@@ -234,12 +236,13 @@ double stretch(ShadowTask const& task, osg::Matrixd const& toClip, double distan
 
 /** Gives the near end of a map, its lower edge, more texels, at the cost of the far end. */
 void warp(ShadowTask const& task, Bounds const& bounds, double distance, ShadowFit& fit) {
-  osg::Vec3d const light = osg::Matrixd::transform3x3(osg::Vec3d(0.0, 0.0, -1.0), osg::Matrixd::inverse(fit.view));
+  osg::Vec3d const light =
+      osg::Matrixd::transform3x3(osg::Vec3d(0.0, 0.0, -1.0), osg::Matrixd::inverse(fit.view));
   if ((viewDirection(task) ^ light).length() <= 0.05)
     return; // the view runs across no part of the map
   double const n = warpDistance(task, light, (bounds.vMax - bounds.vMin) * distance);
   double const across = stretch(task, fit.view * fit.projection, n);
-  osg::Matrixd const matrix(across, 0.0, 0.0, 0.0, //
+  osg::Matrixd const matrix(across, 0.0, 0.0, 0.0,  //
                             0.0, n + 1.0, 0.0, 1.0, //
                             0.0, 0.0, n, 0.0,       //
                             0.0, 1.0, 0.0, n + 1.0);

@@ -11,11 +11,11 @@ namespace zorOSG {
 
 /** The part of the scene that a shadow map covers, seen from the light. */
 struct ShadowFit {
-  osg::Matrixd view;       ///< scene to light
-  osg::Matrixd projection; ///< light to the map's clip coordinates
-  double texel = 0.0;      ///< size of a texel (m) in parts of w of its clip coordinates
+  osg::Matrixd view;        ///< scene to light
+  osg::Matrixd projection;  ///< light to the map's clip coordinates
+  double texel = 0.0;       ///< size of a texel (m) in parts of w of its clip coordinates
   double texelGrowth = 0.0; ///< what w squared adds to it, where the map is warped (m)
-  bool empty = true;       ///< nothing that casts shadows can be seen
+  bool empty = true;        ///< nothing that casts shadows can be seen
 };
 
 /** Distances from the plane of the eye (m). */

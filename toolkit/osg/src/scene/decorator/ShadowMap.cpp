@@ -22,13 +22,26 @@ constexpr double SOFTNESS = 0.25 * 0.0065;
 constexpr double SOFT_OFFSET = 2.0;
 constexpr double SHARP_OFFSET = 1.2;
 
+std::string const& kindOf(ShadowMap::Style style) {
+  switch (style) {
+  case ShadowMap::Style::SHARP:
+    return define::SHARP_MAP;
+  case ShadowMap::Style::WARPED:
+    return define::WARPED_MAP;
+  case ShadowMap::Style::SOFT:
+    break;
+  }
+  return define::SOFT_MAP;
+}
+
 } // namespace
 
 ShadowMap::ShadowMap(osg::Camera& view, Content content, Style style)
     : ShadowTechnique(view), m_style(style), m_size(style == Style::SOFT ? SOFT_MAP_SIZE : SHARP_MAP_SIZE),
       m_map(makeDepthTexture(m_size, m_size, style == Style::SHARP)),
       m_pass(std::move(content), m_map, {0, m_size}, ShadowPass::Kind::DEPTH),
-      m_state(makeShadowState(*m_map)), m_matrix(new osg::Uniform(osg::Uniform::FLOAT_MAT4, "zor_shadowMatrix")),
+      m_state(makeShadowState(*m_map)),
+      m_matrix(new osg::Uniform(osg::Uniform::FLOAT_MAT4, "zor_shadowMatrix")),
       m_offset(new osg::Uniform("zor_shadowOffset", osg::Vec2())) {
   m_state->addUniform(m_matrix);
   m_state->addUniform(m_offset);
@@ -37,8 +50,12 @@ ShadowMap::ShadowMap(osg::Camera& view, Content content, Style style)
 osg::StateSet* ShadowMap::begin(osgUtil::CullVisitor& visitor, osg::Light const& light,
                                 SceneSurvey const& survey) {
   osg::Matrixd const toEye = *visitor.getModelViewMatrix();
-  ShadowTask task{osg::Vec4d(light.getPosition()), osg::Vec3d(light.getDirection()), survey.casters(),
-                  survey.scene(), toEye, *visitor.getProjectionMatrix()};
+  ShadowTask task{osg::Vec4d(light.getPosition()),
+                  osg::Vec3d(light.getDirection()),
+                  survey.casters(),
+                  survey.scene(),
+                  toEye,
+                  *visitor.getProjectionMatrix()};
   task.softness = m_style == Style::SOFT ? SOFTNESS : 0.0;
   task.mapSize = m_size;
   task.isWarped = m_style == Style::WARPED;
@@ -48,8 +65,9 @@ osg::StateSet* ShadowMap::begin(osgUtil::CullVisitor& visitor, osg::Light const&
   m_pass.cull(visitor, fit, survey.scene());
   m_matrix->set(osg::Matrixf(toTexture(toEye, fit)));
   double const offset = m_style == Style::SHARP ? SHARP_OFFSET : SOFT_OFFSET;
-  m_offset->set(osg::Vec2(static_cast<float>(fit.texel * offset), static_cast<float>(fit.texelGrowth * offset)));
-  setShadowDefines(*m_state, light, m_style == Style::SHARP ? define::SHARP_MAP : define::SOFT_MAP);
+  m_offset->set(
+      osg::Vec2(static_cast<float>(fit.texel * offset), static_cast<float>(fit.texelGrowth * offset)));
+  setShadowDefines(*m_state, light, kindOf(m_style));
   return m_state;
 }
 

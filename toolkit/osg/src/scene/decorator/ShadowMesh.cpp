@@ -50,7 +50,8 @@ public:
   }
 
 private:
-  static void add(std::vector<osg::Vec3>& triangles, osg::Vec3 const& a, osg::Vec3 const& b, osg::Vec3 const& c) {
+  static void add(std::vector<osg::Vec3>& triangles, osg::Vec3 const& a, osg::Vec3 const& b,
+                  osg::Vec3 const& c) {
     triangles.push_back(a);
     triangles.push_back(b);
     triangles.push_back(c);
@@ -82,7 +83,9 @@ ShadowMesh::ShadowMesh(osg::Geometry const& mesh) {
   for (std::size_t i = 0; i < m_sides.size();) {
     int sum = 0;
     std::size_t const first = i;
-    for (; i < m_sides.size() && m_sides[i].low == m_sides[first].low && m_sides[i].high == m_sides[first].high; ++i)
+    for (;
+         i < m_sides.size() && m_sides[i].low == m_sides[first].low && m_sides[i].high == m_sides[first].high;
+         ++i)
       sum += m_sides[i].direction;
     m_isClosed = m_isClosed && sum == 0;
   }
@@ -100,7 +103,8 @@ void ShadowMesh::addTriangle(Triangle const& corners) {
   }
 }
 
-/** \return 1 for triangles that face the light; for others 0 in a closed body and -1, turned round, in a sheet */
+/** \return 1 for triangles that face the light; for others 0 in a closed body and -1, turned round, in a
+ * sheet */
 std::vector<int> ShadowMesh::weighTriangles(std::vector<osg::Vec3d> const& points, VolumeLight const& light,
                                             bool isMirrored) const {
   std::vector<int> weights;

@@ -29,8 +29,8 @@ public:
   explicit ShadowMesh(osg::Geometry const& mesh);
 
   /**
-   * Makes the surface of the space that the body keeps light from, which is closed. Bodies with an open surface
-   * are taken for sheets that keep light off on both sides.
+   * Makes the surface of the space that the body keeps light from, which is closed. Bodies with an open
+   * surface are taken for sheets that keep light off on both sides.
    * \param place - takes the drawable to the coordinates of light and result
    */
   VolumeSurface makeVolume(osg::Matrixd const& place, VolumeLight const& light) const;

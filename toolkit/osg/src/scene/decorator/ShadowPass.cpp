@@ -23,7 +23,8 @@ namespace {
 constexpr int TRANSPARENT_BIN = 10;
 
 constexpr auto ON = osg::StateAttribute::ON | osg::StateAttribute::OVERRIDE | osg::StateAttribute::PROTECTED;
-constexpr auto OFF = osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE | osg::StateAttribute::PROTECTED;
+constexpr auto OFF =
+    osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE | osg::StateAttribute::PROTECTED;
 
 /** Continues the walk that reaches the camera in the scene that casts the shadows. */
 class ContentCallback : public osg::NodeCallback {

@@ -27,8 +27,12 @@ ShadowTexture::ShadowTexture(osg::Camera& view, Content content)
 osg::StateSet* ShadowTexture::begin(osgUtil::CullVisitor& visitor, osg::Light const& light,
                                     SceneSurvey const& survey) {
   osg::Matrixd const toEye = *visitor.getModelViewMatrix();
-  ShadowTask task{osg::Vec4d(light.getPosition()), osg::Vec3d(light.getDirection()), survey.casters(),
-                  survey.scene(), toEye, *visitor.getProjectionMatrix()};
+  ShadowTask task{osg::Vec4d(light.getPosition()),
+                  osg::Vec3d(light.getDirection()),
+                  survey.casters(),
+                  survey.scene(),
+                  toEye,
+                  *visitor.getProjectionMatrix()};
   task.softness = SOFTNESS;
   task.mapSize = SIZE;
   ShadowFit const fit = fitShadow(task);

@@ -46,8 +46,9 @@ osg::ref_ptr<osg::StateSet> makeShadowState(osg::Texture2D& texture) {
   state->setDataVariance(osg::Object::DYNAMIC);
   state->setTextureAttribute(SHADOW_UNIT, &texture);
   state->addUniform(new osg::Uniform("zor_shadowMap", static_cast<int>(SHADOW_UNIT)));
-  state->addUniform(new osg::Uniform("zor_shadowMapSize", osg::Vec2(static_cast<float>(texture.getTextureWidth()),
-                                                                    static_cast<float>(texture.getTextureHeight()))));
+  state->addUniform(
+      new osg::Uniform("zor_shadowMapSize", osg::Vec2(static_cast<float>(texture.getTextureWidth()),
+                                                      static_cast<float>(texture.getTextureHeight()))));
   return state;
 }
 

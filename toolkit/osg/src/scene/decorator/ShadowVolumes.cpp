@@ -69,8 +69,10 @@ void showTriangles(osg::Geometry& drawable) {
 
 /** Counts the surfaces of volumes that lie behind what is seen: backs up, fronts down. */
 void setVolumeState(osg::StateSet& state, int bin) {
-  constexpr auto on = osg::StateAttribute::ON | osg::StateAttribute::OVERRIDE | osg::StateAttribute::PROTECTED;
-  constexpr auto off = osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE | osg::StateAttribute::PROTECTED;
+  constexpr auto on =
+      osg::StateAttribute::ON | osg::StateAttribute::OVERRIDE | osg::StateAttribute::PROTECTED;
+  constexpr auto off =
+      osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE | osg::StateAttribute::PROTECTED;
   osg::ref_ptr<osg::StencilTwoSided> const count = new osg::StencilTwoSided;
   for (auto const face : {osg::StencilTwoSided::FRONT, osg::StencilTwoSided::BACK}) {
     count->setFunction(face, osg::StencilTwoSided::ALWAYS, 0, ~0u);
@@ -99,13 +101,15 @@ void setInShadowState(osg::StateSet& state) {
   inside->setFunction(osg::Stencil::NOTEQUAL, 0, ~0u);
   inside->setOperation(osg::Stencil::KEEP, osg::Stencil::KEEP, osg::Stencil::KEEP);
   state.setAttributeAndModes(inside, on);
-  state.setAttributeAndModes(new osg::Depth(osg::Depth::LEQUAL, 0.0, 1.0, false), on | osg::StateAttribute::OVERRIDE);
+  state.setAttributeAndModes(new osg::Depth(osg::Depth::LEQUAL, 0.0, 1.0, false),
+                             on | osg::StateAttribute::OVERRIDE);
 }
 
 unsigned int revisionOf(osg::Geometry const& mesh) {
   unsigned int revision = mesh.getVertexArray() ? mesh.getVertexArray()->getModifiedCount() : 0;
   for (unsigned int i = 0; i < mesh.getNumPrimitiveSets(); ++i)
-    revision = revision * 31 + mesh.getPrimitiveSet(i)->getModifiedCount() + mesh.getPrimitiveSet(i)->getNumIndices();
+    revision = revision * 31 + mesh.getPrimitiveSet(i)->getModifiedCount() +
+               mesh.getPrimitiveSet(i)->getNumIndices();
   return revision;
 }
 

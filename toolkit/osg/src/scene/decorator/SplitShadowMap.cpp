@@ -35,8 +35,8 @@ SplitShadowMap::SplitShadowMap(osg::Camera& view, Content content)
       m_offsets(new osg::Uniform(osg::Uniform::FLOAT, "zor_splitOffset", SPLITS)),
       m_ends(new osg::Uniform(osg::Uniform::FLOAT, "zor_splitEnd", SPLITS)) {
   for (unsigned int i = 0; i < SPLITS; ++i)
-    m_passes[i] = std::make_unique<ShadowPass>(content, m_map, ShadowPass::Tile{static_cast<int>(i) * TILE, TILE},
-                                               ShadowPass::Kind::DEPTH);
+    m_passes[i] = std::make_unique<ShadowPass>(
+        content, m_map, ShadowPass::Tile{static_cast<int>(i) * TILE, TILE}, ShadowPass::Kind::DEPTH);
   for (auto const& uniform : {m_matrices, m_offsets, m_ends})
     m_state->addUniform(uniform);
 }
@@ -44,8 +44,12 @@ SplitShadowMap::SplitShadowMap(osg::Camera& view, Content content)
 osg::StateSet* SplitShadowMap::begin(osgUtil::CullVisitor& visitor, osg::Light const& light,
                                      SceneSurvey const& survey) {
   osg::Matrixd const toEye = *visitor.getModelViewMatrix();
-  ShadowTask task{osg::Vec4d(light.getPosition()), osg::Vec3d(light.getDirection()), survey.casters(),
-                  survey.scene(), toEye, *visitor.getProjectionMatrix()};
+  ShadowTask task{osg::Vec4d(light.getPosition()),
+                  osg::Vec3d(light.getDirection()),
+                  survey.casters(),
+                  survey.scene(),
+                  toEye,
+                  *visitor.getProjectionMatrix()};
   task.softness = SOFTNESS;
   task.mapSize = TILE;
   DepthRange range = visibleDepths(task);
@@ -54,7 +58,8 @@ osg::StateSet* SplitShadowMap::begin(osgUtil::CullVisitor& visitor, osg::Light c
     return nullptr;
   bool any = false;
   for (unsigned int i = 0; i < SPLITS; ++i) {
-    task.depths = {i == 0 ? 0.0 : splitAt(range, i / double(SPLITS)), splitAt(range, (i + 1) / double(SPLITS))};
+    task.depths = {i == 0 ? 0.0 : splitAt(range, i / double(SPLITS)),
+                   splitAt(range, (i + 1) / double(SPLITS))};
     ShadowFit const fit = fitShadow(task);
     m_ends->setElement(i, static_cast<float>(task.depths.farthest));
     m_offsets->setElement(i, fit.empty ? -1.0f : static_cast<float>(fit.texel * OFFSET));
