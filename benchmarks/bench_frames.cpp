@@ -1,3 +1,5 @@
+#include "context/EdgeSmoothing.h" // the one private header: both draw the same picture
+
 #include <zorCollide/Box.h>
 #include <zorIO/ArgumentParser.h>
 #include <zorOSG/CreateVisual.h>
@@ -85,6 +87,7 @@ osg::ref_ptr<osgViewer::Viewer> makeBareViewer(osg::Node* scene, osg::Camera con
   camera.setViewport(0, 0, WIDTH, HEIGHT);
   camera.setProjectionMatrix(like.getProjectionMatrix());
   camera.setViewMatrix(like.getViewMatrix());
+  zorOSG::smoothEdges(camera);
   camera.addFinalDrawCallback(new Finish);
   viewer->setCameraManipulator(nullptr);
   viewer->setSceneData(scene);
