@@ -8,6 +8,8 @@ import sys
 
 import pytest
 
+import _zorOSG  # noqa: F401 - before its siblings: types get their names from the module that knows all of them
+
 # The modules below tests/binding/, which lie beside those of the project in the build folder.
 TEST_MODULES = os.path.join(os.path.dirname(importlib.util.find_spec("zorOSG").origin), os.pardir, "tests", "binding")
 sys.path.append(TEST_MODULES)
