@@ -16,6 +16,10 @@ using zorPython::ScriptManager;
 constexpr std::size_t MAX_LINES = 18;
 constexpr std::size_t MAX_COLUMNS = 110;
 
+constexpr float MARGIN = 18;
+constexpr float GAP = 8;
+osg::Vec4 const TITLE(1.0f, 0.55f, 0.42f, 1), TEXT(0.93f, 0.94f, 0.96f, 1);
+
 /** Cuts a line that is too long, between two letters of UTF-8. */
 std::string shortened(std::string line) {
   if (line.size() <= MAX_COLUMNS)
@@ -65,24 +69,31 @@ void ErrorPanel::update() {
   if (!error)
     return;
   std::string const place = placeOf(*error);
-  show("Error in a script" + (place.empty() ? "" : ": " + place), bodyOf(*error));
+  show("Error in a script" + (place.empty() ? "" : ": " + place), "", bodyOf(*error));
 }
 
 void ErrorPanel::showFailure(std::string const& scene, std::string const& reason) {
   auto const error = takeNew();
-  show("The scene '" + scene +
-           "' could not be built. It is tried again when its file changes, or with the key r.",
-       error ? bodyOf(*error) : reason);
+  show("The scene '" + scene + "' could not be built",
+       "It is tried again when its file changes, or with the key r.", error ? bodyOf(*error) : reason);
 }
 
 void ErrorPanel::clear() {
   takeNew();
-  m_overlay.setVisible(false);
+  m_panel.setVisible(false);
 }
 
-void ErrorPanel::show(std::string const& title, std::string const& text) {
-  m_overlay.setText(title + "\n\n" + lastLines(text));
-  m_overlay.setVisible(true);
+void ErrorPanel::show(std::string const& title, std::string const& hint, std::string const& text) {
+  m_panel.clear();
+  osg::BoundingBox box = m_panel.addText(title, {MARGIN, -MARGIN}, TITLE, 16).getBoundingBox();
+  if (!hint.empty())
+    box.expandBy(m_panel.addText(hint, {MARGIN, box.yMin() - GAP}, TEXT, 14).getBoundingBox());
+  osgText::Text& body = m_panel.addText(lastLines(text), {MARGIN, box.yMin() - 2 * GAP}, TEXT, 14);
+  if (auto const font = osgText::readRefFontFile("DejaVu Sans Mono"))
+    body.setFont(font); // the interpreter marks what is wrong in the line above
+  box.expandBy(body.getBoundingBox());
+  m_panel.setSize(box.xMax() + MARGIN, MARGIN - box.yMin());
+  m_panel.setVisible(true);
 }
 
 } // namespace zorOSG

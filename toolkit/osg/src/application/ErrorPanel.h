@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TextOverlay.h"
+#include "OverlayPanel.h"
 
 #include <zorPython/ScriptError.h>
 
@@ -15,10 +15,10 @@ namespace zorOSG {
 class ErrorPanel {
 public:
   /** \return the node to put under the root of the viewer's graph */
-  osg::Node* node() const { return m_overlay.node(); }
+  osg::Node* node() const { return m_panel.node(); }
 
-  /** \param width, height size of the window in pixels */
-  void resize(int width, int height) { m_overlay.resize(width, height); }
+  /** \param width, height size of the window in pixels \param pixelScale as of OverlayPanel::resize() */
+  void resize(int width, int height, double pixelScale) { m_panel.resize(width, height, pixelScale); }
 
   /** Shows the error of a script that has come since the last call, if one has; called once a frame. */
   void update();
@@ -30,14 +30,12 @@ public:
   /** Shows nothing any more; errors so far are not shown again. */
   void clear();
 
-  bool isVisible() const { return m_overlay.isVisible(); }
-
 private:
   /** \return the newest error of a script, unless it has been taken */
   std::optional<zorPython::ScriptError> takeNew();
-  void show(std::string const& title, std::string const& text);
+  void show(std::string const& title, std::string const& hint, std::string const& text);
 
-  TextOverlay m_overlay{TextOverlay::Corner::LOWER_LEFT};
+  OverlayPanel m_panel{OverlayPanel::Corner::LOWER_LEFT};
   std::size_t m_numTaken = 0;
 };
 

@@ -185,12 +185,12 @@ void ExampleApplication::Impl::scaleOverlays() {
   double const scale = graph.decorator()->getScreenPixelScale();
   help.resize(size[0], size[1], scale);
   statistics.resize(size[0], size[1], scale);
+  errors.resize(size[0], size[1], scale);
 }
 
 void ExampleApplication::Impl::resized(int width, int height) {
   graph.decorator()->updateWindowSize(width, height);
   scaleOverlays();
-  errors.resize(width, height);
 }
 
 } // namespace zorOSG

@@ -117,9 +117,10 @@ void OverlayPanel::place() {
   double const size = std::max(scale(), 0.01);
   double const room = m_window.x() - m_size.x() * size;
   double const margin = std::min({MARGIN * m_pixelScale, room / 2, (m_window.y() - m_size.y() * size) / 2});
-  double const x = m_corner == Corner::UPPER_LEFT ? margin : room - margin;
+  double const x = m_corner == Corner::UPPER_RIGHT ? room - margin : margin;
+  double const y = m_corner == Corner::LOWER_LEFT ? m_size.y() * size + margin : m_window.y() - margin;
   m_placement->setMatrix(osg::Matrixd::scale(size, size, 1) *
-                         osg::Matrixd::translate(std::round(x), std::round(m_window.y() - margin), 0));
+                         osg::Matrixd::translate(std::round(x), std::round(y), 0));
 }
 
 } // namespace zorOSG

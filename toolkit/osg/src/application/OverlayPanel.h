@@ -16,7 +16,7 @@ namespace zorOSG {
  */
 class OverlayPanel {
 public:
-  enum class Corner { UPPER_LEFT, UPPER_RIGHT };
+  enum class Corner { UPPER_LEFT, UPPER_RIGHT, LOWER_LEFT };
 
   explicit OverlayPanel(Corner corner);
 
