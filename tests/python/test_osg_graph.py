@@ -7,6 +7,8 @@ import gc
 import pytest
 
 import osg
+import zor
+import zorOSG
 import zorPython
 
 
@@ -319,6 +321,9 @@ def test_billboards_keep_a_place_for_each_drawable():
         with pytest.raises((RuntimeError, ValueError), match="billboard"):
             change()
     assert billboard.removeDrawable(drawable) and len(billboard) == 0
+    with pytest.raises(RuntimeError, match="drawables only"):  # the toolkit takes it for a group
+        zorOSG.createAxes(zor.AffineMatrix4x4(), billboard)
+    assert len(billboard) == 0
 
 
 def test_lines_meet_drawables():

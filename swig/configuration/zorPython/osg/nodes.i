@@ -22,6 +22,8 @@ OSG_OWNED(ClipNode)
 OSG_OWNED(LightSource)
 
 %{
+#include "runtime/CheckedBillboard.h"
+
 static void zorCheckBillboard(osg::Group const* parent) {
   if (dynamic_cast<osg::Billboard const*>(parent))
     throw std::invalid_argument("a billboard takes drawables with addDrawable() and gives them back with removeDrawable()");
@@ -417,7 +419,6 @@ public:
 class Billboard : public Geode {
 public:
   enum Mode { POINT_ROT_EYE, POINT_ROT_WORLD, AXIAL_ROT };
-  Billboard();
   void setMode(Mode mode);
   Mode getMode() const;
   void setAxis(osg::Vec3f const& axis);
@@ -426,6 +427,7 @@ public:
   osg::Vec3f const& getNormal() const;
 };
 %extend Billboard {
+  Billboard() { return new zorBinding::CheckedBillboard; }
   /** Adds a drawable. \param position - where it stands \return true */
   bool addDrawable(osg::Drawable* drawable, osg::Vec3f const& position = osg::Vec3f()) {
     zorBinding::checkChildrenFree(*$self);
