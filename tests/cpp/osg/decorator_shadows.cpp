@@ -113,11 +113,14 @@ TEST_P(EveryMethod, leaveLitFacesLit) {
 TEST_P(EveryMethod, touchTheBodyThatStandsOnTheGround) {
   block->setMatrix(osg::Matrixd::translate(0.0, 0.0, 0.5));
   scene.view.lookAt({-8.0, -3.0, 6.0}, {-0.5, 0.0, 0.2});
-  auto const image = scene.render();
-  zorTest::keepImage(*image, named("decorator_contact"));
-  double const lit = scene.at(*image, {-3.0, 0.0, 0.0});
-  for (double const gap : {0.1, 0.2, 0.5})
-    EXPECT_LT(scene.at(*image, {-0.5 - gap, 0.0, 0.0}), 0.6 * lit) << gap;
+  for (double const place : {0.0, 1.0}) { // a light without a place, and one with
+    scene.decorator->getLightSource(SceneDecorator::LIGHT0).setPosition(zor::Vec4(30.0, 0.0, 30.0, place));
+    auto const image = scene.render();
+    zorTest::keepImage(*image, named("decorator_contact") + std::to_string(place));
+    double const lit = scene.at(*image, {-3.0, 0.0, 0.0});
+    for (double const gap : {0.1, 0.2, 0.5})
+      EXPECT_LT(scene.at(*image, {-0.5 - gap, 0.0, 0.0}), 0.6 * lit) << gap << ", " << place;
+  }
 }
 
 /** A second body lies in the shadow of the first. */

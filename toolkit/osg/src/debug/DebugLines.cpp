@@ -12,7 +12,7 @@ namespace zorOSG {
 namespace {
 
 /** Lines on a surface are pulled this far, in window depth, in front of it. */
-constexpr double PULL = 5e-4;
+constexpr double PULL = 1.5e-3;
 constexpr int BEFORE_HUD = 900;
 
 void setUpState(osg::Geometry& drawable, DebugLines::Layer layer, float lineWidth, float pointSize) {

@@ -248,7 +248,7 @@ void warp(ShadowTask const& task, Bounds const& bounds, double distance, ShadowF
                             0.0, 1.0, 0.0, n + 1.0);
   fit.projection = fit.projection * matrix;
   fit.texel = (bounds.uMax - bounds.uMin) / task.mapSize / across;
-  fit.texelGrowth = (bounds.vMax - bounds.vMin) / task.mapSize / (n * (n + 2.0));
+  fit.texelGrowth = (bounds.vMax - bounds.vMin) / task.mapSize / (n * (n + 2.0) * distance);
 }
 
 } // namespace
