@@ -29,14 +29,15 @@ def add(simulation: zorSDK.Simulation, root: osg.Group, shape: zorCollide.Shape,
     return body
 
 
-def ground(simulation: zorSDK.Simulation, root: osg.Group) -> None:
-    """What the scenes stand on."""
+def ground(simulation: zorSDK.Simulation, application: zorOSG.ExampleApplication, root: osg.Group) -> None:
+    """What the scenes stand on, seen from nearby."""
+    application.setCameraHome(zor.Vec3(4.5, -8.5, 4), zor.Vec3(0, 0, 1.3))
     add(simulation, root, zorCollide.Box(8, 8, 0.1), zor.Vec3(0, 0, -0.1), zor.Vec4f(0.45, 0.5, 0.42, 1), fixed=True)
 
 
 def tower(simulation: zorSDK.Simulation, application: zorOSG.ExampleApplication, root: osg.Group) -> None:
     """Bricks, and a ball that comes for them."""
-    ground(simulation, root)
+    ground(simulation, application, root)
     for layer in range(10):
         for side in (-0.28, 0.28):
             across = layer % 2 == 0
@@ -51,7 +52,7 @@ def tower(simulation: zorSDK.Simulation, application: zorOSG.ExampleApplication,
 
 def swing(simulation: zorSDK.Simulation, application: zorOSG.ExampleApplication, root: osg.Group) -> None:
     """A beam on a hinge with unequal loads."""
-    ground(simulation, root)
+    ground(simulation, application, root)
     post = add(simulation, root, zorCollide.Box(0.15, 0.5, 1), zor.Vec3(0, 0, 1), zor.Vec4f(0.35, 0.3, 0.3, 1), fixed=True)
     beam = add(simulation, root, zorCollide.Box(3, 0.3, 0.08), zor.Vec3(0, 0, 2.1), zor.Vec4f(0.7, 0.55, 0.3, 1))
     simulation.add(zor.Hinge(zor.Vec3(0, 0, 2.1), zor.Vec3(0, 1, 0), post, beam))
@@ -62,7 +63,7 @@ def swing(simulation: zorSDK.Simulation, application: zorOSG.ExampleApplication,
 
 def heap(simulation: zorSDK.Simulation, application: zorOSG.ExampleApplication, root: osg.Group) -> None:
     """As many bodies as the command line says behind "--"."""
-    ground(simulation, root)
+    ground(simulation, application, root)
     numbers = application.getArguments().getScriptArguments()
     chance = random.Random(3)
     for i in range(int(numbers[0]) if numbers else 40):
