@@ -314,3 +314,24 @@ TEST_F(EmbeddedWindow, contexts_that_are_missing_or_others_are_told) {
   frames(1);
   EXPECT_TRUE(isRed(*host.picture(), WIDTH / 2, HEIGHT / 2));
 }
+
+TEST_F(EmbeddedWindow, debug_rendering_shows_the_simulation_to_a_camera_that_asks_for_it) {
+  auto const differsFrom = [&](osg::Image const& before) {
+    frames(1);
+    osg::ref_ptr<osg::Image> const now = host.picture();
+    int count = 0;
+    for (int y = 0; y < HEIGHT; ++y)
+      for (int x = 0; x < WIDTH; ++x)
+        count +=
+            (now->getColor(unsigned(x), unsigned(y)) - before.getColor(unsigned(x), unsigned(y))).length() >
+            0.1f;
+    return count;
+  };
+  frames(2);
+  osg::ref_ptr<osg::Image> const plain = host.picture();
+  EXPECT_EQ(differsFrom(*plain), 0);
+  window.getCamera()->setCullMask(~0u);
+  EXPECT_GT(differsFrom(*plain), 30);
+  window.removeSimulation();
+  EXPECT_EQ(differsFrom(*plain), 0);
+}

@@ -93,7 +93,8 @@ public:
   void clear();
 
   /**
-   * Associates a simulation: its input listeners get the events.
+   * Associates a simulation: its input listeners get the events, and debug rendering shows it to a camera
+   * whose cull mask has DEBUG_RENDER_MASK, which at first it has not.
    * \param simulation - shared by the window; null for none
    */
   void setSimulation(zorSDK::Simulation* simulation);

@@ -6,6 +6,7 @@
 #include "InputAdapter.h"
 #include "ModifierKeys.h"
 #include "context/HostContext.h"
+#include "debug/RenderProxyFactory.h"
 #include "scene/Checks.h"
 
 #include <zor/Notify.h>
@@ -51,6 +52,7 @@ struct EmbeddedGLWindow::Impl {
   osg::ref_ptr<SceneDecorator> decorator;
   osg::ref_ptr<osg::Group> root;
   osg::ref_ptr<InputAdapter> input;
+  std::unique_ptr<RenderProxyFactory> proxies;
   zor::ref_ptr<zorSDK::Simulation> simulation;
   CameraControl camera;
   int width = 0;
@@ -69,6 +71,7 @@ struct EmbeddedGLWindow::Impl {
   void makeViewer(int x, int y);
   void place(int x, int y, int newWidth, int newHeight);
   void applyPolygonMode();
+  void updateProxies();
   void prepare();
   void clear();
   osgGA::EventQueue* events() const { return context ? context->getEventQueue() : nullptr; }
@@ -93,6 +96,16 @@ void EmbeddedGLWindow::Impl::makeScene() {
   decorator = new SceneDecorator(width, height);
   decorator->addChild(root);
   applyPolygonMode();
+  proxies = std::make_unique<RenderProxyFactory>();
+  proxies->node()->setNodeMask(DEBUG_RENDER_MASK);
+  decorator->getNonShadowedScene()->addChild(proxies->node());
+}
+
+/** Shown to a camera that asks for it, at no cost to others. */
+void EmbeddedGLWindow::Impl::updateProxies() {
+  bool const isSeen = viewer->getCamera()->getCullMask() & DEBUG_RENDER_MASK;
+  proxies->setEnabled(isSeen && simulation);
+  proxies->update(simulation.get());
 }
 
 void EmbeddedGLWindow::Impl::makeViewer(int x, int y) {
@@ -104,6 +117,7 @@ void EmbeddedGLWindow::Impl::makeViewer(int x, int y) {
   viewer->setReleaseContextAtEndOfFrameHint(false);
   context = new HostContext(x, y, width, height);
   viewer->getCamera()->setGraphicsContext(context);
+  viewer->getCamera()->setCullMask(~static_cast<unsigned int>(DEBUG_RENDER_MASK));
   viewer->getCamera()->setProjectionMatrixAsPerspective(FIELD_OF_VIEW, 1, 0.1, 10000);
   viewer->setSceneData(decorator);
   place(x, y, width, height);
@@ -162,6 +176,7 @@ void EmbeddedGLWindow::Impl::clear() {
   viewer = nullptr;
   context = nullptr;
   input = nullptr;
+  proxies = nullptr;
   decorator = nullptr;
   root = nullptr;
   isPrepared = false;
@@ -219,6 +234,7 @@ void EmbeddedGLWindow::frame() {
   m.viewer->advance();
   m.viewer->eventTraversal();
   m.input->rethrow();
+  m.updateProxies();
   m.viewer->updateTraversal();
   HostStateScope const hostState(*m.context);
   m.viewer->renderingTraversals();
