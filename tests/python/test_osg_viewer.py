@@ -1,5 +1,7 @@
 """A viewer without a display: what is drawn, events, files."""
 
+import gc
+
 import numpy
 import pytest
 
@@ -204,6 +206,16 @@ def test_a_viewer_without_a_window_says_so():
                 lambda: viewer.setUpOffScreen(1 << 30, 1 << 30)):
         with pytest.raises(RuntimeError):
             use()
+
+
+def test_a_manipulator_outlives_its_viewer():
+    manipulator = osgGA.OrbitManipulator()
+    viewer = osgViewer.Viewer()
+    viewer.setCameraManipulator(manipulator)
+    elevation = manipulator.getElevation()
+    del viewer
+    gc.collect()
+    assert manipulator.getElevation() == elevation
 
 
 def test_files_and_bytes(tmp_path):

@@ -120,8 +120,6 @@ public:
   osg::Node* getSceneData();
   void setSceneData(osg::Node* node);
   osgGA::CameraManipulator* getCameraManipulator();
-  /** \param manipulator - moves the camera from now on; None leaves it where it is \param resetPosition - whether it goes home */
-  void setCameraManipulator(osgGA::CameraManipulator* manipulator, bool resetPosition = true);
   osgGA::EventQueue* getEventQueue();
   /** Adds what is given the input events. */
   void addEventHandler(osgGA::EventHandler* handler);
@@ -169,6 +167,11 @@ public:
     if (!zorOSG::hasDisplay()) throw std::runtime_error("there is no display to open a window on: use setUpOffScreen()");
     $self->setUpViewInWindow(x, y, width, height);
     $self->realize();
+  }
+  /** \param manipulator - moves the camera from now on; None leaves it where it is \param resetPosition - whether it goes home */
+  void setCameraManipulator(osgGA::CameraManipulator* manipulator, bool resetPosition = true) {
+    $self->setCameraManipulator(manipulator, resetPosition);
+    if (manipulator) manipulator->setCoordinateFrameCallback(nullptr);  // which would outlive the viewer that it points to
   }
   /** Draws a frame: events, updates, drawing. RuntimeError if there is nothing to draw on. */
   void frame() {

@@ -4,9 +4,6 @@ import ctypes
 import re
 import sys
 
-# A type bears the names that the module which was loaded first knows of it: these are known to a later one only.
-_TYPEDEFS = {"osgGA::MatrixManipulator": "osgGA::CameraManipulator"}
-
 _CAPSULE = "swig_runtime_data4.type_pointer_capsule"
 
 
@@ -54,9 +51,6 @@ class Registry:
             module = module.contents.next
             if ctypes.addressof(module.contents) == ctypes.addressof(first.contents):
                 break
-        for name, meant in _TYPEDEFS.items():
-            if meant in self._names:
-                self._names.setdefault(name, self._names[meant])
 
     def _add(self, entry):
         name = entry.contents.name

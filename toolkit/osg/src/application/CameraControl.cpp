@@ -46,6 +46,13 @@ void requireTrackable(CameraControl::Pose const& pose, int trackerMode) {
     throw std::invalid_argument("setOrbitCamera: tracker mode must be 0, 1 or 2");
 }
 
+/** The viewer leaves its address in the manipulator, which scripts may keep for longer: for the sake of
+ * worlds that are round, of which there are none here. */
+void give(osgViewer::Viewer& viewer, osgGA::CameraManipulator* manipulator) {
+  viewer.setCameraManipulator(manipulator, false);
+  manipulator->setCoordinateFrameCallback(nullptr);
+}
+
 } // namespace
 
 osg::Vec3d worldCenter(osg::Node& node) {
@@ -72,7 +79,7 @@ void CameraControl::install(osgGA::StandardManipulator* manipulator) {
   manipulator->setAllowThrow(false); // a camera that goes on turning by itself spoils captures
   manipulator->setAutoComputeHomePosition(false);
   manipulator->setHomePosition(toOsg(m_home.eye), toOsg(m_home.center), toOsg(m_home.up));
-  m_viewer->setCameraManipulator(manipulator, false);
+  give(*m_viewer, manipulator);
 }
 
 void CameraControl::useOrbit() {
@@ -178,7 +185,7 @@ void CameraControl::track(osgViewer::Viewer& viewer, osg::Group& node, Pose cons
   tracker->setTrackNodePath(trackedPoint(node)->getParentalNodePaths().front());
   tracker->setAutoComputeHomePosition(false);
   tracker->setHomePosition(toOsg(pose.eye), toOsg(pose.center), toOsg(pose.up));
-  viewer.setCameraManipulator(tracker.get(), false);
+  give(viewer, tracker.get());
   viewer.home();
 }
 
