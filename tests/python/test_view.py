@@ -78,3 +78,9 @@ def test_the_decorators_children(application):
     for method in range(7):
         decorator.setShadowMethod(method)
         assert decorator.getShadowMethod() == method
+
+
+def test_the_scene_graphs_log_level_is_a_number(application):
+    application.setOsgNotifyLevel(2)
+    with pytest.raises(TypeError, match="argument 2 of type 'osg::NotifySeverity'"):
+        application.setOsgNotifyLevel("warnings")

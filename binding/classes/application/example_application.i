@@ -8,4 +8,7 @@ ZOR_INNER_RESULT(zorOSG::ExampleApplication::getCamera)
 ZOR_INNER_RESULT(zorOSG::ExampleApplication::getTextureCamera)
 ZOR_INNER_RESULT(zorOSG::ExampleApplication::getViewer)
 ZOR_INNER_RESULT(zorOSG::ExampleApplication::getFrameMutex)
+// An enumeration of a library whose headers the wrapper generator does not read.
+%apply int { osg::NotifySeverity };
 %include <zorOSG/ExampleApplication.h>
+%clear osg::NotifySeverity;
