@@ -1,6 +1,10 @@
 #include "ShadowFit.h"
 
 #include "Boxes.h"
+#include "SceneSurvey.h"
+
+#include <osg/Light>
+#include <osgUtil/CullVisitor>
 
 #include <algorithm>
 #include <array>
@@ -252,6 +256,11 @@ void warp(ShadowTask const& task, Bounds const& bounds, double distance, ShadowF
 }
 
 } // namespace
+
+ShadowTask shadowTask(osgUtil::CullVisitor& visitor, osg::Light const& light, SceneSurvey const& survey) {
+  return {osg::Vec4d(light.getPosition()), osg::Vec3d(light.getDirection()), survey.casters(), survey.scene(),
+          *visitor.getModelViewMatrix(),   *visitor.getProjectionMatrix()};
+}
 
 DepthRange visibleDepths(ShadowTask const& task) {
   DepthRange seen{std::numeric_limits<double>::max(), 0.0};

@@ -7,7 +7,17 @@
 #include <limits>
 #include <vector>
 
+namespace osg {
+class Light;
+}
+
+namespace osgUtil {
+class CullVisitor;
+}
+
 namespace zorOSG {
+
+class SceneSurvey;
 
 /** The part of the scene that a shadow map covers, seen from the light. */
 struct ShadowFit {
@@ -37,6 +47,9 @@ struct ShadowTask {
   DepthRange depths{};                           ///< the part of the view that is asked for
   bool isWarped = false;                         ///< with more texels where the view is near
 };
+
+/** \return what a visitor that culls a view asks for: a map without softness and size yet */
+ShadowTask shadowTask(osgUtil::CullVisitor& visitor, osg::Light const& light, SceneSurvey const& survey);
 
 /** \return the depths between which the view shows the scene */
 DepthRange visibleDepths(ShadowTask const& task);

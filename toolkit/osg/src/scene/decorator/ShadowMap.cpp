@@ -49,13 +49,7 @@ ShadowMap::ShadowMap(osg::Camera& view, Content content, Style style)
 
 osg::StateSet* ShadowMap::begin(osgUtil::CullVisitor& visitor, osg::Light const& light,
                                 SceneSurvey const& survey) {
-  osg::Matrixd const toEye = *visitor.getModelViewMatrix();
-  ShadowTask task{osg::Vec4d(light.getPosition()),
-                  osg::Vec3d(light.getDirection()),
-                  survey.casters(),
-                  survey.scene(),
-                  toEye,
-                  *visitor.getProjectionMatrix()};
+  ShadowTask task = shadowTask(visitor, light, survey);
   task.softness = m_style == Style::SOFT ? SOFTNESS : 0.0;
   task.mapSize = m_size;
   task.isWarped = m_style == Style::WARPED;
@@ -63,7 +57,7 @@ osg::StateSet* ShadowMap::begin(osgUtil::CullVisitor& visitor, osg::Light const&
   if (fit.empty)
     return nullptr;
   m_pass.cull(visitor, fit, survey.scene());
-  m_matrix->set(osg::Matrixf(toTexture(toEye, fit)));
+  m_matrix->set(osg::Matrixf(toTexture(task.view, fit)));
   double const offset = m_style == Style::SHARP ? SHARP_OFFSET : SOFT_OFFSET;
   m_offset->set(
       osg::Vec2(static_cast<float>(fit.texel * offset), static_cast<float>(fit.texelGrowth * offset)));

@@ -26,20 +26,14 @@ ShadowTexture::ShadowTexture(osg::Camera& view, Content content)
 
 osg::StateSet* ShadowTexture::begin(osgUtil::CullVisitor& visitor, osg::Light const& light,
                                     SceneSurvey const& survey) {
-  osg::Matrixd const toEye = *visitor.getModelViewMatrix();
-  ShadowTask task{osg::Vec4d(light.getPosition()),
-                  osg::Vec3d(light.getDirection()),
-                  survey.casters(),
-                  survey.scene(),
-                  toEye,
-                  *visitor.getProjectionMatrix()};
+  ShadowTask task = shadowTask(visitor, light, survey);
   task.softness = SOFTNESS;
   task.mapSize = SIZE;
   ShadowFit const fit = fitShadow(task);
   if (fit.empty)
     return nullptr;
   m_pass.cull(visitor, fit, survey.scene());
-  m_matrix->set(osg::Matrixf(toTexture(toEye, fit)));
+  m_matrix->set(osg::Matrixf(toTexture(task.view, fit)));
   setShadowDefines(*m_state, light, define::SILHOUETTES);
   return m_state;
 }

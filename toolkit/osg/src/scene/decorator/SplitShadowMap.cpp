@@ -43,13 +43,7 @@ SplitShadowMap::SplitShadowMap(osg::Camera& view, Content content)
 
 osg::StateSet* SplitShadowMap::begin(osgUtil::CullVisitor& visitor, osg::Light const& light,
                                      SceneSurvey const& survey) {
-  osg::Matrixd const toEye = *visitor.getModelViewMatrix();
-  ShadowTask task{osg::Vec4d(light.getPosition()),
-                  osg::Vec3d(light.getDirection()),
-                  survey.casters(),
-                  survey.scene(),
-                  toEye,
-                  *visitor.getProjectionMatrix()};
+  ShadowTask task = shadowTask(visitor, light, survey);
   task.softness = SOFTNESS;
   task.mapSize = TILE;
   DepthRange range = visibleDepths(task);
@@ -67,7 +61,7 @@ osg::StateSet* SplitShadowMap::begin(osgUtil::CullVisitor& visitor, osg::Light c
       continue;
     any = true;
     m_passes[i]->cull(visitor, fit, survey.scene());
-    m_matrices->setElement(i, osg::Matrixf(toTexture(toEye, fit)));
+    m_matrices->setElement(i, osg::Matrixf(toTexture(task.view, fit)));
   }
   setShadowDefines(*m_state, light, define::SPLIT_MAP);
   return any ? m_state.get() : nullptr;
