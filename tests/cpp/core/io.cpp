@@ -147,6 +147,8 @@ TEST(ArgumentParser, UsageNamesEverything) {
                            "width of the window in pixels", "script", "scene script"}) {
     EXPECT_THAT(usage, HasSubstr(part));
   }
+  parser->parse();
+  EXPECT_EQ(parser->getUsage(), usage) << "the program is named once";
 }
 
 class ResourcePathTest : public testing::Test {

@@ -170,9 +170,6 @@ void ArgumentParser::setAllowUnknown(bool allow) {
 
 void ArgumentParser::parse() {
   m_impl->parsed = false;
-  if (!m_impl->arguments.empty()) {
-    m_impl->app.name(m_impl->arguments.front());
-  }
   std::vector<std::string> reversed = m_impl->ownArguments(); // the parser wants the last one first
   std::reverse(reversed.begin(), reversed.end());
   try {
@@ -238,7 +235,8 @@ std::vector<std::string> ArgumentParser::getScriptArguments() const {
 }
 
 zor::String ArgumentParser::getUsage() const {
-  return m_impl->app.help(getProgramName());
+  m_impl->app.name(getProgramName());
+  return m_impl->app.help();
 }
 
 } // namespace zorIO
