@@ -1,10 +1,12 @@
 #include "ApplicationFixture.h"
+#include "TemporaryFolder.h"
 
 #include <zorOSG/GuiEventListener.h>
 
 #include <osg/Camera>
 #include <osgText/Text>
 
+#include <filesystem>
 #include <stdexcept>
 
 using namespace zorTest;
@@ -59,6 +61,9 @@ public:
 
 class ApplicationInput : public Application {
 protected:
+  ApplicationInput() { std::filesystem::current_path(folder.path()); } // a key takes pictures
+  ~ApplicationInput() override { std::filesystem::current_path(before); }
+
   void SetUp() override {
     ASSERT_TRUE(init());
     app->initSimulation();
@@ -75,6 +80,10 @@ protected:
     stopAtFrame(count);
     return app->run();
   }
+
+private:
+  std::filesystem::path const before = std::filesystem::current_path();
+  TemporaryFolder const folder;
 };
 
 TEST_F(ApplicationInput, events_reach_listeners_that_want_them_until_one_uses_them_up) {
