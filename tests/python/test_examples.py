@@ -13,12 +13,20 @@ import osgDB
 EXAMPLES = pathlib.Path(__file__).parents[2] / "examples"
 
 
+def run_example(name, *arguments, window="320x180"):
+    result = subprocess.run([sys.executable, EXAMPLES / name, "--window", window, *arguments], capture_output=True, text=True, timeout=300)
+    assert result.returncode == 0 and "Traceback" not in result.stderr + result.stdout, result.stdout + result.stderr
+    return result.stdout
+
+
+def pixels_of(picture):
+    return numpy.asarray(osgDB.readImageFile(str(picture))).astype(int)
+
+
 def test_listeners_colour_by_speed(tmp_path):
     picture = tmp_path / "balls.png"
-    result = subprocess.run([sys.executable, EXAMPLES / "listeners.py", "--screenShot", picture, "--stopAfter", "1.8", "--window", "480x270"],
-                            capture_output=True, text=True, timeout=300)
-    assert result.returncode == 0 and "Traceback" not in result.stderr, result.stderr
-    pixels = numpy.asarray(osgDB.readImageFile(str(picture))).astype(int)
+    run_example("listeners.py", "--screenShot", picture, "--stopAfter", "1.8", window="480x270")
+    pixels = pixels_of(picture)
     red, green, blue = pixels[..., 0], pixels[..., 1], pixels[..., 2]
     slow, medium, fast = blue > 2 * red, green > 1.6 * numpy.maximum(red, blue), red > 2 * numpy.maximum(green, blue)
     assert min(slow.sum(), medium.sum(), fast.sum()) > 50
@@ -28,10 +36,8 @@ def test_the_wrecking_ball_is_pulled_up_and_let_go(tmp_path):
     shown = {}
     for time in ("0.3", "2.2", "3.2"):
         picture = tmp_path / f"{time}.png"
-        result = subprocess.run([sys.executable, EXAMPLES / "pick_and_drag.py", "--screenShot", picture, "--stopAfter", time, "--window", "480x270"],
-                                capture_output=True, text=True, timeout=300)
-        assert result.returncode == 0 and "Traceback" not in result.stderr, result.stderr
-        pixels = numpy.asarray(osgDB.readImageFile(str(picture))).astype(int)
+        run_example("pick_and_drag.py", "--screenShot", picture, "--stopAfter", time, window="480x270")
+        pixels = pixels_of(picture)
         red, green, blue = pixels[..., 0], pixels[..., 1], pixels[..., 2]
         rust = (red > 1.8 * green) & (green > 1.5 * blue) & (red > 60)
         shown[time] = numpy.argwhere(rust).mean(axis=0)  # row from below, column
@@ -41,19 +47,11 @@ def test_the_wrecking_ball_is_pulled_up_and_let_go(tmp_path):
 
 def test_hopper_runs_out(tmp_path):
     picture, plot = tmp_path / "hopper.png", tmp_path / "flow.png"
-    result = subprocess.run([sys.executable, EXAMPLES / "granular_hopper.py", "--grains", "3000", "--plot", plot, "--screenShot", picture,
-                             "--stopAfter", "1.6", "--window", "480x270"], capture_output=True, text=True, timeout=300)
-    assert result.returncode == 0 and "Traceback" not in result.stderr, result.stderr
-    out = [float(line.split()[2]) for line in result.stdout.splitlines() if "kg out" in line]
+    told = run_example("granular_hopper.py", "--grains", "3000", "--plot", plot, "--screenShot", picture, "--stopAfter", "1.6", window="480x270")
+    out = [float(line.split()[2]) for line in told.splitlines() if "kg out" in line]
     assert out[0] == 0 and out[-1] > 5 and plot.stat().st_size > 5000
-    pixels = numpy.asarray(osgDB.readImageFile(str(picture))).astype(int)
+    pixels = pixels_of(picture)
     assert ((pixels[..., 0] > 1.4 * pixels[..., 2]) & (pixels[..., 0] > 90)).sum() > 200  # sand and brick red
-
-
-def run_example(name, *arguments):
-    result = subprocess.run([sys.executable, EXAMPLES / name, "--window", "320x180", *arguments], capture_output=True, text=True, timeout=300)
-    assert result.returncode == 0 and "Traceback" not in result.stderr + result.stdout, result.stdout + result.stderr
-    return result.stdout
 
 
 def test_the_robot_arm_follows_its_curve(tmp_path):
@@ -71,10 +69,8 @@ def test_the_car_keeps_to_its_track(tmp_path):
 
 def test_a_scene_of_its_own_geometry(tmp_path):
     picture = tmp_path / "island.png"
-    result = subprocess.run([sys.executable, EXAMPLES / "custom_geometry.py", "--screenShot", picture, "--stopAfter", "0.5", "--window", "480x270"],
-                            capture_output=True, text=True, timeout=300)
-    assert result.returncode == 0 and "Traceback" not in result.stderr, result.stderr
-    pixels = numpy.asarray(osgDB.readImageFile(str(picture))).astype(int)
+    run_example("custom_geometry.py", "--screenShot", picture, "--stopAfter", "0.5", window="480x270")
+    pixels = pixels_of(picture)
     red, green, blue = pixels[..., 0], pixels[..., 1], pixels[..., 2]
     meadow, snow, crate = green > 1.15 * numpy.maximum(red, blue), pixels.min(axis=2) > 225, red > 1.7 * blue
     assert meadow.sum() > 5000 and snow.sum() > 200 and crate.sum() > 1000
@@ -85,7 +81,7 @@ def test_the_cradle_keeps_its_energy(tmp_path):
     out = run_example("newtons_cradle.py", "--balls", "2", "--diagram", diagram, "--screenShot", picture, "--stopAfter", "2.5")
     assert float(re.search(r"([\d.]+) % of the energy", out).group(1)) == pytest.approx(100, abs=1.5)
     assert diagram.stat().st_size > 20000
-    pixels = numpy.asarray(osgDB.readImageFile(str(picture))).astype(int)
+    pixels = pixels_of(picture)
     wood = (pixels[..., 0] > 1.3 * pixels[..., 2]) & (pixels[..., 0] > 60)
     assert wood.sum() > 500
 
@@ -96,7 +92,7 @@ def test_dominoes_fall_along_their_arms(tmp_path):
     for seconds in ("0.2", "6"):
         out = run_example("domino_run.py", "--count", "200", "--screenShot", picture, "--stopAfter", seconds)
         fallen = int(re.search(r"(\d+) of 200 dominoes fell", out).group(1))
-        pixels = numpy.asarray(osgDB.readImageFile(str(picture))).astype(int)
+        pixels = pixels_of(picture)
         shown[seconds] = fallen, (pixels.max(axis=2) > 1.6 * pixels.min(axis=2) + 20).sum(), (pixels.min(axis=2) > 250).mean()
     assert shown["0.2"][0] < 20 and shown["6"][0] >= 190
     assert min(coloured for _, coloured, _ in shown.values()) > 1000
@@ -105,10 +101,8 @@ def test_dominoes_fall_along_their_arms(tmp_path):
 
 def test_particles_look_nine_ways(tmp_path):
     picture = tmp_path / "looks.png"
-    result = subprocess.run([sys.executable, EXAMPLES / "particle_looks.py", "--screenShot", picture, "--stopAfter", "1.6", "--window", "960x540"],
-                            capture_output=True, text=True, timeout=300)
-    assert result.returncode == 0 and "Traceback" not in result.stderr, result.stderr
-    pixels = numpy.asarray(osgDB.readImageFile(str(picture))).astype(int)
+    run_example("particle_looks.py", "--screenShot", picture, "--stopAfter", "1.6", window="960x540")
+    pixels = pixels_of(picture)
     coloured = pixels.max(axis=2) > 1.6 * pixels.min(axis=2) + 20
     for row in numpy.array_split(coloured, 3):
         for cell in numpy.array_split(row, 3, axis=1):
