@@ -66,6 +66,24 @@ def test_complete_setup_is_renamed_and_kept(stand_ins, tmp_path):
     assert privateroot.inside(root / "usr/local/share/zor") == packages.current_root_name()
 
 
+def test_further_packages_come_on_a_copy_of_the_root(stand_ins, tmp_path):
+    more = tmp_path / "bench_x.packages"
+    more.write_text("a-plotter\n")
+    base = privateroot.ensure()
+    (base / "usr/tool").touch()
+    before = stand_ins()
+    root = privateroot.ensure(more)
+    assert (root / "usr/tool").exists() and root != base
+    assert (root / "tmp").stat().st_mode & 0o1777 == 0o1777  # apt writes there as a user of its own
+    own = privateroot.OWN_FOLDER.relative_to("/") / "packages.txt"
+    assert (root / own).read_text() == "a-plotter\n" != (base / own).read_text()
+    assert stand_ins()[len(before) :] == ["bwrap", "bwrap"]  # download and installation, no second base
+    assert privateroot.ensure() == base and privateroot.ensure(more) == root
+    assert privateroot.others() == []
+    more.write_text("another\n")
+    assert privateroot.ready(more=more) is None
+
+
 def test_failed_base_is_redone_from_nothing(stand_ins, tmp_path):
     (tmp_path / "fail-base").touch()
     with pytest.raises(ZorError, match="cannot resolve host") as failure:

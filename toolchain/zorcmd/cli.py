@@ -118,7 +118,9 @@ def _bench(options):
     for program in subjects or programs:
         note(program.name)
         if program.suffix == ".py":
-            status |= build.toolchain.call(["python3", program, pattern], extra)
+            more = program.with_suffix(".packages")  # what only this benchmark needs
+            tools = build.toolchain.having(more) if more.exists() else build.toolchain
+            status |= tools.call(["python3", program, pattern], extra)
         else:
             status |= build.toolchain.call([program, f"--benchmark_filter={pattern or '.'}"])
     return 1 if status else 0

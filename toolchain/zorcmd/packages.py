@@ -30,5 +30,9 @@ def root_name(list_text, installer_text, machine=None):
     return f"{RELEASE}-{digest.hexdigest()[:12]}"
 
 
-def current_root_name():
-    return root_name(layout.PACKAGES.read_text(), layout.INSTALLER.read_text())
+def current_root_name(more=None):
+    """Name of the root of the package list; with a second list, of the one that has its packages on top."""
+    name = root_name(layout.PACKAGES.read_text(), layout.INSTALLER.read_text())
+    if more:
+        name += "-" + root_name(more.read_text(), "").rpartition("-")[2]
+    return name

@@ -20,14 +20,17 @@ _NO_MIRROR = (
 )
 
 
-def folder(cache=None):
-    """Folder of the root that belongs to the present package list, whether made yet or not."""
-    return (cache or layout.cache_folder()) / "roots" / packages.current_root_name()
+def folder(cache=None, more=None):
+    """Folder of the root that belongs to the present package list, whether made yet or not.
+
+    `more`: a list of further packages, installed on a copy of that root.
+    """
+    return (cache or layout.cache_folder()) / "roots" / packages.current_root_name(more)
 
 
-def ready(cache=None):
+def ready(cache=None, more=None):
     """The complete root, or None."""
-    root = folder(cache) / "root"
+    root = folder(cache, more) / "root"
     return root if os.path.isdir(root) else None
 
 
@@ -42,22 +45,22 @@ def inside(own=OWN_FOLDER):
 def others(cache=None):
     """Roots and left-overs that belong to other package lists."""
     current = folder(cache)
-    keep = {current.name, current.name + ".partial"}
     if not os.path.isdir(current.parent):
         return []
-    return sorted(path for path in current.parent.iterdir() if path.is_dir() and path.name not in keep)
+    return sorted(path for path in current.parent.iterdir() if path.is_dir() and not path.name.startswith(current.name))
 
 
-def ensure():
-    """The complete root, made now when it is missing."""
-    root = ready()
+def ensure(more=None):
+    """The complete root, with `more` packages, made now when it is missing."""
+    root = ready(more=more)
     if root:
         return root
-    final = folder()
+    base = ensure() if more else None
+    final = folder(more=more)
     busy = f"another run is setting up {final.name}; waiting for it"
     try:
         with lock.held(final.parent / (final.name + ".lock"), busy) as descriptor:
-            return ready() or _Maker(final, descriptor).make()
+            return ready(more=more) or _Maker(final, descriptor, more, base).make()
     except PermissionError as error:
         raise ZorError(f"the cache folder cannot be written: {error}", "choose another with ZOR_CACHE") from error
     except OSError as error:
@@ -67,8 +70,10 @@ def ensure():
 class _Maker:
     """Makes one root in three stages, each of which leaves a mark that the next run starts from."""
 
-    def __init__(self, final, lock_descriptor):
+    def __init__(self, final, lock_descriptor, more=None, base=None):
         self.final = final
+        self.list = more or layout.PACKAGES
+        self.base = base
         self.partial = final.with_name(final.name + ".partial")
         self.root = self.partial / "root"
         self.log = self.partial / "setup.log"
@@ -82,7 +87,8 @@ class _Maker:
         self.settings = mirror.apt_settings()
         install_tools()
         self._check_sandbox()
-        note(f"setting up the toolchain once, in {self.final} (about 2.5 GB; mirror: {origin})")
+        what = f"a copy of the toolchain with the packages of {self.list.name}" if self.base else "the toolchain"
+        note(f"setting up {what} once, in {self.final} (about {4 if self.base else 2.5} GB; mirror: {origin})")
         self.archives.mkdir(parents=True, exist_ok=True)
         self.partial.mkdir(parents=True, exist_ok=True)
         if not self._marked("base"):
@@ -117,8 +123,13 @@ class _Maker:
             )
 
     def _base(self):
-        """A minimal system. Redone from nothing when it was interrupted: it takes seconds."""
+        """A minimal system, or the root to add to. Redone from nothing when it was interrupted: it takes seconds."""
         remove(self.root)
+        if self.base:
+            Step("Copy of the toolchain", self.log).run(["cp", "-a", "--reflink=auto", self.base, self.root], pass_fds=self.pass_fds)
+            (self.root / "tmp").chmod(0o1777)
+            self._mark("base")
+            return
         step = Step("Base system", self.log)
         # What it mounts below the root ends with its own view of the mounts, even when it is killed.
         command = ["unshare", "--mount"] if self.privileged else []
@@ -141,8 +152,8 @@ class _Maker:
         """Download and installation; both go on where an interrupted run stopped."""
         own = self.root / OWN_FOLDER.relative_to("/")
         own.mkdir(parents=True, exist_ok=True)
-        for source in (layout.PACKAGES, layout.INSTALLER):
-            shutil.copy2(source, own / source.name)
+        shutil.copy2(self.list, own / layout.PACKAGES.name)
+        shutil.copy2(layout.INSTALLER, own / layout.INSTALLER.name)
         (own / "name").write_text(self.final.name)
         install = OWN_FOLDER / layout.INSTALLER.name
         self._inside("Packages: download", [install, "--download-only"], _NO_MIRROR)
@@ -185,7 +196,8 @@ class _Maker:
                 place.unlink()
             place.touch()
         remove(self.root / "tmp")
-        (self.root / "tmp").mkdir(mode=0o1777)
+        (self.root / "tmp").mkdir()
+        (self.root / "tmp").chmod(0o1777)  # mkdir would heed the umask
 
 
 def remove(path):

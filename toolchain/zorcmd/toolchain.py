@@ -20,6 +20,10 @@ class Toolchain:
         self.cache = cache
         self.identity = packages.current_root_name() if root else privateroot.inside() or host.identity()
 
+    def having(self, more):
+        """These tools and a list of further packages: a private root gets a copy for them, other tools must have them."""
+        return Toolchain(privateroot.ensure(more), self.cache) if self.root else self
+
     @property
     def name(self):
         return f"private root {self.root}" if self.root else "this machine's own tools"
