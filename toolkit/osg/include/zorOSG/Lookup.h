@@ -21,7 +21,7 @@ zorOSG::GeometryNode* asGeometryNode(osg::Node* node);
  * Finds the geometry node of a geometry.
  * \param geometry - the geometry
  * \param root - the group to search below
- * \return the first node in depth-first order, or null when there is none
+ * \return of several, the one that has followed the geometry for longest; null when there is none
  */
 zorOSG::GeometryNode* findGeometryNode(zorCollide::Geometry const* geometry, osg::Group* root);
 
@@ -29,14 +29,14 @@ zorOSG::GeometryNode* findGeometryNode(zorCollide::Geometry const* geometry, osg
  * Finds every geometry node of a geometry; a geometry may have several.
  * \param geometry - the geometry
  * \param root - the group to search below
- * \return the nodes in depth-first order, each once
+ * \return the nodes, each once, in the order in which they were given the geometry
  */
 zorOSG::GeometryNodePtrVector findGeometryNodes(zorCollide::Geometry const* geometry, osg::Group* root);
 
 /**
  * Finds the drawable of a particle system.
  * \param root - the group to search below; null gives null
- * \return the first one in depth-first order, or null when there is none
+ * \return of several, the one that was made first; null when there is none
  */
 zorOSG::ParticleSystemDrawable* findParticleSystemDrawable(osg::Group* root);
 

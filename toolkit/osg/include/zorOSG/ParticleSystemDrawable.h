@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include <osg/Drawable>
 #include <osg/Geometry>
 #include <osg/Uniform>
@@ -8,6 +10,11 @@
 #include <zor/ref_ptr.h>
 
 namespace zorOSG {
+
+#ifndef SWIG
+template <class NodeType>
+class IndexEntry;
+#endif
 
 /**
  * Draws the particles of a system as lit spheres in their colours. Positions are taken over in every update
@@ -88,7 +95,7 @@ public:
 #endif
 
 protected:
-  ~ParticleSystemDrawable() override = default;
+  ~ParticleSystemDrawable() override;
 
 #ifndef SWIG
 private:
@@ -104,6 +111,7 @@ private:
   osg::ref_ptr<osg::Geometry> m_geometry;
   osg::ref_ptr<osg::Uniform> m_shader;
   osg::BoundingBox m_box;
+  std::unique_ptr<zorOSG::IndexEntry<ParticleSystemDrawable>> m_indexEntry;
 #endif
 };
 

@@ -10,6 +10,7 @@
 #include <osg/Program>
 
 #include "ParticleVertices.h"
+#include "scene/SceneIndex.h"
 #include "shaders/ScenePrograms.h"
 
 namespace zorOSG {
@@ -73,7 +74,10 @@ ParticleSystemDrawable::ParticleSystemDrawable(ParticleSystemDrawable const& oth
   setUp();
 }
 
+ParticleSystemDrawable::~ParticleSystemDrawable() = default;
+
 void ParticleSystemDrawable::setUp() {
+  m_indexEntry = std::make_unique<IndexEntry<ParticleSystemDrawable>>(*this);
   setUseDisplayList(false);
   setDataVariance(osg::Object::DYNAMIC);
   setUpdateCallback(new ParticleUpdate);

@@ -10,6 +10,10 @@
 namespace zorOSG {
 
 bool isAtOrBelow(osg::Node const* node, osg::Node const* top) {
+  while (node != top && node->getNumParents() == 1)
+    node = node->getParent(0);
+  if (node == top || node->getNumParents() == 0)
+    return node == top;
   // Nodes have several parents: each is visited once, for there may be very many paths.
   std::unordered_set<osg::Node const*> seen{node};
   std::vector<osg::Node const*> open{node};

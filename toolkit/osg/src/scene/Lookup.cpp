@@ -5,6 +5,7 @@
 #include <osg/NodeVisitor>
 
 #include "GeometryNodeRegistry.h"
+#include "SceneIndex.h"
 
 namespace zorOSG {
 
@@ -46,23 +47,6 @@ private:
   bool m_onlyFirst;
 };
 
-/** Finds the first particle drawable. */
-class ParticleDrawableFinder : public osg::NodeVisitor {
-public:
-  ParticleDrawableFinder() : osg::NodeVisitor(TRAVERSE_ALL_CHILDREN) { setNodeMaskOverride(~0u); }
-
-  void apply(osg::Node& node) override {
-    if (!found)
-      traverse(node);
-  }
-  void apply(osg::Drawable& drawable) override {
-    if (!found)
-      found = dynamic_cast<ParticleSystemDrawable*>(&drawable);
-  }
-
-  ParticleSystemDrawable* found = nullptr;
-};
-
 bool isBelow(osg::Node const& node, osg::Group const* root) {
   if (&node == root)
     return true;
@@ -102,10 +86,7 @@ zorOSG::GeometryNodePtrVector findGeometryNodes(zorCollide::Geometry const* geom
 }
 
 zorOSG::ParticleSystemDrawable* findParticleSystemDrawable(osg::Group* root) {
-  ParticleDrawableFinder finder;
-  if (root)
-    root->accept(finder);
-  return finder.found;
+  return findFirstBelow<ParticleSystemDrawable>(root);
 }
 
 } // namespace zorOSG
