@@ -2,6 +2,7 @@
 
 #include "ContextId.h"
 #include "CurrentContextKeeper.h"
+#include "SoftwareRenderer.h"
 
 #include <osg/GL>
 #include <osg/Notify>
@@ -204,8 +205,12 @@ bool EglContext::makeContextCurrentImplementation(osg::GraphicsContext* readCont
     return false;
   }
   eglBindAPI(EGL_OPENGL_API);
-  if (eglMakeCurrent(m_display->get(), m_surface, read->m_surface, m_context))
+  if (eglMakeCurrent(m_display->get(), m_surface, read->m_surface, m_context)) {
+    if (!m_known)
+      keepHeapForSoftwareRenderer();
+    m_known = true;
     return true;
+  }
   OSG_WARN << getPath() << ": " << eglFailure("eglMakeCurrent") << std::endl;
   return false;
 }

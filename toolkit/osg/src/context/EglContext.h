@@ -55,6 +55,7 @@ private:
   EGLContext m_context = EGL_NO_CONTEXT;
   EGLSurface m_surface = EGL_NO_SURFACE;
   bool m_realized = false;
+  bool m_known = false; // whether its renderer was looked at
 };
 
 } // namespace zorOSG
