@@ -117,3 +117,13 @@ def test_every_kind_of_shadow_is_drawn(tmp_path):
         assert (tile < brightness[6] - 100).sum() > 300, method
         assert (tile > brightness[6] + 100).sum() < 20, method
     assert all((tmp_path / name).stat().st_size > 10000 for name in ("statistics.png", "help.png", "debug.png"))
+
+
+def test_recordings_of_a_tower(tmp_path):
+    out = run_example("recording.py", "--output", tmp_path)
+    frames, pictures, nearest = re.search(r"(\d+) frames in tower.mp4, (\d+) in tower.gif; nearest point ([\d.]+) m", out).groups()
+    assert int(frames) == pytest.approx(114, abs=2) and int(pictures) == pytest.approx(57, abs=2)
+    assert 1 < float(nearest) < 8
+    sheet, depth = pixels_of(tmp_path / "sheet.png"), pixels_of(tmp_path / "depth.png")
+    assert sheet.shape == (3 * 186 + 6, 3 * 326 + 6, 3) and (sheet[..., 0] > sheet[..., 2] + 60).sum() > 5000  # red and yellow blocks
+    assert depth.shape == (270, 480, 3) and 0.02 < (depth == (28, 38, 70)).all(axis=2).mean() < 0.6

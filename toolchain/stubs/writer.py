@@ -33,8 +33,8 @@ class Writer:
         return _HEADER + self._imports(body) + body + "\n"
 
     def _imports(self, body):
-        lines = [f"import {module}\n" for module in ("builtins", *self._modules) if re.search(rf"(?<!\w){module}\.\w", body)]
-        abstract = [name for name in ("Buffer", "Callable", "Iterable", "Iterator") if re.search(rf"\b{name}\[|: {name}\b", body)]
+        lines = [f"import {module}\n" for module in ("builtins", "numpy", "numpy.typing", *self._modules) if re.search(rf"(?<!\w){module}\.\w", body)]
+        abstract = [name for name in ("Buffer", "Callable", "Iterable", "Iterator") if re.search(rf"\b{name}\[|[:|] {name}\b", body)]
         typing = [name for name in ("Any", "ClassVar", "Final", "Never", "Self", "overload")
                   if re.search(rf"\b{name}\b", body)]
         lines += [f"from collections.abc import {', '.join(abstract)}\n"] if abstract else []

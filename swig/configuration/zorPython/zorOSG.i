@@ -124,6 +124,7 @@ ZOR_LENT(zorOSG::VideoFFMPEGPipeCapture)
 %include "sensors/output_values.i"
 %include "sensors/output_vectors.i"
 %include "sensors/output_buffers.i"
+%include "sensors/recording.i"
 
 // Errors of callbacks need a script manager from the first frame on.
 %{
@@ -131,6 +132,8 @@ ZOR_LENT(zorOSG::VideoFFMPEGPipeCapture)
 %}
 %init %{
   zorPython::ScriptManager::getOrCreate();
+  // An interpreter that Ctrl-C has ended raises the signal anew in the end, which skips what exit() would do.
+  Py_AtExit(zorOSG::VideoFFMPEGPipeCapture::finishAll);
 %}
 
 %pythoncode %{

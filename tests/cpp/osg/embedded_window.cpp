@@ -6,6 +6,7 @@
 #include <zorOSG/GuiEventListener.h>
 #include <zorOSG/Lookup.h>
 #include <zorOSG/PickHandler.h>
+#include <zorOSG/RenderToImage.h>
 #include <zorOSG/SceneDecorator.h>
 
 #include <osg/GLExtensions>
@@ -117,6 +118,30 @@ protected:
   zor::ref_ptr<zorSDK::Simulation> simulation;
   zor::ref_ptr<zor::RigidBody> body;
 };
+
+TEST_F(EmbeddedWindow, targets_are_read_although_the_context_is_the_hosts) {
+  using zorOSG::RenderTarget, zorOSG::RenderToImage;
+  zor::ref_ptr<RenderToImage> const colors(new RenderToImage(60, 40)),
+      depths(new RenderToImage(30, 20, RenderTarget::DEPTH_BUFFER));
+  for (auto const& target : {colors, depths}) {
+    target->setReferenceCamera(window.getCamera());
+    target->getCamera()->addChild(window.getSceneDecorator());
+    window.getCamera()->addChild(target->getCamera());
+  }
+  frames(2);
+  host.release();
+  EXPECT_TRUE(isRed(*colors->getImage(), 30, 20));
+  EXPECT_LT(*reinterpret_cast<float const*>(depths->getImage()->data(15, 10)), 1.0f);
+  EXPECT_EQ(*reinterpret_cast<float const*>(depths->getImage()->data(0, 0)), 1.0f);
+  host.makeCurrent();
+  colors->setSize(20, 80);
+  frames(1);
+  host.release();
+  EXPECT_TRUE(isRed(*colors->getImage(), 10, 40));
+  EXPECT_EQ(colors->getImage()->t(), 80);
+  host.makeCurrent();
+  EXPECT_EQ(state(GL_DRAW_FRAMEBUFFER_BINDING_EXT), static_cast<int>(host.framebuffer()));
+}
 
 TEST_F(EmbeddedWindow, draws_into_the_hosts_framebuffer_and_leaves_its_state_alone) {
   window.initGL();

@@ -199,6 +199,16 @@ public:
         _check_unused(self)
         self._flipHorizontal()
 
+    def asArray(self, topFirst: bool = False) -> numpy.typing.NDArray[Any]:
+        """
+        Returns the pixels as a numpy array of height x width x components, without a copy.
+
+        :param topFirst: whether the first row is the highest, as other libraries have it, and not the lowest
+        """
+        import numpy
+        pixels = numpy.asarray(self)
+        return pixels[::-1] if topFirst else pixels
+
     def tobytes(self) -> bytes:
         """Returns a copy of the pixels, row after row from the lowest."""
         return memoryview(self).tobytes()

@@ -2,13 +2,15 @@
 
 #include <zorOSG/ImageCaptureBase.h>
 
+#include <memory>
 #include <string>
 
 namespace zorOSG {
 
 /**
  * Writes captured frames as numbered image files: directory path, prefix, five-digit number, ".", postfix.
- * Each file appears whole or not at all.
+ * Each file appears whole or not at all. Several files are written at the same time, each on a thread of its
+ * own.
  */
 class ImageCapture : public ImageCaptureBase {
 public:
@@ -27,7 +29,8 @@ public:
   /** \return the text before the number in every file name. */
   std::string getPrefix() const;
 
-  /** \param path - output directory; it is made when capturing starts. */
+  /** \param path - output directory; it is made when capturing starts. Settings hold for files written from
+   * now on. */
   void setDirectoryPath(std::string const& path);
 
   /** \return the output directory. */
@@ -40,17 +43,19 @@ public:
    */
   void startCapture(int start = 0) override;
 
-  /** Writes the file of one frame. \param image - the picture; must not be null \param index - its number in
-   * the file name */
+  /**
+   * Writes the file of one frame; called on several threads.
+   * \param image - the picture; must not be null
+   * \param index - its number in the file name
+   */
   void writeImage(osg::Image* image, zor::Index index) override;
 
 protected:
   ~ImageCapture() override;
 
 private:
-  std::string m_postfix = "bmp";
-  std::string m_prefix = "image_";
-  std::string m_directory = ".";
+  struct Settings;
+  std::unique_ptr<Settings> m_settings;
 };
 
 } // namespace zorOSG

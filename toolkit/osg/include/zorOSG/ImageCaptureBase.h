@@ -7,7 +7,6 @@
 #include <osg/Camera>
 #include <osg/Image>
 
-#include <functional>
 #include <memory>
 
 namespace zorSDK {
@@ -15,6 +14,8 @@ class Simulation;
 }
 
 namespace zorOSG {
+
+class PixelSource;
 
 /**
  * Drives the capture of rendered frames: decides which frames are due, reads their pixels after the frame is
@@ -24,7 +25,10 @@ namespace zorOSG {
  * due at the capture rate, measured in simulation time when synchronised with a simulation, in wall-clock
  * time otherwise. When several frame times pass between two drawn frames, the newest frame is written for
  * each, so that the sequence keeps its time scale. The writer keeps at most a few frames; drawing waits for a
- * slow one.
+ * slow one, and no frame is lost. Where the graphics driver can do that, the pixels of a frame travel while
+ * the next one is drawn.
+ *
+ * A frame that cannot be stored stops the capture with an error in the log; the application goes on.
  */
 class ImageCaptureBase : public zor::Referenced {
 public:
@@ -113,20 +117,37 @@ public:
 
   /**
    * Writes one frame.
-   * \param image - pixels as 8-bit RGB, rows from bottom to top.
+   * Captured frames are packed 8-bit RGB of the resolution asked for, rows from bottom to top; scripts may
+   * pass others.
+   * \param image - the picture; must not be null.
    * \param index - number of the image.
    * \throws std::runtime_error saying what could not be written.
    */
   virtual void writeImage(osg::Image* image, zor::Index index) = 0;
 
 protected:
-  explicit ImageCaptureBase(zorSDK::Simulation* simulation);
+  /**
+   * \param simulation - the simulation whose time is used; may be null
+   * \param numWriters - threads that write frames; with more than one, frames are not written in order
+   */
+  explicit ImageCaptureBase(zorSDK::Simulation* simulation, unsigned int numWriters = 1);
   ~ImageCaptureBase() override;
+
+  /**
+   * Writes a captured frame; called on a writer thread.
+   * \param frame - packed 8-bit RGBA whose alpha has no meaning, of the size it was drawn in; rows from
+   * bottom to top
+   * \param first - number of the first image that shows it
+   * \param count - number of images that show it
+   */
+  virtual void writeFrame(osg::Image* frame, zor::Index first, zor::Index count);
 
   /** \return true if a frame could not be read or written since capturing started. */
   bool hasCaptureFailed() const;
 
-  /** Stops the writer thread. Derived classes call it first in their destructors, while writeImage is theirs.
+  /**
+   * Takes in the last frame and stops the writer threads. Derived classes call it first in their destructors,
+   * while writeImage is theirs.
    */
   void shutdownWriter() noexcept;
 
@@ -137,11 +158,8 @@ private:
   /** \return true if capturing and the next frame drawn would be stored. */
   bool isImageDue() const;
 
-  /** Stores a frame that is already in main memory, if it is due. Never throws. */
-  void applyImage(osg::Image const* frame) noexcept;
-
-  /** Takes a frame that `fill` puts into an image, if it is due; logs errors and then stops the capture. */
-  void captureFrame(std::function<void(osg::Image&)> const& fill) noexcept;
+  /** Takes a frame that is on the graphics card, if it is due; logs errors and then stops the capture. */
+  void captureFrame(osg::State& state, PixelSource const& source) noexcept;
 
   class Impl;
   std::unique_ptr<Impl> m_impl;

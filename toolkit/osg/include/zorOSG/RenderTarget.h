@@ -9,9 +9,13 @@
 
 #include <osg/Camera>
 #include <osg/GL>
-#include <osg/Image>
+#include <osg/Texture2D>
+
+#include <memory>
 
 namespace zorOSG {
+
+class TargetPixels;
 
 /**
  * An off-screen camera that renders the nodes below it into a buffer of its own.
@@ -60,6 +64,7 @@ public:
   /**
    * Attaches a capture that stores every frame the target draws.
    * \param imageCapture - the capture, kept alive by the target; null detaches.
+   * \throws std::invalid_argument if the target renders depth, which has no colours to store.
    */
   void setImageCapture(zorOSG::ImageCaptureBase* imageCapture);
 
@@ -67,7 +72,7 @@ public:
   zorOSG::ImageCaptureBase* getImageCapture();
 
   /**
-   * Resizes the buffer.
+   * Resizes the buffer, from the next frame on; what the last frame has drawn is given up.
    * \param width - width in pixels, 1 to 16384.
    * \param height - height in pixels, 1 to 16384.
    * \throws std::invalid_argument for a size outside that range.
@@ -88,7 +93,7 @@ public:
 
   /**
    * Adds a callback that runs on the draw thread before the target is drawn, after those added earlier.
-   * \param callback - kept alive by the target.
+   * \param callback - kept alive by the target; one that is there already is not added again.
    * \throws std::invalid_argument if callback is null.
    */
   void addPreRenderCallback(osg::Camera::DrawCallback* callback);
@@ -98,6 +103,8 @@ public:
    * \param eye - position of the camera (m).
    * \param center - point looked at (m).
    * \param up - direction shown upwards.
+   * \throws std::invalid_argument unless the three are finite, eye and center differ and up leads aside from
+   * the line between them.
    */
   void setViewMatrixAsLookAt(zor::Vec3 const& eye, zor::Vec3 const& center, zor::Vec3 const& up);
 
@@ -144,24 +151,47 @@ public:
   int getCameraCullMask() const;
 
 protected:
+  RenderTarget(zor::UInt width, zor::UInt height, BufferComponent bufferComponent, zor::UInt multiSamples,
+               TextureFormat textureFormat);
   ~RenderTarget() override;
 
-  /** Binds the buffers to the camera; called at construction and after every change of size. */
-  virtual void attachBuffers();
+  BufferComponent getComponent() const { return m_component; }
+  TextureFormat getFormat() const { return m_format; }
 
-  /** \return the pixels of the frame just drawn; called on the draw thread when a capture is attached. */
-  virtual osg::Image* readFrame(osg::RenderInfo& renderInfo);
+  /** \return the texture that is drawn into. */
+  osg::Texture2D* getBuffer() const { return m_buffer.get(); }
+
+  /** \return how its pixels are read. */
+  TargetPixels const& getPixels() const { return *m_pixels; }
+
+  /** \return the projection that the last frame was drawn with: near and far plane are as the scene made
+   * them. */
+  osg::Matrixd const& getDrawnProjection() const;
+
+  /** Called after a change of size. */
+  virtual void resized();
+
+  /** Called with the context current when the target has been drawn, before the rest of the frame. */
+  virtual void targetDrawn(osg::State& state);
+
+  /** Called with the context current when the frame that shows the target is complete. */
+  virtual void frameDrawn(osg::State& state);
 
 private:
   class FollowingCamera;
-  class CaptureCallback;
+  class FrameHooks;
 
-  void attachColorBuffer();
+  void attachBuffers();
 
   osg::ref_ptr<FollowingCamera> m_camera;
-  osg::ref_ptr<osg::Image> m_readback;
+  osg::ref_ptr<FrameHooks> m_hooks;
+  osg::ref_ptr<osg::Texture2D> m_buffer;
+  std::unique_ptr<TargetPixels> m_pixels;
   zor::ref_ptr<ImageCaptureBase> m_imageCapture;
   zor::Vec2u m_size;
+  BufferComponent m_component;
+  unsigned int m_multiSamples;
+  TextureFormat m_format;
 };
 
 } // namespace zorOSG

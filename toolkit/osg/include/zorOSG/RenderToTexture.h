@@ -12,7 +12,8 @@ public:
    * \param width - width in pixels.
    * \param height - height in pixels.
    * \param bufferComponent - colour or depth.
-   * \param multiSamples - samples per pixel; 0 turns anti-aliasing off. Depth is never multisampled.
+   * \param multiSamples - samples per pixel, at most 64 and what the graphics driver offers; 0 turns
+   * anti-aliasing off. Depth is never multisampled.
    * \param textureFormat - pixel format of a colour texture.
    */
   RenderToTexture(zor::UInt width, zor::UInt height, BufferComponent bufferComponent = COLOR_BUFFER,
@@ -23,17 +24,9 @@ public:
 
 protected:
   ~RenderToTexture() override;
-  void attachBuffers() override;
-  osg::Image* readFrame(osg::RenderInfo& renderInfo) override;
 
 private:
-  void attachTexture();
-
   zor::ref_ptr<Texture2D> m_texture;
-  osg::ref_ptr<osg::Image> m_readback;
-  BufferComponent m_component;
-  unsigned int m_multiSamples;
-  TextureFormat m_format;
 };
 
 } // namespace zorOSG

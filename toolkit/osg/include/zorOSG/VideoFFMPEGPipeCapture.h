@@ -4,6 +4,7 @@
 #include <zorOSG/ImageCaptureBase.h>
 
 #include <memory>
+#include <mutex>
 
 namespace zorOSG {
 
@@ -13,15 +14,21 @@ class FfmpegProcess;
  * Makes a video file by feeding captured frames through a named pipe to an `ffmpeg` process.
  *
  * The file grows under a temporary name beside its final one and is renamed when the encoder has finished
- * without an error, so a file with the final name is always whole.
+ * without an error, so a file with the final name is always whole. If the encoder fails (a full disk, a
+ * crash), capturing stops with an error in the log, and what was stored until then is kept as
+ * "name.incomplete.mp4" where it can be played. A video that runs when the program ends is finished.
+ *
+ * A file name that ends in ".gif", ".webp" or ".apng" makes an animated picture that repeats for ever: its
+ * frames are stored without loss first, whatever the codec, and encoded when the capture is stopped.
  */
 class VideoFFMPEGPipeCapture : public ImageCaptureBase {
 public:
   /** Video codecs; OutputCodecStrings holds the encoder's name of each. */
   enum OutputCodec : int {
-    OutputCodec_H264 = 0,    ///< H.264 with colours at half the resolution, which every player shows.
-    OutputCodec_H264RGB = 1, ///< H.264 with full colours, which few players show.
-    OutputCodec_XVID = 2     ///< MPEG-4 Part 2, for old players.
+    OutputCodec_H264 = 0, ///< H.264 with colours at half the resolution, which every player shows.
+    OutputCodec_H264RGB =
+        1,               ///< H.264 with full colours, which few players show; lossless, it keeps every bit.
+    OutputCodec_XVID = 2 ///< MPEG-4 Part 2, for old players.
   };
 
   /** Hash of a codec. */
@@ -47,9 +54,9 @@ public:
 
   /**
    * Creates the named pipe and starts the encoder process; startCapture() does it if it has not been done.
-   * \throws std::runtime_error if `ffmpeg` is not found or the folder of the video file can't be written to.
-   * Settings that the encoder refuses show with the first frames, as an error in the log, and in
-   * stopProcess().
+   * \throws std::runtime_error if `ffmpeg` is not found, the folder of the video file can't be written to or
+   * the pipe can't be made (in the folder that the environment variable TMPDIR names, else /tmp). Settings
+   * that the encoder refuses show with the first frames, as an error in the log, and in stopProcess().
    */
   void init();
 
@@ -83,7 +90,12 @@ public:
   /** \return the capture rate. */
   zor::Real getImageCaptureFPS() const;
 
-  /** \param lossless - true for lossless encoding (older players can't play it). */
+  /**
+   * Chooses encoding without loss, which older players can't play. H264RGB then keeps the colours bit for
+   * bit; H264 loses nothing of the colours at half resolution that it is given. XVID has no such mode and
+   * encodes at its best.
+   * \param lossless - true for lossless encoding
+   */
   void setEnableLossless(bool lossless);
 
   /** \return true if encoding is lossless. */
@@ -109,11 +121,21 @@ public:
 
   void writeImage(osg::Image* image, zor::Index index) override;
 
+#ifndef SWIG
+  /** Finishes all videos that are being created. Runs by itself when the program ends by exit(). */
+  static void finishAll();
+#endif
+
 protected:
   ~VideoFFMPEGPipeCapture() override;
+  void writeFrame(osg::Image* frame, zor::Index first, zor::Index count) override;
 
 private:
+  osg::Image* fittedFrame(osg::Image* image);
+
   std::unique_ptr<FfmpegProcess> m_encoder;
+  std::mutex m_encoderMutex;
+  osg::ref_ptr<osg::Image> m_frame;
   zor::Vec2u m_size;
   zor::String m_filename = "video.mp4";
   zor::Real m_videoFps;

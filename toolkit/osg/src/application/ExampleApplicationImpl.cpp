@@ -6,6 +6,7 @@
 #include "scene/VisualDetail.h"
 
 #include <zor/Notify.h>
+#include <zorOSG/RenderToImage.h>
 
 #include <iostream>
 #include <stdexcept>
@@ -112,6 +113,10 @@ void ExampleApplication::Impl::closeViewer() {
     return;
   bool const sync = captures->getSync();
   captures->finish();
+  // What is still on the graphics card would go with it.
+  for (auto const& added : targets)
+    if (auto* const picture = dynamic_cast<RenderToImage*>(added.target.get()))
+      picture->getImage();
   for (auto* const target : {&videoTarget, &imageTarget}) {
     if (target->isValid())
       app.removeRenderTarget(target->get());

@@ -2,6 +2,7 @@
 
 #include <osg/NodeVisitor>
 #include <osg/Viewport>
+#include <osgUtil/CullVisitor>
 
 namespace zorOSG {
 
@@ -25,6 +26,19 @@ void RenderTarget::FollowingCamera::accept(osg::NodeVisitor& visitor) {
     follow();
   }
   osg::Camera::accept(visitor);
+}
+
+/** Near and far plane are put into the very matrix that is on top now, once everything below has been seen.
+ */
+void RenderTarget::FollowingCamera::traverse(osg::NodeVisitor& visitor) {
+  if (auto* const culling = visitor.asCullVisitor()) {
+    m_culledProjection = culling->getProjectionMatrix();
+  }
+  osg::Camera::traverse(visitor);
+}
+
+void RenderTarget::FollowingCamera::keepProjection() {
+  drawnProjection = m_culledProjection ? osg::Matrixd(*m_culledProjection) : getProjectionMatrix();
 }
 
 } // namespace zorOSG

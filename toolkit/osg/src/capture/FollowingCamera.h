@@ -4,7 +4,8 @@
 
 namespace zorOSG {
 
-/** Copies view and projection of a reference camera each time it is culled. */
+/** Copies view and projection of a reference camera each time it is culled, and notes what it is drawn with.
+ */
 class RenderTarget::FollowingCamera : public osg::Camera {
 public:
   void setReference(osg::Camera const* reference) { m_reference = reference; }
@@ -13,12 +14,19 @@ public:
   void follow();
 
   void accept(osg::NodeVisitor& visitor) override;
+  void traverse(osg::NodeVisitor& visitor) override;
+
+  /** Keeps the projection of the frame that has just been drawn. */
+  void keepProjection();
+
+  osg::Matrixd drawnProjection;
 
 protected:
   ~FollowingCamera() override = default;
 
 private:
   osg::ref_ptr<osg::Camera const> m_reference;
+  osg::ref_ptr<osg::RefMatrix const> m_culledProjection;
 };
 
 } // namespace zorOSG

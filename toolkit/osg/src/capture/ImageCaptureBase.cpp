@@ -1,8 +1,11 @@
 #include <zorOSG/ImageCaptureBase.h>
 
+#include "ContextScope.h"
 #include "FramePixels.h"
 #include "ImageWriter.h"
 #include "Limits.h"
+#include "PixelTransfer.h"
+#include "ViewPixels.h"
 
 #include <zor/Notify.h>
 #include <zor/observer_ptr.h>
@@ -12,6 +15,7 @@
 #include <osg/RenderInfo>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cmath>
 #include <stdexcept>
@@ -29,9 +33,11 @@ double wallClock() {
 
 class ImageCaptureBase::Impl {
 public:
-  explicit Impl(ImageCaptureBase* owner)
+  Impl(ImageCaptureBase* owner, unsigned int numWriters)
       : drawCallback(new DrawCallback(owner)),
-        writer([owner](osg::Image* image, std::uint64_t index) { owner->writeImage(image, index); }) {}
+        writer([owner](osg::Image* frame, std::uint64_t first,
+                       std::uint64_t count) { owner->writeFrame(frame, first, count); },
+               numWriters) {}
 
   double now() const {
     bool const simulated = sync && simulation.isValid();
@@ -47,13 +53,13 @@ public:
       return due;
     }
     auto const limit = static_cast<std::uint64_t>(maxImages);
-    return std::min(due, limit - std::min(limit, numWritten));
+    return std::min(due, limit - std::min(limit, numTaken));
   }
 
   bool isFirstAt(double time) const { return !timing || time < lastTime; }
 
   /** \return how many images are due now; counts from the first frame so that no error accumulates. */
-  unsigned int countDue() {
+  std::uint64_t countDue() {
     double const time = now();
     if (isFirstAt(time)) {
       timing = true;
@@ -61,39 +67,95 @@ public:
       numTimed = 0;
     }
     lastTime = time;
-    return static_cast<unsigned int>(countDueAt(time));
+    return countDueAt(time);
   }
 
-  void submit(osg::ref_ptr<osg::Image> frame, unsigned int due) {
-    zor::Vec2u const size = resolution;
-    bool const scale =
-        size[0] != 0 && (frame->s() != static_cast<int>(size[0]) || frame->t() != static_cast<int>(size[1]));
-    if (scale) {
-      frame->scaleImage(static_cast<int>(size[0]), static_cast<int>(size[1]), 1);
+  /** Takes a frame that shows a number of images: at once, or with the next one while its pixels travel. */
+  void take(osg::State& state, PixelSource const& source, std::uint64_t count) {
+    Frame const frame{source.width(), source.height(), imageNum, count};
+    if (hasAsynchronousReadBack(state)) {
+      travelling = frame;
+      transfer.start(state, source, GL_RGBA, GL_UNSIGNED_BYTE, frame.size());
+    } else {
+      submit(frame, [&](unsigned char* to) {
+        source.read(state, GL_RGBA, GL_UNSIGNED_BYTE, to);
+        return true;
+      });
     }
-    writer.submit(std::move(frame), imageNum, due);
-    imageNum += due;
-    numTimed += due;
-    numWritten += due;
+    imageNum += count;
+    numTimed += count;
+    numTaken += count;
   }
 
-  bool limitReached() const { return maxImages >= 0 && numWritten >= static_cast<std::uint64_t>(maxImages); }
+  /** Takes in the frame whose pixels are on their way, if there is one. */
+  void arrive(osg::State& state) {
+    if (transfer.isPending()) {
+      submit(travelling, [&](unsigned char* to) { return transfer.finish(state, to); });
+    }
+  }
+
+  /** The same outside of drawing. */
+  void arrive() {
+    if (!transfer.isPending()) {
+      return;
+    }
+    osg::ref_ptr<osg::GraphicsContext> gc;
+    context.lock(gc);
+    ContextScope const scope(gc);
+    if (!scope.isCurrent()) {
+      transfer.cancel();
+      throw std::runtime_error("the graphics context was closed before the last frame was read");
+    }
+    arrive(*gc->getState());
+  }
+
+  bool limitReached() const { return maxImages >= 0 && numTaken >= static_cast<std::uint64_t>(maxImages); }
 
   osg::ref_ptr<DrawCallback> drawCallback;
   zor::observer_ptr<zorSDK::Simulation> simulation;
+  osg::observer_ptr<osg::GraphicsContext> context;
   zor::Real fps = 30.0;
   int maxImages = -1;
   bool sync = false;
   bool started = false;
   bool failed = false;
-  zor::Vec2u resolution{0u, 0u};
+  std::atomic<std::uint64_t> resolution = 0; // width and height; writers read it
   std::uint64_t imageNum = 0;
-  std::uint64_t numWritten = 0;
+  std::uint64_t numTaken = 0;
   std::uint64_t numTimed = 0;
   bool timing = false;
   double startTime = 0.0;
   double lastTime = 0.0;
-  // Last, so that its thread ends before anything it may use.
+
+private:
+  struct Frame {
+    int width;
+    int height;
+    std::uint64_t first;
+    std::uint64_t count;
+
+    std::size_t size() const {
+      return std::size_t{4} * static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    }
+  };
+
+  template <class Fill>
+  void submit(Frame const& frame, Fill const& fill) {
+    osg::ref_ptr<osg::Image> image = writer.acquire();
+    image->allocateImage(frame.width, frame.height, 1, GL_RGBA, GL_UNSIGNED_BYTE);
+    if (!image->data() || !fill(image->data())) {
+      writer.release(std::move(image));
+      throw std::runtime_error("a frame of " + std::to_string(frame.width) + " x " +
+                               std::to_string(frame.height) + " pixels could not be read");
+    }
+    writer.submit(std::move(image), frame.first, frame.count);
+  }
+
+  PixelTransfer transfer;
+  Frame travelling{};
+
+public:
+  // Last, so that its threads end before anything they may use.
   ImageWriter writer;
 };
 
@@ -103,7 +165,8 @@ void ImageCaptureBase::DrawCallback::operator()(osg::RenderInfo& renderInfo) con
   }
 }
 
-ImageCaptureBase::ImageCaptureBase(zorSDK::Simulation* simulation) : m_impl(std::make_unique<Impl>(this)) {
+ImageCaptureBase::ImageCaptureBase(zorSDK::Simulation* simulation, unsigned int numWriters)
+    : m_impl(std::make_unique<Impl>(this, numWriters)) {
   setSimulation(simulation);
   m_impl->sync = simulation != nullptr;
 }
@@ -116,6 +179,7 @@ void ImageCaptureBase::shutdownWriter() noexcept {
   m_impl->drawCallback->m_capture = nullptr;
   m_impl->started = false;
   try {
+    m_impl->arrive();
     m_impl->writer.drain();
   } catch (...) { // NOLINT(bugprone-empty-catch): a destructor has nobody to tell
   }
@@ -143,7 +207,7 @@ void ImageCaptureBase::startCapture(int start) {
                                 std::to_string(start));
   }
   m_impl->imageNum = static_cast<std::uint64_t>(start);
-  m_impl->numWritten = 0;
+  m_impl->numTaken = 0;
   m_impl->failed = false;
   resetTime();
   m_impl->started = true;
@@ -152,7 +216,14 @@ void ImageCaptureBase::startCapture(int start) {
 bool ImageCaptureBase::stopCapture() {
   bool const wasStarted = m_impl->started;
   m_impl->started = false;
-  std::string const error = m_impl->writer.drain();
+  std::string error;
+  try {
+    m_impl->arrive();
+  } catch (std::exception const& e) {
+    error = e.what();
+  }
+  std::string const writersError = m_impl->writer.drain();
+  error = writersError.empty() ? error : writersError;
   if (!error.empty()) {
     m_impl->failed = true;
     zor::notify(zor::Notify::NOTIFY_ERROR) << "Capture failed: " << error << zor::endMessage;
@@ -179,11 +250,13 @@ void ImageCaptureBase::setSimulation(zorSDK::Simulation* simulation) {
 
 void ImageCaptureBase::setImageResolution(zor::UInt width, zor::UInt height) {
   bool const asFrame = width == 0 && height == 0;
-  m_impl->resolution = asFrame ? zor::Vec2u(0u, 0u) : checkedSize("image resolution", width, height);
+  zor::Vec2u const size = asFrame ? zor::Vec2u(0u, 0u) : checkedSize("image resolution", width, height);
+  m_impl->resolution = std::uint64_t{size[0]} << 32 | size[1];
 }
 
 zor::Vec2u ImageCaptureBase::getImageResolution() const {
-  return m_impl->resolution;
+  std::uint64_t const size = m_impl->resolution;
+  return zor::Vec2u(static_cast<zor::UInt32>(size >> 32), static_cast<zor::UInt32>(size));
 }
 
 int ImageCaptureBase::getImageNum() const {
@@ -210,14 +283,25 @@ void ImageCaptureBase::resetTime() {
 void ImageCaptureBase::apply(osg::RenderInfo& renderInfo) {
   osg::Camera const* camera = renderInfo.getCurrentCamera();
   osg::Viewport const* viewport = camera ? camera->getViewport() : nullptr;
-  if (!viewport) {
-    return;
+  if (viewport && renderInfo.getState()) {
+    captureFrame(*renderInfo.getState(), ViewPixels(*viewport));
   }
-  captureFrame([viewport](osg::Image& image) {
-    image.readPixels(static_cast<int>(viewport->x()), static_cast<int>(viewport->y()),
-                     static_cast<int>(viewport->width()), static_cast<int>(viewport->height()), GL_RGB,
-                     GL_UNSIGNED_BYTE);
-  });
+}
+
+void ImageCaptureBase::writeFrame(osg::Image* frame, zor::Index first, zor::Index count) {
+  thread_local osg::ref_ptr<osg::Image> picture; // its memory is used again
+  if (!picture || picture->referenceCount() > 1) {
+    picture = new osg::Image;
+  }
+  copyAsRgb(*frame, *picture);
+  zor::Vec2u const size = getImageResolution();
+  int const width = static_cast<int>(size[0]), height = static_cast<int>(size[1]);
+  if (width != 0 && (picture->s() != width || picture->t() != height)) {
+    picture->scaleImage(width, height, 1);
+  }
+  for (zor::Index i = 0; i < count; ++i) {
+    writeImage(picture, first + i);
+  }
 }
 
 bool ImageCaptureBase::isImageDue() const {
@@ -225,29 +309,19 @@ bool ImageCaptureBase::isImageDue() const {
   return m_impl->started && (m_impl->isFirstAt(time) || m_impl->countDueAt(time) > 0);
 }
 
-void ImageCaptureBase::applyImage(osg::Image const* frame) noexcept {
-  if (frame && frame->valid()) {
-    captureFrame([frame](osg::Image& image) { copyAsRgb(*frame, image); });
-  }
-}
-
-void ImageCaptureBase::captureFrame(std::function<void(osg::Image&)> const& fill) noexcept {
+void ImageCaptureBase::captureFrame(osg::State& state, PixelSource const& source) noexcept {
   if (!m_impl->started) {
     return;
   }
   try {
-    unsigned int const due = m_impl->countDue();
-    if (due > 0) {
-      osg::ref_ptr<osg::Image> frame = m_impl->writer.acquire();
-      try {
-        fill(*frame);
-      } catch (...) {
-        m_impl->writer.release(std::move(frame));
-        throw;
-      }
-      m_impl->submit(std::move(frame), due);
+    m_impl->context = state.getGraphicsContext();
+    m_impl->arrive(state);
+    std::uint64_t const due = m_impl->countDue();
+    if (due > 0 && source.width() > 0 && source.height() > 0) {
+      m_impl->take(state, source, due);
     }
     if (m_impl->limitReached()) {
+      m_impl->arrive(state);
       m_impl->started = false;
     }
     if (m_impl->writer.failed()) {

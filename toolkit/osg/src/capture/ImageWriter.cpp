@@ -6,8 +6,15 @@
 
 namespace zorOSG {
 
-ImageWriter::ImageWriter(Sink sink) : m_sink(std::move(sink)) {
-  for (std::size_t i = 0; i < s_poolSize; ++i) {
+namespace {
+
+constexpr std::size_t s_waitingFrames = 3; // besides those being written
+
+} // namespace
+
+ImageWriter::ImageWriter(Sink sink, unsigned int numThreads)
+    : m_sink(std::move(sink)), m_numThreads(numThreads) {
+  for (std::size_t i = 0; i < numThreads + s_waitingFrames; ++i) {
     m_free.emplace_back(new osg::Image);
   }
 }
@@ -18,8 +25,8 @@ ImageWriter::~ImageWriter() {
     m_stop = true;
   }
   m_changed.notify_all();
-  if (m_thread.joinable()) {
-    m_thread.join();
+  for (std::thread& thread : m_threads) {
+    thread.join();
   }
 }
 
@@ -31,12 +38,13 @@ osg::ref_ptr<osg::Image> ImageWriter::acquire() {
   return frame;
 }
 
-void ImageWriter::submit(osg::ref_ptr<osg::Image> frame, std::uint64_t index, unsigned int count) {
+void ImageWriter::submit(osg::ref_ptr<osg::Image> frame, std::uint64_t index, std::uint64_t count) {
   {
     std::lock_guard<std::mutex> const lock(m_mutex);
     m_jobs.push_back({std::move(frame), index, count});
-    if (!m_thread.joinable()) {
-      m_thread = std::thread([this] { run(); });
+    bool const isBehind = m_jobs.size() + m_numBusy > m_threads.size();
+    if (isBehind && m_threads.size() < m_numThreads) {
+      m_threads.emplace_back([this] { run(); });
     }
   }
   m_changed.notify_all();
@@ -52,7 +60,7 @@ void ImageWriter::release(osg::ref_ptr<osg::Image> frame) {
 
 std::string ImageWriter::drain() {
   std::unique_lock<std::mutex> lock(m_mutex);
-  m_changed.wait(lock, [this] { return m_jobs.empty() && !m_busy; });
+  m_changed.wait(lock, [this] { return m_jobs.empty() && m_numBusy == 0; });
   std::string error;
   error.swap(m_error);
   return error;
@@ -73,33 +81,30 @@ void ImageWriter::run() {
     }
     Job const job = std::move(m_jobs.front());
     m_jobs.pop_front();
-    m_busy = true;
+    ++m_numBusy;
     bool const skip = !m_error.empty();
     lock.unlock();
-    std::string error;
-    if (!skip) {
-      try {
-        write(job);
-      } catch (std::exception const& e) {
-        error = e.what();
-      } catch (...) {
-        error = "unknown error while writing a captured frame";
-      }
-    }
+    std::string const error = skip ? "" : write(job);
     lock.lock();
-    if (!error.empty()) {
+    if (m_error.empty()) {
       m_error = error;
     }
     m_free.push_back(job.frame);
-    m_busy = false;
+    --m_numBusy;
     m_changed.notify_all();
   }
 }
 
-void ImageWriter::write(Job const& job) {
+/** \return what went wrong, or nothing. */
+std::string ImageWriter::write(Job const& job) {
   zorUtil::TaskScope const record("write picture");
-  for (unsigned int i = 0; i < job.count; ++i) {
-    m_sink(job.frame.get(), job.index + i);
+  try {
+    m_sink(job.frame.get(), job.index, job.count);
+    return "";
+  } catch (std::exception const& e) {
+    return e.what();
+  } catch (...) {
+    return "unknown error while writing a captured frame";
   }
 }
 

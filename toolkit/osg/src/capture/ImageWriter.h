@@ -14,14 +14,15 @@
 namespace zorOSG {
 
 /**
- * A thread that writes frames in order. Frames come from a small pool: acquire() waits while all of them are
- * under way, which bounds memory and slows drawing down to the speed of the writer.
+ * Threads that write frames; a single one writes them in order. Frames come from a small pool: acquire()
+ * waits while all of them are under way, which bounds memory and slows drawing down to the speed of the
+ * writers.
  */
 class ImageWriter {
 public:
-  using Sink = std::function<void(osg::Image*, std::uint64_t index)>;
+  using Sink = std::function<void(osg::Image*, std::uint64_t index, std::uint64_t count)>;
 
-  explicit ImageWriter(Sink sink);
+  ImageWriter(Sink sink, unsigned int numThreads);
   ~ImageWriter();
   ImageWriter(ImageWriter const&) = delete;
   ImageWriter& operator=(ImageWriter const&) = delete;
@@ -30,7 +31,7 @@ public:
   osg::ref_ptr<osg::Image> acquire();
 
   /** Queues a frame to be written under `count` numbers starting at `index`. */
-  void submit(osg::ref_ptr<osg::Image> frame, std::uint64_t index, unsigned int count);
+  void submit(osg::ref_ptr<osg::Image> frame, std::uint64_t index, std::uint64_t count);
 
   /** Gives an acquired frame back unwritten. */
   void release(osg::ref_ptr<osg::Image> frame);
@@ -45,23 +46,22 @@ private:
   struct Job {
     osg::ref_ptr<osg::Image> frame;
     std::uint64_t index;
-    unsigned int count;
+    std::uint64_t count;
   };
 
   void run();
-  void write(Job const& job);
-
-  static constexpr std::size_t s_poolSize = 4;
+  std::string write(Job const& job);
 
   Sink m_sink;
+  std::size_t const m_numThreads;
   std::mutex m_mutex;
   std::condition_variable m_changed;
   std::vector<osg::ref_ptr<osg::Image>> m_free;
   std::deque<Job> m_jobs;
-  bool m_busy = false;
+  std::size_t m_numBusy = 0;
   bool m_stop = false;
   std::string m_error;
-  std::thread m_thread;
+  std::vector<std::thread> m_threads;
 };
 
 } // namespace zorOSG

@@ -1,11 +1,15 @@
 #include <zorOSG/RenderTarget.h>
 
+#include "BufferSettings.h"
 #include "FollowingCamera.h"
+#include "FrameHooks.h"
 #include "Limits.h"
-#include "context/Extensions.h"
+#include "TargetPixels.h"
 
 #include <osg/Viewport>
 
+#include <cmath>
+#include <initializer_list>
 #include <limits>
 #include <stdexcept>
 #include <string>
@@ -25,33 +29,22 @@ osg::Vec3d toOsg(zor::Vec3 const& v) {
   return osg::Vec3d(v[0], v[1], v[2]);
 }
 
-/** Runs before the buffers are set up. */
-class ExtensionCheck : public osg::Camera::DrawCallback {
-public:
-  void operator()(osg::RenderInfo& renderInfo) const override { supportedExtensions(renderInfo); }
-};
+void requireFinite(char const* method, std::initializer_list<double> numbers) {
+  for (double const number : numbers)
+    if (!std::isfinite(number))
+      throw std::invalid_argument(std::string(method) + ": the numbers must be finite");
+}
 
 } // namespace
 
-/** Hands the frame to the capture. Does not keep the target alive: the target owns it through its camera. */
-class RenderTarget::CaptureCallback : public osg::Camera::DrawCallback {
-public:
-  explicit CaptureCallback(RenderTarget* target) : m_target(target) {}
-
-  void operator()(osg::RenderInfo& renderInfo) const override {
-    if (m_target && m_target->m_imageCapture.isValid() && m_target->m_imageCapture->getCaptureStarted()) {
-      m_target->m_imageCapture->applyImage(m_target->readFrame(renderInfo));
-    }
-  }
-
-  void detach() { m_target = nullptr; }
-
-private:
-  RenderTarget* m_target;
-};
-
 RenderTarget::RenderTarget(zor::UInt width, zor::UInt height)
-    : m_camera(new FollowingCamera), m_size(checkedSize("a render target", width, height)) {
+    : RenderTarget(width, height, COLOR_BUFFER, 0, RGBA) {}
+
+RenderTarget::RenderTarget(zor::UInt width, zor::UInt height, BufferComponent bufferComponent,
+                           zor::UInt multiSamples, TextureFormat textureFormat)
+    : m_camera(new FollowingCamera), m_hooks(new FrameHooks(this)), m_buffer(new osg::Texture2D),
+      m_size(checkedSize("a render target", width, height)), m_component(bufferComponent),
+      m_multiSamples(checkedSamples(multiSamples)), m_format(checkedFormat(bufferComponent, textureFormat)) {
   m_camera->setRenderTargetImplementation(osg::Camera::FRAME_BUFFER_OBJECT, osg::Camera::FRAME_BUFFER);
   m_camera->setRenderOrder(osg::Camera::PRE_RENDER);
   m_camera->setReferenceFrame(osg::Transform::ABSOLUTE_RF);
@@ -61,14 +54,41 @@ RenderTarget::RenderTarget(zor::UInt width, zor::UInt height)
   m_camera->setProjectionMatrixAsPerspective(45.0, double(width) / double(height), 0.1, 1000.0);
   // The main view may cull with other masks; a target shows all until told otherwise.
   m_camera->setInheritanceMask(m_camera->getInheritanceMask() & ~osg::CullSettings::CULL_MASK);
-  m_camera->setInitialDrawCallback(new ExtensionCheck);
-  m_camera->setFinalDrawCallback(new CaptureCallback(this));
-  m_camera->attach(osg::Camera::PACKED_DEPTH_STENCIL_BUFFER, GL_DEPTH_STENCIL_EXT);
-  attachColorBuffer();
+  m_hooks->install(*m_camera);
+  for (auto const filter : {osg::Texture::MIN_FILTER, osg::Texture::MAG_FILTER})
+    m_buffer->setFilter(filter, osg::Texture::LINEAR);
+  for (auto const direction : {osg::Texture::WRAP_S, osg::Texture::WRAP_T})
+    m_buffer->setWrap(direction, osg::Texture::CLAMP_TO_EDGE);
+  m_buffer->setResizeNonPowerOfTwoHint(false);
+  bool const isDepth = m_component == DEPTH_BUFFER;
+  m_buffer->setInternalFormat(isDepth ? GL_DEPTH_COMPONENT32F : static_cast<int>(m_format));
+  m_buffer->setSourceFormat(static_cast<GLenum>(m_format));
+  m_buffer->setSourceType(isDepth ? GL_FLOAT : GL_UNSIGNED_BYTE);
+  attachBuffers();
 }
 
 RenderTarget::~RenderTarget() {
-  static_cast<CaptureCallback*>(m_camera->getFinalDrawCallback())->detach();
+  m_hooks->target = nullptr;
+}
+
+/** A texture's size is fixed when it is made, so that all that refers to it is made anew. */
+void RenderTarget::attachBuffers() {
+  m_buffer->setTextureSize(static_cast<int>(m_size[0]), static_cast<int>(m_size[1]));
+  m_buffer->dirtyTextureObject();
+  for (auto const part :
+       {osg::Camera::COLOR_BUFFER, osg::Camera::DEPTH_BUFFER, osg::Camera::PACKED_DEPTH_STENCIL_BUFFER})
+    m_camera->detach(part);
+  bool const isDepth = m_component == DEPTH_BUFFER;
+  if (isDepth) {
+    m_camera->attach(osg::Camera::DEPTH_BUFFER, m_buffer);
+    m_camera->attach(osg::Camera::COLOR_BUFFER, GL_RGBA);
+  } else {
+    m_camera->attach(osg::Camera::COLOR_BUFFER, m_buffer, 0, 0, false, m_multiSamples, 0);
+    m_camera->attach(osg::Camera::PACKED_DEPTH_STENCIL_BUFFER, GL_DEPTH_STENCIL_EXT);
+  }
+  m_camera->dirtyAttachmentMap();
+  m_pixels = std::make_unique<TargetPixels>(m_buffer,
+                                            isDepth ? osg::Camera::DEPTH_BUFFER : osg::Camera::COLOR_BUFFER);
 }
 
 void RenderTarget::setReferenceCamera(osg::Camera const* referenceCamera) {
@@ -79,8 +99,10 @@ void RenderTarget::setReferenceCamera(osg::Camera const* referenceCamera) {
 }
 
 void RenderTarget::setImageCapture(zorOSG::ImageCaptureBase* imageCapture) {
+  if (imageCapture && m_component == DEPTH_BUFFER) {
+    throw std::invalid_argument("setImageCapture: a render target of depth has no colours to capture");
+  }
   m_imageCapture = imageCapture;
-  attachBuffers();
 }
 
 zorOSG::ImageCaptureBase* RenderTarget::getImageCapture() {
@@ -91,6 +113,7 @@ void RenderTarget::setSize(zor::UInt width, zor::UInt height) {
   m_size = checkedSize("a render target", width, height);
   m_camera->setViewport(0, 0, static_cast<int>(width), static_cast<int>(height));
   attachBuffers();
+  resized();
 }
 
 void RenderTarget::setSize(zor::Vec2u size) {
@@ -109,10 +132,17 @@ void RenderTarget::addPreRenderCallback(osg::Camera::DrawCallback* callback) {
   if (!callback) {
     throw std::invalid_argument("addPreRenderCallback: the callback is null");
   }
-  m_camera->addPreDrawCallback(callback);
+  m_hooks->addPreRender(*m_camera, callback);
 }
 
 void RenderTarget::setViewMatrixAsLookAt(zor::Vec3 const& eye, zor::Vec3 const& center, zor::Vec3 const& up) {
+  zor::Vec3 const aside = (center - eye) ^ up;
+  requireFinite("setViewMatrixAsLookAt", {eye[0], eye[1], eye[2], aside[0], aside[1], aside[2]});
+  if (aside.length2() == 0.0) {
+    throw std::invalid_argument(
+        "setViewMatrixAsLookAt: eye and center must differ, and up must lead aside from the "
+        "line between them");
+  }
   m_camera->setViewMatrixAsLookAt(toOsg(eye), toOsg(center), toOsg(up));
 }
 
@@ -122,7 +152,8 @@ void RenderTarget::setViewMatrixFromOtherCamera(osg::Camera const* camera) {
 
 void RenderTarget::setProjectionMatrixAsPerspective(double fovy, double aspectRatio, double zNear,
                                                     double zFar) {
-  bool const valid = fovy > 0.0 && fovy < 180.0 && aspectRatio > 0.0 && zNear > 0.0 && zFar > zNear;
+  bool const valid = fovy > 0.0 && fovy < 180.0 && aspectRatio > 0.0 && zNear > 0.0 && zFar > zNear && std::isfinite(aspectRatio) &&
+                     std::isfinite(zFar);
   if (!valid) {
     throw std::invalid_argument("a perspective needs 0 < fovy < 180, aspectRatio > 0 and 0 < zNear < zFar");
   }
@@ -136,6 +167,7 @@ void RenderTarget::setProjectionMatrixFromOtherCamera(osg::Camera const* camera)
 
 void RenderTarget::setProjectionMatrixAsOrtho(double left, double right, double bottom, double top,
                                               double zNear, double zFar) {
+  requireFinite("setProjectionMatrixAsOrtho", {left, right, bottom, top, zNear, zFar});
   if (!(left != right && bottom != top && zNear != zFar)) {
     throw std::invalid_argument("an orthographic projection needs a box with a volume");
   }
@@ -166,28 +198,18 @@ int RenderTarget::getCameraCullMask() const {
   return static_cast<int>(m_camera->getCullMask());
 }
 
-void RenderTarget::attachBuffers() {
-  attachColorBuffer();
+osg::Matrixd const& RenderTarget::getDrawnProjection() const {
+  return m_camera->drawnProjection;
 }
 
-void RenderTarget::attachColorBuffer() {
-  m_camera->detach(osg::Camera::COLOR_BUFFER);
+void RenderTarget::resized() {}
+
+void RenderTarget::targetDrawn(osg::State&) {}
+
+void RenderTarget::frameDrawn(osg::State& state) {
   if (m_imageCapture.isValid()) {
-    // Reading pixels back costs, so it is done only for a capture.
-    if (!m_readback.valid()) {
-      m_readback = new osg::Image;
-    }
-    m_readback->allocateImage(static_cast<int>(m_size[0]), static_cast<int>(m_size[1]), 1, GL_RGB,
-                              GL_UNSIGNED_BYTE);
-    m_camera->attach(osg::Camera::COLOR_BUFFER, m_readback.get());
-  } else {
-    m_camera->attach(osg::Camera::COLOR_BUFFER, GL_RGBA);
+    m_imageCapture->captureFrame(state, *m_pixels);
   }
-  m_camera->dirtyAttachmentMap();
-}
-
-osg::Image* RenderTarget::readFrame(osg::RenderInfo&) {
-  return m_readback.get();
 }
 
 } // namespace zorOSG

@@ -1,24 +1,30 @@
 #include <zorOSG/RenderToImage.h>
 
 #include "AtomicFile.h"
-#include "BufferSettings.h"
+#include "ContextScope.h"
+#include "PixelTransfer.h"
+#include "TargetPixels.h"
 
 #include <zor/Notify.h>
 
+#include <osg/ValueObject>
+
 #include <cstring>
+#include <new>
 
 namespace zorOSG {
 
 RenderToImage::RenderToImage(zor::UInt width, zor::UInt height, BufferComponent bufferComponent,
                              zor::UInt multiSamples, TextureFormat textureFormat)
-    : RenderTarget(width, height), m_image(new osg::Image), m_component(bufferComponent),
-      m_multiSamples(checkedSamples(multiSamples)), m_format(checkedFormat(bufferComponent, textureFormat)) {
-  attachImage();
+    : RenderTarget(width, height, bufferComponent, multiSamples, textureFormat),
+      m_transfer(std::make_unique<PixelTransfer>()) {
+  makeImage();
 }
 
 RenderToImage::~RenderToImage() = default;
 
 osg::Image* RenderToImage::getImage() {
+  fetch();
   return m_image.get();
 }
 
@@ -26,20 +32,24 @@ bool RenderToImage::extractImageData(unsigned char* img, int size) const {
   if (!img || size < 0 || static_cast<unsigned int>(size) != m_image->getTotalSizeInBytes()) {
     return false;
   }
-  std::memcpy(img, m_image->data(), static_cast<std::size_t>(size));
+  fetch();
+  std::memmove(img, m_image->data(), static_cast<std::size_t>(size)); // it may be the image's own data
   return true;
 }
 
 unsigned char* RenderToImage::getImageData() {
+  fetch();
+  m_isDataKnown = true;
   return m_image->data();
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature scripts see
 bool RenderToImage::saveImage(zor::String filename) const {
   try {
-    if (m_component == DEPTH_BUFFER) {
+    if (getComponent() == DEPTH_BUFFER) {
       throw std::runtime_error("cannot save '" + filename + "': the render target holds depth, not colour");
     }
+    fetch();
     writeImageAtomically(*m_image, filename);
     return true;
   } catch (std::exception const& e) {
@@ -48,33 +58,75 @@ bool RenderToImage::saveImage(zor::String filename) const {
   }
 }
 
-void RenderToImage::attachBuffers() {
-  attachImage();
-}
-
-void RenderToImage::attachImage() {
-  osg::Camera* camera = getCamera();
+/** Another image, so that whoever looks at the pixels of this one can go on looking. */
+void RenderToImage::makeImage() {
   zor::Vec2u const size = getSize();
-  int const width = static_cast<int>(size[0]);
-  int const height = static_cast<int>(size[1]);
-  camera->detach(osg::Camera::COLOR_BUFFER);
-  camera->detach(osg::Camera::DEPTH_BUFFER);
-  camera->detach(osg::Camera::PACKED_DEPTH_STENCIL_BUFFER);
-  if (m_component == DEPTH_BUFFER) {
-    m_image->allocateImage(width, height, 1, GL_DEPTH_COMPONENT, GL_FLOAT);
-    camera->attach(osg::Camera::DEPTH_BUFFER, m_image.get());
-    camera->attach(osg::Camera::COLOR_BUFFER, GL_RGBA);
-  } else {
-    m_image->allocateImage(width, height, 1, m_format, GL_UNSIGNED_BYTE);
-    camera->attach(osg::Camera::COLOR_BUFFER, m_image.get(), m_multiSamples, 0);
-    camera->attach(osg::Camera::PACKED_DEPTH_STENCIL_BUFFER, GL_DEPTH_STENCIL_EXT);
+  GLenum const type = getComponent() == DEPTH_BUFFER ? GL_FLOAT : GL_UNSIGNED_BYTE;
+  m_image = new osg::Image;
+  m_image->allocateImage(static_cast<int>(size[0]), static_cast<int>(size[1]), 1,
+                         static_cast<GLenum>(getFormat()), type);
+  if (!m_image->data()) {
+    throw std::bad_alloc();
   }
   std::memset(m_image->data(), 0, m_image->getTotalSizeInBytes());
-  camera->dirtyAttachmentMap();
 }
 
-osg::Image* RenderToImage::readFrame(osg::RenderInfo&) {
-  return m_component == COLOR_BUFFER ? m_image.get() : nullptr;
+void RenderToImage::resized() {
+  m_transfer->cancel();
+  m_isStale = m_isDataKnown = false;
+  makeImage();
+}
+
+/** \return true if pixels are wanted of every frame. */
+bool RenderToImage::isWatched() const {
+  return m_isDataKnown || m_image->referenceCount() > 1;
+}
+
+void RenderToImage::targetDrawn(osg::State& state) {
+  if (isWatched() && hasAsynchronousReadBack(state)) {
+    m_transfer->start(state, getPixels(), m_image->getPixelFormat(), m_image->getDataType(),
+                      m_image->getTotalSizeInBytes());
+  }
+}
+
+void RenderToImage::frameDrawn(osg::State& state) {
+  m_context = state.getGraphicsContext();
+  m_isStale = true;
+  if (m_transfer->isPending()) {
+    m_isStale = !m_transfer->finish(state, m_image->data());
+  }
+  // A context of somebody else cannot be asked later.
+  if (m_isStale && (isWatched() || !ContextScope::isPossible(state.getGraphicsContext()))) {
+    read(state);
+  } else if (!m_isStale) {
+    dated();
+  }
+  RenderTarget::frameDrawn(state);
+}
+
+/** Brings the pixels of the last frame if nobody has wanted them so far. */
+void RenderToImage::fetch() const {
+  osg::ref_ptr<osg::GraphicsContext> context;
+  if (!m_isStale || !m_context.lock(context)) {
+    return;
+  }
+  ContextScope const scope(context);
+  if (scope.isCurrent()) {
+    read(*context->getState());
+  }
+}
+
+void RenderToImage::read(osg::State& state) const {
+  getPixels().read(state, m_image->getPixelFormat(), m_image->getDataType(), m_image->data());
+  m_isStale = false;
+  dated();
+}
+
+void RenderToImage::dated() const {
+  m_image->dirty();
+  if (getComponent() == DEPTH_BUFFER) {
+    m_image->setUserValue("projection", getDrawnProjection());
+  }
 }
 
 } // namespace zorOSG

@@ -3,6 +3,7 @@
 #include "FfmpegProcess.h"
 #include "FramePixels.h"
 #include "Limits.h"
+#include "VideosAtExit.h"
 
 #include <zor/Notify.h>
 
@@ -24,24 +25,6 @@ VideoFFMPEGPipeCapture::CodecStringConversionMap makeCodecStrings() {
   return map;
 }
 
-/** \return the image as tightly packed 8-bit RGB of that size: itself where it is so already. */
-osg::ref_ptr<osg::Image> asFrame(osg::Image* image, zor::Vec2u size) {
-  int const width = static_cast<int>(size[0]);
-  int const height = static_cast<int>(size[1]);
-  osg::ref_ptr<osg::Image> frame = image;
-  if (!isPackedRgb(*image)) {
-    frame = new osg::Image;
-    copyAsRgb(*image, *frame);
-  }
-  if (frame->s() != width || frame->t() != height) {
-    if (frame == image) {
-      frame = new osg::Image(*image, osg::CopyOp::DEEP_COPY_ALL);
-    }
-    frame->scaleImage(width, height, 1);
-  }
-  return frame;
-}
-
 } // namespace
 
 VideoFFMPEGPipeCapture::CodecStringConversionMap VideoFFMPEGPipeCapture::OutputCodecStrings =
@@ -56,6 +39,7 @@ VideoFFMPEGPipeCapture::VideoFFMPEGPipeCapture(zor::UInt width, zor::UInt height
 }
 
 VideoFFMPEGPipeCapture::~VideoFFMPEGPipeCapture() {
+  VideosAtExit::remove(this);
   shutdownWriter();
   if (m_encoder) {
     try {
@@ -74,7 +58,7 @@ void VideoFFMPEGPipeCapture::init() {
     throw std::runtime_error("no encoder is known for video codec " +
                              std::to_string(static_cast<int>(m_codec)));
   }
-  FfmpegProcess::Settings settings;
+  VideoSettings settings;
   settings.width = m_size[0];
   settings.height = m_size[1];
   settings.fps = m_videoFps;
@@ -82,7 +66,10 @@ void VideoFFMPEGPipeCapture::init() {
   settings.lossless = m_lossless;
   settings.codec = OutputCodecStrings[m_codec];
   settings.output = m_filename;
-  m_encoder = std::make_unique<FfmpegProcess>(std::move(settings));
+  auto encoder = std::make_unique<FfmpegProcess>(std::move(settings));
+  std::lock_guard<std::mutex> const lock(m_encoderMutex);
+  m_encoder = std::move(encoder);
+  VideosAtExit::add(this);
 }
 
 void VideoFFMPEGPipeCapture::setFilename(zor::String filename) {
@@ -160,35 +147,65 @@ bool VideoFFMPEGPipeCapture::hasActiveVideo() const {
 
 bool VideoFFMPEGPipeCapture::stopProcess() {
   stopCapture();
-  if (!m_encoder) {
+  VideosAtExit::remove(this);
+  std::unique_ptr<FfmpegProcess> encoder;
+  {
+    std::lock_guard<std::mutex> const lock(m_encoderMutex);
+    encoder = std::move(m_encoder);
+  }
+  if (!encoder || encoder->hasFailed()) {
     return false;
   }
   // A capture that stopped by itself at its image limit is no failure; a frame that was lost is.
-  bool ok = !hasCaptureFailed();
   try {
-    m_encoder->finish();
+    encoder->finish();
   } catch (std::exception const& e) {
     zor::notify(zor::Notify::NOTIFY_ERROR) << e.what() << zor::endMessage;
-    ok = false;
+    return false;
   }
-  m_encoder.reset();
-  return ok;
+  return !hasCaptureFailed();
 }
 
 void VideoFFMPEGPipeCapture::startCapture(int start) {
+  if (!getCaptureStarted() && m_encoder && hasCaptureFailed()) {
+    stopProcess(); // what is left of an encoder that has failed
+  }
   init();
   ImageCaptureBase::startCapture(start);
+}
+
+void VideoFFMPEGPipeCapture::writeFrame(osg::Image* frame, zor::Index first, zor::Index count) {
+  for (zor::Index i = 0; i < count; ++i) {
+    writeImage(frame, first + i);
+  }
 }
 
 void VideoFFMPEGPipeCapture::writeImage(osg::Image* image, zor::Index) {
   if (!image || !image->valid()) {
     throw std::invalid_argument("writeImage: the image is null or empty");
   }
+  std::lock_guard<std::mutex> const lock(m_encoderMutex);
   if (!m_encoder) {
     throw std::runtime_error("writeImage: no video is active; call init() or startCapture() first");
   }
-  osg::ref_ptr<osg::Image> const frame = asFrame(image, m_size);
-  m_encoder->writeFrame(frame->data(), std::size_t{3} * m_size[0] * m_size[1]);
+  m_encoder->writeFrame(fittedFrame(image)->data(), std::size_t{4} * m_size[0] * m_size[1]);
+}
+
+/** \return the image as packed 8-bit RGBA of the video's size: itself where it is so already. */
+osg::Image* VideoFFMPEGPipeCapture::fittedFrame(osg::Image* image) {
+  int const width = static_cast<int>(m_size[0]), height = static_cast<int>(m_size[1]);
+  bool const hasSize = image->s() == width && image->t() == height;
+  if (hasSize && isPackedRgba(*image)) {
+    return image;
+  }
+  if (!m_frame) {
+    m_frame = new osg::Image;
+  }
+  copyAsRgba(*image, *m_frame);
+  if (!hasSize) {
+    m_frame->scaleImage(width, height, 1);
+  }
+  return m_frame;
 }
 
 } // namespace zorOSG

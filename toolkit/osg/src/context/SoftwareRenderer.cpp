@@ -13,11 +13,6 @@ namespace zorOSG {
 
 namespace {
 
-bool drawsOnProcessor() {
-  auto const* const renderer = reinterpret_cast<char const*>(glGetString(GL_RENDERER));
-  return renderer && (std::strstr(renderer, "llvmpipe") || std::strstr(renderer, "softpipe"));
-}
-
 void keepHeap() {
 #ifdef __GLIBC__
   // Setting one of the two stops the allocator from adapting the other.
@@ -27,6 +22,11 @@ void keepHeap() {
 }
 
 } // namespace
+
+bool drawsOnProcessor() {
+  auto const* const renderer = reinterpret_cast<char const*>(glGetString(GL_RENDERER));
+  return renderer && (std::strstr(renderer, "llvmpipe") || std::strstr(renderer, "softpipe"));
+}
 
 void keepHeapForSoftwareRenderer() {
   static std::once_flag once;
