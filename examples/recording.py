@@ -42,8 +42,8 @@ def build(application: zorOSG.ExampleApplication) -> None:
             position = zor.Vec3(0 if across else side, side if across else 0, 0.15 + 0.301 * layer)
             add(application, zorCollide.Box(half), position, PAINTS[layer % 4])
     ball = add(application, zorCollide.Sphere(0.42), zor.Vec3(-6, -0.4, 2.0), zor.Vec4f(0.15, 0.16, 0.18, 1))
-    ball.getMassProperties().setMass(900)
-    ball.setVelocity(zor.Vec3(7.5, 0.3, 1.6))
+    ball.getMassProperties().setMass(6000)
+    ball.setVelocity(zor.Vec3(8.5, 0.35, 1.9))
 
 
 def shaded(distances: NDArray[numpy.float32], nearest: float, farthest: float) -> NDArray[numpy.uint8]:
@@ -79,7 +79,7 @@ def main() -> int:
 
     film, animation = os.path.join(folder, "tower.mp4"), os.path.join(folder, "tower.gif")
     with application.record(film, 30, speed=0.5), small.record(animation, 15, simulation=application.getSimulation(), speed=0.5):
-        application.stopAfter(1.9)
+        application.stopAfter(2.2)
         exit_code = application.run()
     if exit_code:
         return exit_code

@@ -122,7 +122,7 @@ def test_every_kind_of_shadow_is_drawn(tmp_path):
 def test_recordings_of_a_tower(tmp_path):
     out = run_example("recording.py", "--output", tmp_path)
     frames, pictures, nearest = re.search(r"(\d+) frames in tower.mp4, (\d+) in tower.gif; nearest point ([\d.]+) m", out).groups()
-    assert int(frames) == pytest.approx(114, abs=2) and int(pictures) == pytest.approx(57, abs=2)
+    assert int(frames) == pytest.approx(132, abs=2) and int(pictures) == pytest.approx(66, abs=2)
     assert 1 < float(nearest) < 8
     sheet, depth = pixels_of(tmp_path / "sheet.png"), pixels_of(tmp_path / "depth.png")
     assert sheet.shape == (3 * 186 + 6, 3 * 326 + 6, 3) and (sheet[..., 0] > sheet[..., 2] + 60).sum() > 5000  # red and yellow blocks

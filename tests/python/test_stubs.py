@@ -132,7 +132,7 @@ def test_parameters_are_called_as_at_run_time(name):
         for node in body:
             there = getattr(scope, node.name, None) if isinstance(node, ast.FunctionDef) else None
             if inspect.isfunction(there) and not there.__code__.co_flags & inspect.CO_VARARGS and not node.args.posonlyargs:
-                names = [argument.arg for argument in node.args.args]
+                names = [argument.arg for argument in [*node.args.args, *node.args.kwonlyargs]]
                 assert names == list(inspect.signature(there, annotation_format=annotationlib.Format.STRING).parameters), f"{scope.__name__}.{node.name}"
                 compared += 1
     assert compared or name == "zorStream"
@@ -207,6 +207,7 @@ def test_hardly_any_type_is_unknown():
                     continue
                 total += len(types)
                 unknown |= {(getattr(scope, "name", name), node.name) for known in types if "Any" in ast.unparse(known)}
+    unknown -= {("Image", "asArray"), ("RenderToImage", "asArray")}  # of pixels that may be of any number type
     assert {scope for scope, _ in unknown} == {"SwigPyIterator", "GroupAndIndices"}
     assert 0 < len(unknown) < LARGEST_SHARE_OF_ANY * total
 

@@ -21,14 +21,24 @@ Arguments commonArguments() {
   return {"ffmpeg", "-hide_banner", "-loglevel", "error", "-nostdin", "-y"};
 }
 
-/** Chroma at half resolution needs an even size; players guess the colours of a video that does not name
- * them. */
-void addColors(Arguments& arguments) {
+/**
+ * Chroma at half resolution needs an even size. Players take a video that does not name its colours, as those
+ * of the old codec, for one of the old standard.
+ */
+void addColors(Arguments& arguments, bool isOld) {
+  std::string const matrix = isOld ? "bt601" : "bt709", name = isOld ? "smpte170m" : "bt709";
   add(arguments, {"-vf",
-                  "vflip,pad=ceil(iw/2)*2:ceil(ih/2)*2,"
-                  "scale=out_color_matrix=bt709:out_range=tv:flags=bicubic+accurate_rnd+full_chroma_int",
-                  "-pix_fmt", "yuv420p", "-colorspace", "bt709", "-color_primaries", "bt709", "-color_trc",
-                  "bt709", "-color_range", "tv"});
+                  "vflip,pad=ceil(iw/2)*2:ceil(ih/2)*2,scale=out_color_matrix=" + matrix +
+                      ":out_range=tv:flags=bicubic+accurate_rnd+full_chroma_int",
+                  "-pix_fmt", "yuv420p", "-colorspace", name, "-color_primaries", name, "-color_trc", name,
+                  "-color_range", "tv"});
+}
+
+/** The encoder of XVID has no rate factor, but a quantiser from 1 (best) to 31, whose steps are felt less and
+ * less. */
+std::string quantiserText(unsigned int crf) {
+  constexpr unsigned int range = 30;
+  return std::to_string(1 + range * crf * crf / (s_worstCrf * s_worstCrf));
 }
 
 /** What is written must stay readable if the encoder or the disk gives up. */
@@ -69,17 +79,15 @@ Arguments VideoSettings::recordingArguments(std::filesystem::path const& pipe) c
     add(arguments,
         {"-vf", "vflip", "-c:v", "libx264rgb", "-preset", "ultrafast", "-qp", "0", "-pix_fmt", "bgr0"});
   } else if (codec == "libxvid") {
-    // This encoder has no rate factor; its quantiser runs from 1 (best) to 31.
-    unsigned int const quantiser = lossless ? 1u : 1u + crf * 30u / s_worstCrf;
-    add(arguments, {"-c:v", codec, "-q:v", std::to_string(quantiser)});
-    addColors(arguments);
+    add(arguments, {"-c:v", codec, "-q:v", quantiserText(lossless ? 0 : crf)});
+    addColors(arguments, true);
   } else {
     add(arguments, {"-c:v", codec, "-preset", "veryfast"});
     lossless ? add(arguments, {"-qp", "0"}) : add(arguments, {"-crf", std::to_string(crf)});
     if (codec == "libx264rgb")
       add(arguments, {"-vf", "vflip", "-pix_fmt", "bgr0"});
     else
-      addColors(arguments);
+      addColors(arguments, false);
   }
   addContainer(arguments, recording().extension().string());
   add(arguments, {"file:" + recording().string()});
