@@ -100,7 +100,8 @@ TEST_F(CaptureEncoder, one_that_never_reads_or_never_ends_is_given_up) {
   } catch (std::runtime_error const& error) {
     expectIn("does not read", error.what());
   }
-  replaceEncoder("for last; do case $last in */frames) pipe=$last;; esac; done; cat $pipe > /dev/null; sleep 100");
+  replaceEncoder(
+      "for last; do case $last in */frames) pipe=$last;; esac; done; cat $pipe > /dev/null; sleep 100");
   FfmpegProcess encoder(settings(), s_patience);
   expectIn("no longer did anything", failureOf(encoder, 3));
 }

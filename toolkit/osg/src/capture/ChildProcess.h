@@ -39,7 +39,8 @@ public:
   /** Begins to watch whether it does something. */
   void watch() { m_progress = Clock::now(); }
 
-  /** \return true if it has used no processor time for that long since watch(), as far as calls of this function saw */
+  /** \return true if it has used no processor time for that long since watch(), as far as calls of this
+   * function saw */
   bool isStuck(std::chrono::milliseconds patience);
 
   /** Ends it by force. */

@@ -152,8 +152,8 @@ void RenderTarget::setViewMatrixFromOtherCamera(osg::Camera const* camera) {
 
 void RenderTarget::setProjectionMatrixAsPerspective(double fovy, double aspectRatio, double zNear,
                                                     double zFar) {
-  bool const valid = fovy > 0.0 && fovy < 180.0 && aspectRatio > 0.0 && zNear > 0.0 && zFar > zNear && std::isfinite(aspectRatio) &&
-                     std::isfinite(zFar);
+  bool const valid = fovy > 0.0 && fovy < 180.0 && aspectRatio > 0.0 && zNear > 0.0 && zFar > zNear &&
+                     std::isfinite(aspectRatio) && std::isfinite(zFar);
   if (!valid) {
     throw std::invalid_argument("a perspective needs 0 < fovy < 180, aspectRatio > 0 and 0 < zNear < zFar");
   }

@@ -37,7 +37,8 @@ void VideoFFMPEGPipeCapture::finishAll() {
 
 void VideosAtExit::add(VideoFFMPEGPipeCapture* video) {
   // The log first: what was made earlier is destroyed later.
-  static bool const registered = (zor::notify(zor::Notify::NOTIFY_DEBUG), std::atexit(VideoFFMPEGPipeCapture::finishAll) == 0);
+  static bool const registered =
+      (zor::notify(zor::Notify::NOTIFY_DEBUG), std::atexit(VideoFFMPEGPipeCapture::finishAll) == 0);
   (void)registered;
   std::lock_guard<std::mutex> const lock(running().mutex);
   running().videos.insert(video);
