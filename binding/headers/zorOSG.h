@@ -31,6 +31,9 @@
 #include <zorOSG/RigidBodyRenderCache.h>
 #include <zorOSG/SceneDecorator.h>
 #include <zorOSG/SceneDescription.h>
+#include <zorOSG/SkyBox.h>
+#include <zorOSG/SkySphere.h>
+#include <zorOSG/SmoothNormals.h>
 #include <zorOSG/Text.h>
 #include <zorOSG/TextFunctions.h>
 #include <zorOSG/Texture2D.h>

@@ -69,6 +69,7 @@ ZOR_LENT(osg::LightSource)
 ZOR_LENT(osg::Material)
 ZOR_LENT(osg::StateSet)
 ZOR_LENT(osg::Texture2D)
+ZOR_LENT(osg::TextureCubeMap)
 ZOR_LENT(osgGA::EventQueue)
 ZOR_LENT(osgGA::MatrixManipulator)
 ZOR_LENT(osgText::Text)
@@ -109,6 +110,7 @@ ZOR_LENT(zorOSG::VideoFFMPEGPipeCapture)
 %include "scene/read.i"
 %include "scene/render_state.i"
 %include "scene/light_source.i"
+%include "scene/sky_box.i"
 %include "scene/texture.i"
 %include "scene/primitives.i"
 %include "sensors/lidar.i"

@@ -14,6 +14,7 @@
 #include <zorCollide/Trimesh.h>
 #include <zorOSG/CreateVisual.h>
 #include <zorOSG/RenderState.h>
+#include <zorOSG/SmoothNormals.h>
 #include <zorRender/RenderData.h>
 
 #include <gtest/gtest.h>

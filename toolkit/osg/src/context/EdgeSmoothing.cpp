@@ -4,9 +4,11 @@
 
 #include "shaders/EdgeProgram.h"
 
+#include <osg/ColorMask>
 #include <osg/Depth>
 #include <osg/GLExtensions>
 #include <osg/Geometry>
+#include <osg/PolygonMode>
 #include <osg/RenderInfo>
 #include <osg/State>
 #include <osg/Texture2D>
@@ -34,15 +36,18 @@ public:
     m_quad->setUseDisplayList(false);
     m_quad->setUseVertexBufferObjects(true);
 
-    constexpr auto forced = osg::StateAttribute::ON | osg::StateAttribute::OVERRIDE;
+    // What was drawn last may have left its state on the stack, with values that win.
+    constexpr auto forced = osg::StateAttribute::ON | osg::StateAttribute::PROTECTED;
     m_filter = new osg::StateSet;
     m_filter->setAttributeAndModes(edgeProgram(), forced);
     m_filter->setTextureAttributeAndModes(0, m_texture, forced);
+    m_filter->setAttribute(new osg::ColorMask, forced);
+    m_filter->setAttributeAndModes(new osg::PolygonMode, forced);
     m_filter->addUniform(m_pixelSize);
     m_filter->addUniform(new osg::Uniform("picture", 0));
     m_filter->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false), forced);
-    m_filter->setMode(GL_BLEND, osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE);
-    m_filter->setMode(GL_CULL_FACE, osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE);
+    for (GLenum const mode : {GL_BLEND, GL_CULL_FACE, GL_STENCIL_TEST, GL_SCISSOR_TEST})
+      m_filter->setMode(mode, osg::StateAttribute::OFF | osg::StateAttribute::PROTECTED);
   }
 
   void begin(osg::RenderInfo& renderInfo) {

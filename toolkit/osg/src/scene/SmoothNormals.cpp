@@ -1,4 +1,4 @@
-#include <zorOSG/RenderState.h>
+#include <zorOSG/SmoothNormals.h>
 
 #include <algorithm>
 #include <vector>

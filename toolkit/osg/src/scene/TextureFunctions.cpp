@@ -7,16 +7,14 @@
 #include <stdexcept>
 #include <tuple>
 
-#include <osg/TexMat>
 #include <osg/observer_ptr>
-#include <osgDB/ReadFile>
 
 #include <zorOSG/Lookup.h>
 
 #include "Checks.h"
-#include "ReaderMessages.h"
+#include "ImageFile.h"
 #include "ResourceFile.h"
-#include "VisualState.h"
+#include "TextureRoles.h"
 
 namespace zorOSG {
 
@@ -46,19 +44,8 @@ osg::ref_ptr<osg::Texture2D> textureOf(osg::Image* image) {
 }
 
 osg::ref_ptr<osg::Texture2D> readTexture(std::string const& filename) {
-  std::string const path = findResourceFile(filename);
-  if (path.empty()) {
-    logMissingFile("Image file", filename);
-    return nullptr;
-  }
-  ReaderMessages const printed;
-  osg::ref_ptr<osg::Image> const image = osgDB::readRefImageFile(path);
-  if (!image || image->s() <= 0 || image->t() <= 0) {
-    logReadError("Image file", path, printed.text().empty() ? "no reader understands it" : printed.text());
-    return nullptr;
-  }
-  printed.log(path);
-  return textureOf(image);
+  osg::ref_ptr<osg::Image> const image = readImage("Image file", filename);
+  return image ? textureOf(image) : nullptr;
 }
 
 /** Textures of image files that are in use, so that many visuals share one. */
@@ -93,28 +80,11 @@ private:
   std::map<Key, osg::observer_ptr<osg::Texture2D>> m_textures;
 };
 
-void bind(osg::Node& node, osg::Texture2D& texture, TextureMode mode,
-          osg::StateAttribute::OverrideValue value) {
-  auto const unit = static_cast<unsigned int>(mode);
-  osg::StateSet& state = ownState(node);
-  if (mode == DIFFUSE_TEXTURE)
-    state.setTextureAttributeAndModes(unit, &texture, value);
-  else // for shaders; switched on for fixed drawing it would be multiplied onto the colour
-    state.setTextureAttribute(unit, &texture, value);
-}
-
-void setScale(osg::Node& node, TextureMode mode, float scaleU, float scaleV) {
-  auto const unit = static_cast<unsigned int>(mode);
-  osg::StateSet& state = ownState(node);
-  if (scaleU == 1.0f && scaleV == 1.0f)
-    state.removeTextureAttribute(unit, osg::StateAttribute::TEXMAT);
-  else
-    state.setTextureAttributeAndModes(unit, new osg::TexMat(osg::Matrix::scale(scaleU, scaleV, 1.0)));
-}
-
 bool setOnNodes(GeometryNodePtrVector const& nodes, osg::Texture2D& texture, TextureMode mode) {
-  for (GeometryNode* node : nodes)
-    bind(*node, texture, mode, protectedOverride);
+  for (GeometryNode* node : nodes) {
+    bindTexture(*node, texture, mode, protectedOverride);
+    scaleTexture(*node, mode, 1.0f, 1.0f, protectedOverride);
+  }
   return !nodes.empty();
 }
 
@@ -176,8 +146,8 @@ bool setTexture(osg::Node* node, osg::Texture2D* texture, bool repeat, zorOSG::T
   if (!texture)
     return false;
   setWrap(*texture, repeat);
-  bind(*node, *texture, mode, osg::StateAttribute::ON);
-  setScale(*node, mode, scaleU, scaleV);
+  bindTexture(*node, *texture, mode, osg::StateAttribute::ON);
+  scaleTexture(*node, mode, scaleU, scaleV, osg::StateAttribute::ON);
   return true;
 }
 

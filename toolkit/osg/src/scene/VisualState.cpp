@@ -3,6 +3,7 @@
 #include <osg/Geode>
 #include <osg/NodeVisitor>
 #include <osg/Program>
+#include <osg/ValueObject>
 
 namespace zorOSG {
 
@@ -42,6 +43,32 @@ osg::Material* materialOf(osg::StateSet& state) {
 
 bool isDefault(osg::Material const* material) {
   return material == &defaultMaterial() || material == &groundMaterial();
+}
+
+/** The nearest material above a node, along its first parents. */
+osg::Material const& materialAbove(osg::Node const& node) {
+  for (osg::Node const* above = &node; above->getNumParents() > 0;) {
+    above = above->getParent(0);
+    osg::StateSet const* const state = above->getStateSet();
+    auto const* const material =
+        state ? dynamic_cast<osg::Material const*>(state->getAttribute(osg::StateAttribute::MATERIAL))
+              : nullptr;
+    if (material)
+      return *material;
+  }
+  return defaultMaterial();
+}
+
+/** Remembers at a material which of its values shall win, and tells whether any does. */
+bool keepOverride(osg::Material& material, MaterialValue value, bool override) {
+  static std::string const name = "zor_override";
+  int const bit = static_cast<int>(value);
+  int before = 0;
+  material.getUserValue(name, before);
+  int const now = override ? before | bit : before & ~bit;
+  if (now != before)
+    material.setUserValue(name, now);
+  return now != 0;
 }
 
 /** Takes the default look away from everything below a node. */
@@ -88,14 +115,16 @@ bool hasLook(osg::Node const& node) {
   return false;
 }
 
-osg::Material& ownMaterial(osg::Node& node, bool override) {
+osg::Material& ownMaterial(osg::Node& node, bool override, MaterialValue value) {
   osg::StateSet& state = ownState(node);
   osg::ref_ptr<osg::Material> material = materialOf(state);
-  if (!material)
-    material = new osg::Material(defaultMaterial());
-  else if (isDefault(material) || material->getNumParents() > 1)
-    material = new osg::Material(*material);
-  state.setAttributeAndModes(material, onValue(override));
+  if (!material) {
+    material = new osg::Material(materialAbove(node));
+    material->setUserDataContainer(nullptr);
+  } else if (isDefault(material) || material->getNumParents() > 1) {
+    material = new osg::Material(*material, osg::CopyOp::DEEP_COPY_ALL);
+  }
+  state.setAttributeAndModes(material, onValue(keepOverride(*material, value, override)));
   DefaultLookRemover remover;
   node.accept(remover);
   return *material;

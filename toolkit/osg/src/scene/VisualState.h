@@ -13,11 +13,17 @@ namespace zorOSG {
 /** The node's state set, made or copied so that no other node has it. */
 osg::StateSet& ownState(osg::Node& node);
 
+/** The values of a material; each may be set to win over materials further down. */
+enum class MaterialValue { NONE = 0, DIFFUSE = 1, AMBIENT = 2, SPECULAR = 4, SHININESS = 8, ALPHA = 16 };
+
 /**
  * The material of the node's own state set, made or copied so that nothing else has it. A new one starts with
- * the default look. Default looks further down are dropped, else they would hide it.
+ * the look that the node has from above. Default looks further down are dropped, else they would hide it.
+ * \param value - what is about to be set
+ * \param override - whether it shall win over materials further down; a material does as long as one of its
+ * values shall
  */
-osg::Material& ownMaterial(osg::Node& node, bool override);
+osg::Material& ownMaterial(osg::Node& node, bool override, MaterialValue value = MaterialValue::NONE);
 
 /** Looks of visuals that were given no colour; one object for all of them. */
 osg::Material& defaultMaterial();

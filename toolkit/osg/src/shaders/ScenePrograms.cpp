@@ -1,5 +1,7 @@
 #include "ScenePrograms.h"
 
+#include "SurfaceSource.h"
+
 namespace zorOSG {
 
 namespace {
@@ -9,6 +11,10 @@ char const* const DEFINES = R"(#version 130
 #pragma import_defines(ZOR_UNLIT, ZOR_TEXTURE, ZOR_VERTEXCOLOR, ZOR_FLAT, ZOR_UNSHADOWED)
 #pragma import_defines(ZOR_SHADOW, ZOR_SHADOWKIND)
 #pragma import_defines(ZOR_LIGHT0, ZOR_LIGHT1, ZOR_LIGHT2, ZOR_SPECULAR0, ZOR_SPECULAR1, ZOR_SPECULAR2)
+#pragma import_defines(ZOR_NOLIGHT0, ZOR_NOLIGHT1, ZOR_NOLIGHT2)
+#pragma import_defines(ZOR_LIGHT3, ZOR_LIGHT4, ZOR_LIGHT5, ZOR_LIGHT6, ZOR_LIGHT7)
+#pragma import_defines(ZOR_GAMMA, ZOR_METALLIC, ZOR_ROUGHNESS, ZOR_REFLECTION, ZOR_SURROUNDINGS)
+#pragma import_defines(ZOR_STOREDSHADOW, ZOR_JITTER, ZOR_NORMALMAP, ZOR_HEIGHTMAP, ZOR_ROUGHNESSMAP, ZOR_METALLICMAP)
 #if defined(ZOR_SHADOW) && !defined(ZOR_UNSHADOWED) && !defined(ZOR_UNLIT)
 #define SHADOWED
 #if ZOR_SHADOWKIND == 1 || ZOR_SHADOWKIND == 2 || ZOR_SHADOWKIND == 4
@@ -18,6 +24,33 @@ char const* const DEFINES = R"(#version 130
 #ifdef ZOR_SPHERE
 #undef ZOR_UNLIT
 #undef ZOR_TEXTURE
+#endif
+#if defined(ZOR_SPHERE) || defined(ZOR_UNLIT)
+#undef ZOR_STOREDSHADOW
+#undef ZOR_NORMALMAP
+#undef ZOR_HEIGHTMAP
+#undef ZOR_ROUGHNESSMAP
+#undef ZOR_METALLICMAP
+#endif
+#ifdef ZOR_UNLIT
+#undef ZOR_SURROUNDINGS
+#else
+#if defined(ZOR_METALLIC) || defined(ZOR_ROUGHNESS) || defined(ZOR_METALLICMAP) || defined(ZOR_ROUGHNESSMAP)
+#define PHYSICAL
+#endif
+#if defined(ZOR_NORMALMAP) || defined(ZOR_HEIGHTMAP)
+#define BENT // the surface is not as flat as its triangles
+#endif
+#ifdef ZOR_SHADOW
+#define SHADOW_LIGHT ZOR_SHADOW
+#else
+#define SHADOW_LIGHT 0
+#endif
+#if defined(BENT) || defined(ZOR_STOREDSHADOW) || defined(ZOR_ROUGHNESSMAP) || defined(ZOR_METALLICMAP)
+#define ROLES // textures beside the colour
+#endif
+#endif
+#ifdef ZOR_SPHERE
 vec3 zorEye;
 vec4 zorShadowCoord;
 varying vec4 zorColor;
@@ -31,7 +64,7 @@ varying vec3 zorNormal;
 #if defined(ZOR_UNLIT) || defined(ZOR_VERTEXCOLOR)
 varying vec4 zorColor;
 #endif
-#ifdef ZOR_TEXTURE
+#if defined(ZOR_TEXTURE) || defined(ROLES)
 varying vec2 zorTexCoord;
 #endif
 #ifdef ONE_MAP
@@ -133,7 +166,9 @@ void main() {
 #if defined(ZOR_UNLIT) || defined(ZOR_VERTEXCOLOR)
   zorColor = gl_Color;
 #endif
-#ifdef ZOR_TEXTURE
+#if defined(ROLES)
+  zorTexCoord = gl_MultiTexCoord0.st;
+#elif defined(ZOR_TEXTURE)
   zorTexCoord = (gl_TextureMatrix[0] * gl_MultiTexCoord0).st;
 #endif
 #ifndef ZOR_UNLIT
@@ -162,15 +197,29 @@ uniform sampler2D zor_texture;
 #endif
 
 #ifdef SHADOWED
+#if ZOR_SHADOWKIND != 5
+uniform vec2 zor_shadowMapSize;
+#ifdef ZOR_JITTER
+uniform sampler2D zor_jitter;
+const float UNREST = 3.0; // texels of the shadow map between the ends of the noise
+
+vec2 moved(vec2 at) {
+  vec2 noise = texture2D(zor_jitter, gl_FragCoord.xy / vec2(textureSize(zor_jitter, 0))).rg;
+  return at + (noise - 0.5) * UNREST / zor_shadowMapSize;
+}
+#else
+#define moved(at) (at)
+#endif
+#endif
+
 #if ZOR_SHADOWKIND == 1
 uniform sampler2DShadow zor_shadowMap;
 
-float lightAt(vec2 at, float depth) { return shadow2D(zor_shadowMap, vec3(at, depth)).r; }
+float lightAt(vec2 at, float depth) { return shadow2D(zor_shadowMap, vec3(moved(at), depth)).r; }
 #endif
 
 #if ZOR_SHADOWKIND == 2 || ZOR_SHADOWKIND == 3 || ZOR_SHADOWKIND == 6
 uniform sampler2D zor_shadowMap;
-uniform vec2 zor_shadowMapSize;
 
 // Whether light reaches the four texels around a corner: left and right above it, right and left below.
 vec4 lit(vec2 corner, float depth) {
@@ -188,7 +237,7 @@ vec4 lit(vec2 corner, float depth) {
 // The mean of three by three lookups that each blend four texels.
 float lightAt(vec2 at, float depth) {
   vec2 texel = 1.0 / zor_shadowMapSize;
-  vec2 place = at * zor_shadowMapSize - 0.5;
+  vec2 place = moved(at) * zor_shadowMapSize - 0.5;
   vec2 base = floor(place);
   vec2 f = place - base;
   vec2 corner = base * texel;
@@ -208,13 +257,13 @@ float lightAt(vec2 at, float depth) {
 
 #if ZOR_SHADOWKIND == 4
 uniform sampler2D zor_shadowMap;
-uniform vec2 zor_shadowMapSize;
 const float CLEARANCE = 0.004; // in depth, of what counts as behind all bodies
 
 // The part of the neighbourhood that no body covers, for what lies behind the bodies.
 float lightAt(vec2 at, float depth) {
   vec2 texel = 1.0 / zor_shadowMapSize;
   vec2 sum = vec2(0.0);
+  at = moved(at);
   for (int y = -1; y <= 1; ++y)
     for (int x = -1; x <= 1; ++x)
       sum += texture2D(zor_shadowMap, at + vec2(x, y) * 1.5 * texel).rg;
@@ -284,13 +333,30 @@ vec3 surfaceNormal() {
 #endif
 }
 #endif
-
+@SURFACE@
+@REFLECTION@
 void main() {
 #ifdef ZOR_SPHERE
   meetSphere();
 #endif
+#ifndef ZOR_UNLIT
+  vec3 normal = surfaceNormal();
+  vec3 toEye = normalize(-zorEye);
+  vec3 flatNormal = normal; // of the surface as it is, which shadows fall on
+#ifdef ROLES
+  zorPlace = zorTexCoord;
+#endif
+#ifdef ZOR_HEIGHTMAP
+  meetHeights(normal, toEye);
+#endif
+#if defined(ZOR_NORMALMAP)
+  normal = normalOfMap(normal);
+#elif defined(ZOR_HEIGHTMAP)
+  normal = normalOfHeights(normal);
+#endif
+#endif
 #ifdef ZOR_TEXTURE
-  vec4 image = texture2D(zor_texture, zorTexCoord);
+  vec4 image = texture2D(zor_texture, COLOR_PLACE);
 #else
   vec4 image = vec4(1.0);
 #endif
@@ -304,9 +370,14 @@ void main() {
 #else
   vec4 surface = gl_FrontMaterial.diffuse;
 #endif
-  vec3 normal = surfaceNormal();
-  vec3 toEye = normalize(-zorEye);
-  vec3 flatLight = gl_FrontLightModelProduct.sceneColor.rgb;
+  vec3 baseColor = decoded(surface.rgb);
+  image.rgb = decoded(image.rgb);
+#ifdef PHYSICAL
+  Mirrors mirrors = findMirrors(baseColor * image.rgb);
+  vec3 flatLight = decoded(gl_LightModel.ambient.rgb);
+#else
+  vec3 flatLight = decoded(gl_FrontLightModelProduct.sceneColor.rgb);
+#endif
   vec3 diffuse = vec3(0.0);
   vec3 specular = vec3(0.0);
 @LIGHTS@
@@ -316,22 +387,48 @@ void main() {
   diffuse = vec3(0.75 * max(dot(normal, toEye), 0.0));
 #endif
 #endif
+#ifdef PHYSICAL
 #if defined(ZOR_SPHERE) || defined(ZOR_VERTEXCOLOR)
-  flatLight *= surface.rgb; // the material does not know the colour
+  vec3 ambientColor = baseColor;
+#else
+  vec3 ambientColor = decoded(gl_FrontMaterial.ambient.rgb);
 #endif
-  gl_FragColor = vec4((flatLight + diffuse * surface.rgb) * image.rgb + specular, surface.a * image.a);
+  vec3 around = flatLight;
+#ifdef ZOR_SURROUNDINGS
+  around = surroundings(reflect(-toEye, normal), mirrors.roughness) * zor_reflection;
+#endif
+  vec3 color = (flatLight * ambientColor + diffuse * baseColor) * image.rgb * (1.0 - mirrors.metallic);
+  color += specular + around * reflectedOfAll(mirrors, max(dot(normal, toEye), 0.0));
+  color += decoded(gl_FrontMaterial.emission.rgb) * image.rgb;
+#else
+#if defined(ZOR_SPHERE) || defined(ZOR_VERTEXCOLOR)
+  flatLight *= baseColor; // the material does not know the colour
+#endif
+  vec3 color = (flatLight + diffuse * baseColor) * image.rgb + specular;
+#ifdef ZOR_SURROUNDINGS
+  color = mix(color, surroundings(reflect(-toEye, normal), 0.0), zor_reflection);
+#endif
+#endif
+  gl_FragColor = vec4(encoded(color), surface.a * image.a);
 #endif
 }
 )";
 
+// What a light does; one of these for each.
 char const* const ONE_LIGHT = R"(
-#ifdef ZOR_LIGHT@
+#if defined(ZOR_LIGHT@) && !defined(ZOR_NOLIGHT@)
   {
 #if ZOR_LIGHT@ == 1
     vec3 toLight = normalize(gl_LightSource[@].position.xyz);
     float reach = 1.0;
 #else
-    vec3 toLight = gl_LightSource[@].position.xyz - zorEye;
+    vec3 toLight = gl_LightSource[@].position.xyz;
+#if ZOR_LIGHT@ == 5
+    float near = gl_LightSource[@].position.w == 0.0 ? 0.0 : 1.0;
+    toLight -= near * zorEye;
+#else
+    toLight -= zorEye;
+#endif
     float range = length(toLight);
     toLight /= range;
 #if ZOR_LIGHT@ == 2
@@ -340,22 +437,39 @@ char const* const ONE_LIGHT = R"(
     float reach = 1.0 / (gl_LightSource[@].constantAttenuation + range * (gl_LightSource[@].linearAttenuation +
                          range * gl_LightSource[@].quadraticAttenuation));
 #endif
-#if ZOR_LIGHT@ == 4
-    float axis = -dot(toLight, normalize(gl_LightSource[@].spotDirection));
-    reach *= axis > gl_LightSource[@].spotCosCutoff ? pow(max(axis, 0.001), gl_LightSource[@].spotExponent) : 0.0;
+#if ZOR_LIGHT@ == 5
+    reach = near == 0.0 ? 1.0 : reach;
+    if (near != 0.0 && gl_LightSource[@].spotCutoff < 180.0)
+#endif
+#if ZOR_LIGHT@ >= 4
+    {
+      float axis = -dot(toLight, normalize(gl_LightSource[@].spotDirection));
+      reach *= axis > gl_LightSource[@].spotCosCutoff ? pow(max(axis, 0.001), gl_LightSource[@].spotExponent) : 0.0;
+    }
 #endif
 #endif
-    flatLight += reach * gl_FrontLightProduct[@].ambient.rgb;
+#ifdef PHYSICAL
+    flatLight += reach * decoded(gl_LightSource[@].ambient.rgb);
+#else
+    flatLight += reach * decoded(gl_FrontLightProduct[@].ambient.rgb);
+#endif
     float facing = dot(normal, toLight);
 #if defined(SHADOWED) && ZOR_SHADOW == @
     if (facing > 0.0)
-      reach *= lightThrough(normal);
+      reach *= lightThrough(flatNormal);
 #endif
-    diffuse += (max(facing, 0.0) * reach) * gl_LightSource[@].diffuse.rgb;
-#ifdef ZOR_SPECULAR@
+#if defined(ZOR_STOREDSHADOW) && SHADOW_LIGHT == @
+    reach *= storedLight();
+#endif
+#ifdef PHYSICAL
+    addLight(mirrors, normal, toEye, toLight, reach * decoded(gl_LightSource[@].diffuse.rgb), diffuse, specular);
+#else
+    diffuse += (max(facing, 0.0) * reach) * decoded(gl_LightSource[@].diffuse.rgb);
+#if defined(ZOR_SPECULAR@) || ZOR_LIGHT@ == 5
     float shine = max(dot(normal, normalize(toLight + toEye)), 0.0001);
     specular += (facing > 0.0 ? reach * pow(shine, gl_FrontMaterial.shininess) : 0.0) *
-                gl_FrontLightProduct[@].specular.rgb;
+                decoded(gl_FrontLightProduct[@].specular.rgb);
+#endif
 #endif
   }
 #endif
@@ -369,9 +483,10 @@ std::string replaced(std::string text, std::string const& what, std::string cons
 
 std::string sceneFragment() {
   std::string lights;
-  for (unsigned int i = 0; i < LIGHT_COUNT; ++i)
+  for (unsigned int i = 0; i < ALL_LIGHTS; ++i)
     lights += replaced(ONE_LIGHT, "@", std::to_string(i));
-  return replaced(SCENE_FRAGMENT, "@LIGHTS@", lights);
+  std::string const surface = replaced(SCENE_FRAGMENT, "@SURFACE@", SURFACE_SOURCE);
+  return replaced(replaced(surface, "@REFLECTION@", REFLECTION_SOURCE), "@LIGHTS@", lights);
 }
 
 osg::ref_ptr<osg::Program> makeProgram(char const* name, std::string const& vertex,

@@ -5,6 +5,7 @@
 #include "ShadowTexture.h"
 #include "ShadowVolumes.h"
 #include "SplitShadowMap.h"
+#include "scene/TextureRoles.h"
 #include "scene/VisualState.h"
 
 #include <zor/Notify.h>
@@ -111,11 +112,24 @@ void SceneDecorator::Parts::cull(osgUtil::CullVisitor& visitor) {
     surveyOnce(visitor.getTraversalNumber());
   }
   cullScene(visitor);
-  nonShadowed->accept(visitor);
   hud.node().accept(visitor);
 }
 
 void SceneDecorator::Parts::cullScene(osgUtil::CullVisitor& visitor) {
+  osg::StateSet* viewState = nullptr;
+  if (areCubeMapsUsed()) {
+    std::lock_guard const lock(m_mutex);
+    viewState = m_viewStates.stateFor(visitor.getCurrentCamera(), *visitor.getModelViewMatrix());
+  }
+  if (viewState)
+    visitor.pushStateSet(viewState);
+  cullShadowed(visitor);
+  nonShadowed->accept(visitor);
+  if (viewState)
+    visitor.popStateSet();
+}
+
+void SceneDecorator::Parts::cullShadowed(osgUtil::CullVisitor& visitor) {
   osg::Camera* const view = visitor.getCurrentCamera();
   if (!castsShadows() || !view) {
     decorator.osg::Group::traverse(visitor);

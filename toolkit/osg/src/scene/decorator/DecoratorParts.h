@@ -5,6 +5,7 @@
 #include "LightRig.h"
 #include "SceneSurvey.h"
 #include "ShadowTechnique.h"
+#include "ViewStates.h"
 
 #include <zorOSG/SceneDecorator.h>
 
@@ -59,6 +60,7 @@ private:
   void makeState();
   void surveyOnce(unsigned int frame);
   void cullScene(osgUtil::CullVisitor& visitor);
+  void cullShadowed(osgUtil::CullVisitor& visitor);
   ShadowTechnique& techniqueFor(osg::Camera& view);
   std::unique_ptr<ShadowTechnique> makeTechnique(osg::Camera& view);
 
@@ -67,6 +69,7 @@ private:
   SceneSurvey m_survey;
   unsigned int m_surveyedFrame = ~0u;
   std::vector<std::unique_ptr<ShadowTechnique>> m_techniques; ///< one a view
+  ViewStates m_viewStates;
 };
 
 } // namespace zorOSG

@@ -12,8 +12,8 @@ namespace zorOSG {
 
 namespace {
 
-std::array<std::string, LIGHT_COUNT> const LIGHT_DEFINES = {define::light(0), define::light(1),
-                                                            define::light(2)};
+std::array<std::string, LIGHT_COUNT> const LIGHTS_OFF = {define::lightOff(0), define::lightOff(1),
+                                                         define::lightOff(2)};
 
 constexpr unsigned int STRENGTH = osg::StateAttribute::OVERRIDE | osg::StateAttribute::PROTECTED;
 
@@ -27,12 +27,9 @@ unsigned int inverted(unsigned int mode) {
 
 void mirrorLights(osg::StateSet& state) {
   keepDefine(state, define::UNLIT, inverted(state.getMode(GL_LIGHTING)));
-  // Which kind of light it is stands at the decorator; nodes can only switch it off below them.
-  for (unsigned int i = 0; i < LIGHT_COUNT; ++i) {
-    unsigned int const mode = state.getMode(GL_LIGHT0 + i);
-    bool const off = !inherits(mode) && (mode & osg::StateAttribute::ON) == 0;
-    keepDefine(state, LIGHT_DEFINES[i], off ? mode : static_cast<unsigned int>(osg::StateAttribute::INHERIT));
-  }
+  // Which kind of light it is stands at the decorator; nodes can switch it off, and on again further down.
+  for (unsigned int i = 0; i < LIGHT_COUNT; ++i)
+    keepDefine(state, LIGHTS_OFF[i], inverted(state.getMode(GL_LIGHT0 + i)));
 }
 
 void mirrorTexture(osg::StateSet& state) {

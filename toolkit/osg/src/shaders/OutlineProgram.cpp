@@ -1,0 +1,102 @@
+#include "OutlineProgram.h"
+
+#include <osg/ref_ptr>
+
+namespace zorOSG {
+
+namespace {
+
+constexpr char const* VERTEX = R"(#version 150 compatibility
+uniform bool zor_outlineAll;
+const float NEARER = 0.01; // in parts of the distance, so that the ground a body stands on does not hide the line
+
+void main() {
+  vec4 eye = gl_ModelViewMatrix * gl_Vertex;
+  vec4 place = gl_ProjectionMatrix * eye;
+  if (zor_outlineAll) {
+    vec4 nearer = gl_ProjectionMatrix * vec4(eye.xyz * (1.0 - NEARER), eye.w);
+    place.z = max(nearer.z / nearer.w, -0.9999) * place.w;
+  }
+  gl_Position = place;
+}
+)";
+
+constexpr char const* GEOMETRY = R"(#version 150 compatibility
+layout(triangles) in;
+layout(triangle_strip, max_vertices = 9) out;
+uniform vec2 zor_outlineReach;
+uniform bool zor_outlineAll;
+
+vec2 outwards(vec2 from, vec2 to) {
+  vec2 side = to - from;
+  float size = length(side);
+  return size > 1.0e-5 ? vec2(side.y, -side.x) / size : vec2(0.0);
+}
+
+// A point of the arc around a corner.
+vec2 between(vec2 before, vec2 after, vec2 away) {
+  vec2 middle = before + after + 1.0e-3 * away;
+  return middle / max(length(middle), 1.0e-6);
+}
+
+void emit(vec2 at, vec4 place) {
+  gl_Position = vec4(at * zor_outlineReach * place.w, place.zw);
+  EmitVertex();
+}
+
+void main() {
+  vec2 corner[3];
+  for (int i = 0; i < 3; ++i) {
+    if (gl_in[i].gl_Position.w <= 1.0e-6)
+      return; // reaches behind the eye
+    corner[i] = gl_in[i].gl_Position.xy / gl_in[i].gl_Position.w / zor_outlineReach;
+  }
+  vec2 a = corner[1] - corner[0], b = corner[2] - corner[0];
+  bool facesAway = a.x * b.y < a.y * b.x;
+  if (!zor_outlineAll && !facesAway)
+    return;
+  // Around to the left. Indices are constants, which every driver can do.
+  vec4 place0 = gl_in[0].gl_Position;
+  vec4 place1 = facesAway ? gl_in[2].gl_Position : gl_in[1].gl_Position;
+  vec4 place2 = facesAway ? gl_in[1].gl_Position : gl_in[2].gl_Position;
+  vec2 at0 = corner[0], at1 = facesAway ? corner[2] : corner[1], at2 = facesAway ? corner[1] : corner[2];
+  vec2 normal0 = outwards(at0, at1), normal1 = outwards(at1, at2), normal2 = outwards(at2, at0);
+  vec2 center = (at0 + at1 + at2) / 3.0;
+  emit(at0 + normal2, place0);
+  emit(at0 + between(normal2, normal0, at0 - center), place0);
+  emit(at2 + normal2, place2);
+  emit(at0 + normal0, place0);
+  emit(at2 + between(normal1, normal2, at2 - center), place2);
+  emit(at1 + normal0, place1);
+  emit(at2 + normal1, place2);
+  emit(at1 + between(normal0, normal1, at1 - center), place1);
+  emit(at1 + normal1, place1);
+  EndPrimitive();
+}
+)";
+
+constexpr char const* FRAGMENT = R"(#version 150 compatibility
+uniform vec4 zor_outlineColor;
+void main() { gl_FragColor = zor_outlineColor; }
+)";
+
+osg::ref_ptr<osg::Program> makeOutlineProgram() {
+  osg::ref_ptr<osg::Program> program = new osg::Program;
+  program->setName("outline");
+  program->addShader(new osg::Shader(osg::Shader::VERTEX, VERTEX));
+  program->addShader(new osg::Shader(osg::Shader::GEOMETRY, GEOMETRY));
+  program->addShader(new osg::Shader(osg::Shader::FRAGMENT, FRAGMENT));
+  program->setParameter(GL_GEOMETRY_VERTICES_OUT_EXT, 9);
+  program->setParameter(GL_GEOMETRY_INPUT_TYPE_EXT, GL_TRIANGLES);
+  program->setParameter(GL_GEOMETRY_OUTPUT_TYPE_EXT, GL_TRIANGLE_STRIP);
+  return program;
+}
+
+} // namespace
+
+osg::Program& outlineProgram() {
+  static osg::ref_ptr<osg::Program> const program = makeOutlineProgram();
+  return *program;
+}
+
+} // namespace zorOSG
