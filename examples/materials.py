@@ -9,6 +9,7 @@ import math
 import os
 import sys
 import tempfile
+from collections.abc import Callable
 
 import numpy
 from numpy.typing import NDArray
@@ -24,7 +25,7 @@ import zorRender
 type Field = NDArray[numpy.float64]
 
 SUN = numpy.array([-0.50, -0.70, 1.20]) / math.sqrt(0.25 + 0.49 + 1.44)  # where the key light comes from
-FACES = {
+FACES: dict[str, Callable[[Field, Field], tuple[Field, Field, Field]]] = {
     "posx": lambda s, t: (1 + 0 * s, -t, -s), "negx": lambda s, t: (-1 + 0 * s, -t, s),
     "posy": lambda s, t: (s, 1 + 0 * s, t), "negy": lambda s, t: (s, -1 + 0 * s, -t),
     "posz": lambda s, t: (s, -t, 1 + 0 * s), "negz": lambda s, t: (-s, -t, -1 + 0 * s),
@@ -39,7 +40,8 @@ def noise(x: Field, y: Field, seed: int, cells: int) -> Field:
     u, v = u * u * (3 - 2 * u), v * v * (3 - 2 * v)
 
     def at(dx: int, dy: int) -> Field:
-        return numpy.asarray(grid[(row + dy) % cells, (column + dx) % cells])
+        found: Field = grid[(row + dy) % cells, (column + dx) % cells]
+        return found
 
     return at(0, 0) * (1 - u) * (1 - v) + at(1, 0) * u * (1 - v) + at(0, 1) * (1 - u) * v + at(1, 1) * u * v
 

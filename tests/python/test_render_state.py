@@ -116,9 +116,9 @@ class TestMaterials:
         def spot(roughness):
             zorOSG.setRoughness(ball, roughness)
             image = shot().mean(axis=2)
-            return (image > 90).sum()
+            return (image[30:90, 50:110] > 110).sum()
 
-        assert 0 < 2 * spot(0.15) < spot(0.4)
+        assert 0 < 2 * spot(0.1) < spot(0.35)
         application.getSceneDecorator().setEnableShaderState(False)
         assert spot(0.7) > 1.5 * spot(0.3)  # the Phong exponent goes along
 
@@ -135,10 +135,9 @@ class TestMaterials:
         setter(root, dark, False)
         assert overridden < before - 30 and brightness(shot()) == pytest.approx(before, abs=1)
 
-    def test_a_new_material_looks_as_the_node_did(self, root, plate, shot):
-        zorOSG.setDiffuseColor(root.getChild(0), zor.Vec4f(0.9, 0.1, 0.1, 1))
-        child = root.getChild(0).asGroup().getChild(0) if hasattr(root.getChild(0), "asGroup") else root.getChild(0).getChild(0)
-        zorOSG.setShininess(child, 5)
+    def test_a_new_material_looks_as_the_node_did(self, plate, shot):
+        zorOSG.setDiffuseColor(plate, zor.Vec4f(0.9, 0.1, 0.1, 1))
+        zorOSG.setShininess(plate.getChild(0), 5)
         image = shot()[50:70, 70:90].mean(axis=(0, 1))
         assert image[0] > 3 * image[1]
 
@@ -363,9 +362,8 @@ class TestSky:
         assert root.getBound().radius() == radius and application.getCamera().getProjectionMatrix() == projection
         background = plain.max(axis=2) == 0
         assert background.sum() > 1000 and (image[background] == 255).mean() > 0.95
-        inner = ~background
-        inner[1:] &= inner[:-1]; inner[:-1] &= inner[1:]; inner[:, 1:] &= inner[:, :-1]; inner[:, :-1] &= inner[:, 1:]
-        assert abs(image - plain).max(axis=2)[inner].mean() < 1
+        inner = ~grown(background, 4)
+        assert inner.sum() > 1000 and abs(image - plain)[inner].max() <= 2
         assert zorOSG.smoothNormals(root.getChild(root.getNumChildren() - 1)) == 0
 
     def test_an_offset_moves_the_horizon(self, application, root, shot):
@@ -438,6 +436,14 @@ class TestLights:
             zorOSG.setEnableLight(True, 0, None)
 
 
+def grown(pixels, by):
+    """Marked pixels and those around them."""
+    result = pixels.copy()
+    for _ in range(by):
+        result[1:-1, 1:-1] |= result[2:, 1:-1] | result[:-2, 1:-1] | result[1:-1, 2:] | result[1:-1, :-2]
+    return result
+
+
 def yellow(image):
     return (image[..., 0] > 150) & (image[..., 1] > 150) & (image[..., 2] < 90)
 
@@ -447,6 +453,7 @@ class TestOutline:
     def test_a_line_around_and_nothing_inside(self, shape, application, add, shot):
         application.setCameraHome(zor.Vec3(2, -5, 3), zor.Vec3())
         body = add(shape)
+        shot()
         plain = shot()
         inside = plain.max(axis=2) > 20
         counts = []
@@ -454,9 +461,7 @@ class TestOutline:
             assert zorOSG.setEnableOutline(body, True, zorRender.Color(1, 1, 0, 1), width) is True
             image = shot()
             counts.append(yellow(image).sum())
-        deep = inside.copy()
-        for _ in range(2):
-            deep[1:-1, 1:-1] &= deep[2:, 1:-1] & deep[:-2, 1:-1] & deep[1:-1, 2:] & deep[1:-1, :-2]
+        deep = ~grown(~inside, 4)  # edges are smoothed over some pixels
         around = 3 * math.sqrt(inside.sum())
         assert counts[0] > 0.3 * around and counts[1] > 2.5 * counts[0]
         assert deep.sum() > 300 and (image[deep] == plain[deep]).all()
@@ -484,11 +489,12 @@ class TestOutline:
         add(zorCollide.Box(0.5, 0.1, 1.4), (-1.5, 0, 0))
         bound = root.getBound().radius()
         zorOSG.setEnableOutline(body, True, zorRender.Color(1, 1, 0), 3)
+        assert root.getBound().radius() == bound
         columns = numpy.nonzero(yellow(shot()))[1]
-        assert len(columns) and columns.min() > 55  # the box hides its left side
+        assert len(columns) and columns.min() > 50  # the box hides its left side
         application.getSimulation().getRigidBodies()[0].setPosition(zor.Vec3(1, 1, 0))
         columns = numpy.nonzero(yellow(shot()))[1]
-        assert columns.min() > 75 and columns.max() < 130 and root.getBound().radius() <= bound + 0.01
+        assert columns.min() > 75 and columns.max() < 130
 
     def test_neighbours_show_their_lines_before_each_other(self, add, shot):
         for x in range(-3, 4):
@@ -508,10 +514,7 @@ class TestOutline:
         image = shot()
         ring = yellow(image)
         assert 40 < ring.sum() < 600
-        near = ring.copy()
-        for _ in range(2):
-            near[1:-1, 1:-1] |= near[2:, 1:-1] | near[:-2, 1:-1] | near[1:-1, 2:] | near[1:-1, :-2]
-        assert abs(image - plain)[~near].max() < 12
+        assert abs(image - plain)[~grown(ring, 4)].max() < 12
 
 
 class TestUniforms:
