@@ -76,6 +76,7 @@ private:
   osg::observer_ptr<osg::GraphicsContext> m_context;
   bool m_isDataKnown = false;
   mutable bool m_isStale = false;
+  mutable bool m_wasAsked = false;
 };
 
 } // namespace zorOSG

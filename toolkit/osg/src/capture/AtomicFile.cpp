@@ -43,8 +43,10 @@ std::runtime_error failure(fs::path const& path, std::string const& reason) {
 
 /** \return the bytes of the file; nothing if the writer can only write files. */
 std::optional<std::string> encode(osgDB::ReaderWriter const& writer, osg::Image const& image) {
+  // Twice as fast for a fifth more bytes; other formats ignore it.
+  static osg::ref_ptr<osgDB::Options const> const options = new osgDB::Options("PNG_COMPRESSION 3");
   std::ostringstream stream;
-  Result const result = writer.writeImage(image, stream);
+  Result const result = writer.writeImage(image, stream, options);
   if (!result.success() || !stream) {
     return std::nullopt;
   }

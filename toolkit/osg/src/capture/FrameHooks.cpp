@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <atomic>
 #include <exception>
+#include <utility>
 
 namespace zorOSG {
 
@@ -110,18 +111,26 @@ void RenderTarget::FrameHooks::drawn(osg::RenderInfo& renderInfo) const {
   osg::State* const state = renderInfo.getState();
   if (!target || !state || renderInfo.getCurrentCamera() != target->m_camera)
     return;
-  target->targetDrawn(*state);
+  call(&RenderTarget::targetDrawn, *state);
+  m_isDrawn = true;
   if (!state->getGraphicsContext()) // nobody else tells when the frame is complete
     complete(*state);
 }
 
 void RenderTarget::FrameHooks::complete(osg::State& state) const {
+  if (!std::exchange(m_isDrawn, false)) // somebody has put another callback in the place of ours
+    call(&RenderTarget::targetDrawn, state);
+  call(&RenderTarget::frameDrawn, state);
+}
+
+/** Drawing has nobody to throw to. */
+void RenderTarget::FrameHooks::call(void (RenderTarget::*stage)(osg::State&), osg::State& state) const {
   if (!target)
     return;
-  target->m_camera->keepProjection();
   try {
-    target->frameDrawn(state);
-  } catch (std::exception const& error) { // drawing has nobody to throw to
+    target->m_camera->keepProjection();
+    (target->*stage)(state);
+  } catch (std::exception const& error) {
     zor::notify(zor::Notify::NOTIFY_ERROR) << "render target: " << error.what() << zor::endMessage;
   }
 }

@@ -31,7 +31,10 @@ private:
   class Drawn;
   class End;
 
+  void call(void (RenderTarget::*stage)(osg::State&), osg::State& state) const;
+
   osg::observer_ptr<PreRender> m_preRender;
+  mutable bool m_isDrawn = false; // callbacks are called as const
 };
 
 } // namespace zorOSG

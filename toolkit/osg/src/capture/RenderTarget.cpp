@@ -204,12 +204,12 @@ osg::Matrixd const& RenderTarget::getDrawnProjection() const {
 
 void RenderTarget::resized() {}
 
-void RenderTarget::targetDrawn(osg::State&) {}
-
-void RenderTarget::frameDrawn(osg::State& state) {
+void RenderTarget::targetDrawn(osg::State& state) {
   if (m_imageCapture.isValid()) {
     m_imageCapture->captureFrame(state, *m_pixels);
   }
 }
+
+void RenderTarget::frameDrawn(osg::State&) {}
 
 } // namespace zorOSG

@@ -77,35 +77,45 @@ void RenderToImage::resized() {
   makeImage();
 }
 
-/** \return true if pixels are wanted of every frame. */
+/** \return true if the pixels of the next frame are likely to be wanted: bringing them now saves a change of
+ * context. */
 bool RenderToImage::isWatched() const {
-  return m_isDataKnown || m_image->referenceCount() > 1;
+  return m_isDataKnown || m_wasAsked || m_image->referenceCount() > 1;
 }
 
+/**
+ * Pixels that are read directly are read now: a software renderer would have to finish the rest of the frame
+ * first. A context of somebody else cannot be asked later.
+ */
 void RenderToImage::targetDrawn(osg::State& state) {
-  if (isWatched() && hasAsynchronousReadBack(state)) {
+  m_context = state.getGraphicsContext();
+  m_isStale = true;
+  bool const isWanted = isWatched() || !ContextScope::isPossible(state.getGraphicsContext());
+  m_wasAsked = false;
+  if (isWanted && hasAsynchronousReadBack(state)) {
     m_transfer->start(state, getPixels(), m_image->getPixelFormat(), m_image->getDataType(),
                       m_image->getTotalSizeInBytes());
+  } else if (isWanted) {
+    read(state);
   }
+  RenderTarget::targetDrawn(state);
 }
 
 void RenderToImage::frameDrawn(osg::State& state) {
-  m_context = state.getGraphicsContext();
-  m_isStale = true;
-  if (m_transfer->isPending()) {
-    m_isStale = !m_transfer->finish(state, m_image->data());
+  if (!m_transfer->isPending()) {
+    return;
   }
-  // A context of somebody else cannot be asked later.
-  if (m_isStale && (isWatched() || !ContextScope::isPossible(state.getGraphicsContext()))) {
-    read(state);
-  } else if (!m_isStale) {
+  if (m_transfer->finish(state, m_image->data())) {
+    m_isStale = false;
     dated();
+  } else {
+    read(state);
   }
-  RenderTarget::frameDrawn(state);
 }
 
 /** Brings the pixels of the last frame if nobody has wanted them so far. */
 void RenderToImage::fetch() const {
+  m_wasAsked = true;
   osg::ref_ptr<osg::GraphicsContext> context;
   if (!m_isStale || !m_context.lock(context)) {
     return;
