@@ -23,8 +23,9 @@ import zorIO
 import zorOSG
 
 SIZES = ((640, 480), (1920, 1080))
-FRAMES = int(sys.argv[1]) if len(sys.argv) > 1 else 120
-BATCH = 20
+FRAMES = int(sys.argv[1]) if len(sys.argv) > 1 else 200
+TURN = 5  # frames of a case before the next one draws
+STORED = 20  # of those that are stored, whose start and end count, too
 BODIES = 200
 gl = ctypes.CDLL("libGL.so.1")
 
@@ -174,13 +175,17 @@ def measure(size):
         raw, ours = bench.raw.pixels, bench.target.asArray()
         assert raw.std() > 10 and numpy.abs(raw.astype(int) - ours)[..., :3].mean() < 0.5, "the cases draw different pictures"
         del ours
-        for turn in range(max(FRAMES // BATCH, 1) + 1):
+        for turn in range(max(FRAMES // TURN, 1) + 1):
             for name, case in cases.items():
+                stores = name in ("PNG", "H.264")
+                if stores and turn % (STORED // TURN) != 0:
+                    continue
+                count = STORED if stores else TURN
                 wall, processor = time.perf_counter(), time.process_time()
-                case(BATCH)
+                case(count)
                 if turn:  # the first compiles and allocates
-                    times[name][0].append((time.perf_counter() - wall) / BATCH)
-                    times[name][1].append((time.process_time() - processor) / BATCH)
+                    times[name][0].append((time.perf_counter() - wall) / count)
+                    times[name][1].append((time.process_time() - processor) / count)
     print(f"{size[0]} x {size[1]}, {BODIES} bodies")
     medians = {name: [statistics.median(column) for column in columns] for name, columns in times.items()}
     for name, (wall, processor) in medians.items():
