@@ -9,10 +9,37 @@
 
 #include <osg/ValueObject>
 
+#include <sys/mman.h>
+
+#include <cstdlib>
 #include <cstring>
 #include <new>
 
 namespace zorOSG {
+
+namespace {
+
+constexpr std::size_t s_largePage = std::size_t{2} << 20;
+
+/**
+ * Zeros for malloc's free(). Large pictures lie on large pages where the system has them, since copying to
+ * small ones is felt in every frame.
+ */
+unsigned char* allocatePixels(std::size_t size) {
+  bool const isLarge = size >= 2 * s_largePage;
+  std::size_t const whole = (size + s_largePage - 1) / s_largePage * s_largePage;
+  void* const memory = isLarge ? std::aligned_alloc(s_largePage, whole) : std::malloc(size);
+  if (!memory) {
+    throw std::bad_alloc();
+  }
+  if (isLarge) {
+    madvise(memory, whole, MADV_HUGEPAGE);
+  }
+  std::memset(memory, 0, size);
+  return static_cast<unsigned char*>(memory);
+}
+
+} // namespace
 
 RenderToImage::RenderToImage(zor::UInt width, zor::UInt height, BufferComponent bufferComponent,
                              zor::UInt multiSamples, TextureFormat textureFormat)
@@ -61,14 +88,12 @@ bool RenderToImage::saveImage(zor::String filename) const {
 /** Another image, so that whoever looks at the pixels of this one can go on looking. */
 void RenderToImage::makeImage() {
   zor::Vec2u const size = getSize();
+  auto const format = static_cast<GLenum>(getFormat());
   GLenum const type = getComponent() == DEPTH_BUFFER ? GL_FLOAT : GL_UNSIGNED_BYTE;
+  std::size_t const row = osg::Image::computeRowWidthInBytes(static_cast<int>(size[0]), format, type, 1);
   m_image = new osg::Image;
-  m_image->allocateImage(static_cast<int>(size[0]), static_cast<int>(size[1]), 1,
-                         static_cast<GLenum>(getFormat()), type);
-  if (!m_image->data()) {
-    throw std::bad_alloc();
-  }
-  std::memset(m_image->data(), 0, m_image->getTotalSizeInBytes());
+  m_image->setImage(static_cast<int>(size[0]), static_cast<int>(size[1]), 1, static_cast<GLint>(format),
+                    format, type, allocatePixels(row * size[1]), osg::Image::USE_MALLOC_FREE);
 }
 
 void RenderToImage::resized() {
