@@ -48,7 +48,8 @@ RenderTarget::RenderTarget(zor::UInt width, zor::UInt height, BufferComponent bu
   m_camera->setRenderTargetImplementation(osg::Camera::FRAME_BUFFER_OBJECT, osg::Camera::FRAME_BUFFER);
   m_camera->setRenderOrder(osg::Camera::PRE_RENDER);
   m_camera->setReferenceFrame(osg::Transform::ABSOLUTE_RF);
-  m_camera->setClearMask(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  // Depth and stencil share a buffer, of which clearing a part takes longer than clearing all.
+  m_camera->setClearMask(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
   m_camera->setClearColor(osg::Vec4(0.0f, 0.0f, 0.0f, 1.0f));
   m_camera->setViewport(0, 0, static_cast<int>(m_size[0]), static_cast<int>(m_size[1]));
   m_camera->setProjectionMatrixAsPerspective(45.0, double(width) / double(height), 0.1, 1000.0);
