@@ -83,12 +83,14 @@ def sky(x: Field, y: Field, z: Field) -> Field:
     color = mix(color, (0.97, 0.97, 0.98), 0.9 * cover)
     toward_sun = x * SUN[0] + y * SUN[1] + z * SUN[2]
     color = mix(color, (1.0, 0.98, 0.90), numpy.clip(numpy.exp((toward_sun - 1) * 60) + (toward_sun > 0.998), 0, 1))
-    hills = 0.035 + 0.05 * clouds(numpy.arctan2(y, x) / math.tau + 0.5, 0 * x, 9, 8, 4)
-    color = mix(color, mix((0.42, 0.50, 0.53), (0.60, 0.67, 0.72), clouds(x + 1, z + 1, 5)), smooth(0.0, 0.006, hills - z))
-    return mix(color, mix((0.60, 0.62, 0.62), (0.37, 0.37, 0.36), numpy.clip(-2.5 * z, 0, 1)), smooth(0.0, 0.03, -z))
+    around = numpy.arctan2(y, x) / math.tau + 0.5
+    for height, cells, ridge in ((0.085, 8, (0.64, 0.72, 0.79)), (0.055, 16, (0.50, 0.59, 0.65))):
+        hills = height * (0.25 + clouds(around, 0 * x, cells, cells, 6))
+        color = mix(color, ridge, smooth(0.0, 0.003, hills - z))
+    return mix(color, mix((0.66, 0.67, 0.66), (0.37, 0.37, 0.36), numpy.clip(-2.5 * z, 0, 1)), smooth(0.0, 0.01, -z))
 
 
-def write_sky(folder: str, size: int = 256) -> None:
+def write_sky(folder: str, size: int = 512) -> None:
     """Six sides, under the names of a folder of sides and under those of a common beginning."""
     s, t = numpy.meshgrid(*[(numpy.arange(size) + 0.5) / size * 2 - 1] * 2)
     for name, direction in FACES.items():
@@ -180,13 +182,14 @@ class Scene:
         self.add_textured()
         self.add_drawn_otherwise()
 
-    def add(self, shape: zorCollide.Shape, position: zor.Vec3, colour: tuple[float, ...] = (1, 1, 1, 1), turn: float = 0) -> osg.Group:
+    def add(self, shape: zorCollide.Shape, position: zor.Vec3, colour: tuple[float, ...] = (1, 1, 1, 1), turn: float = 0,
+            detail: float = 3) -> osg.Group:
         body = zor.RigidBody(zorCollide.Geometry(shape))
         body.setPosition(position)
         body.setRotation(zor.Quat(turn, zor.Vec3(0, 0, 1)))
         body.setMotionControl(zor.RigidBody.STATIC)
         self.simulation.add(body)
-        visual = zorOSG.createVisual(body, self.root, 3.0)
+        visual = zorOSG.createVisual(body, self.root, detail)
         zorOSG.setDiffuseColor(visual, zor.Vec4f(*colour))
         return visual
 
@@ -194,23 +197,27 @@ class Scene:
         assert zorOSG.setTexture(visual, self.images.path(name), True, role, scale, scale)
 
     def add_floor(self) -> None:
-        floor = self.add(zorCollide.Box(zor.Vec3(16, 16, 0.1)), zor.Vec3(0, 4, -0.1))
+        floor = self.add(zorCollide.Box(zor.Vec3(32, 32, 0.1)), zor.Vec3(0, 20, -0.1))
         for name, role in (("tiles", zorOSG.DIFFUSE_TEXTURE), ("tiles_normal", zorOSG.NORMALMAP_TEXTURE), ("tiles_rough", zorOSG.ROUGHNESS_TEXTURE)):
-            self.paint(floor, name, role, 8)
+            self.paint(floor, name, role, 16)
         zorOSG.setEnvMapReflectionCoefficient(floor, 0.6)
 
     def add_spheres(self) -> None:
-        """Smooth to rough from the left to the right; plastic, in between and metal from below."""
+        """Smooth to rough from the left to the right; plastic, in between and metal, each on a higher step."""
         colours = [(0.70, 0.12, 0.10, 1), (0.85, 0.55, 0.40, 1), (1.00, 0.78, 0.36, 1)]
         for row, colour in enumerate(colours):
+            height = 0.6 * row
+            if row:
+                step = self.add(zorCollide.Box(zor.Vec3(3.1, 0.5, height / 2)), zor.Vec3(0, 1.2 + row, height / 2), (0.58, 0.57, 0.55, 1))
+                zorOSG.setRoughness(step, 0.9)
             for column in range(6):
-                ball = self.add(zorCollide.Sphere(0.42), zor.Vec3(column - 2.5, 1.6, 0.45 + 0.98 * row), colour)
+                ball = self.add(zorCollide.Sphere(0.42), zor.Vec3(column - 2.5, 1.2 + row, height + 0.42), colour)
                 zorOSG.setMetallic(ball, row / 2)
                 zorOSG.setRoughness(ball, column / 5)
                 zorOSG.setEnvMapReflectionCoefficient(ball, 1)
 
     def add_textured(self) -> None:
-        wall = self.add(zorCollide.Box(zor.Vec3(1.1, 0.15, 1.1)), zor.Vec3(4.8, 1.4, 1.1), turn=-0.55)
+        wall = self.add(zorCollide.Box(zor.Vec3(1.1, 0.15, 1.1)), zor.Vec3(4.9, 1.2, 1.1), turn=-0.55)
         self.paint(wall, "bricks")
         self.paint(wall, "bricks_height", zorOSG.HEIGHTMAP_TEXTURE)
         crate = self.add(zorCollide.Box(zor.Vec3(0.5, 0.5, 0.5)), zor.Vec3(-4.3, 0.6, 0.5), turn=0.5)
@@ -225,15 +232,15 @@ class Scene:
     def add_drawn_otherwise(self) -> None:
         chosen = self.add(zorCollide.Capsule(0.32, 0.7), zor.Vec3(-2.3, -0.5, 0.32), (0.25, 0.55, 0.75, 1), 1.1)
         zorOSG.setEnableOutline(chosen, True, zorRender.Color(1.0, 0.72, 0.1), 3)
-        cage = self.add(zorCollide.Sphere(0.5), zor.Vec3(-0.8, -0.7, 0.5), (0.1, 0.2, 0.3, 1))
+        cage = self.add(zorCollide.Sphere(0.5), zor.Vec3(-0.8, -0.7, 0.5), (0.1, 0.2, 0.3, 1), detail=0.6)
         zorOSG.setEnableWireFrameMode(cage, True)
-        glass = self.add(zorCollide.Sphere(0.5), zor.Vec3(0.7, -0.7, 0.5), (0.55, 0.80, 0.75, 1))
-        zorOSG.setAlpha(glass, 0.35)
+        glass = self.add(zorCollide.Sphere(0.5), zor.Vec3(0.7, -0.7, 0.5), (0.10, 0.35, 0.30, 1))
+        zorOSG.setAlpha(glass, 0.25)
         zorOSG.setMetallic(glass, 0)
         zorOSG.setRoughness(glass, 0.05)
         zorOSG.setEnvMapReflectionCoefficient(glass, 1)
-        mirror = self.add(zorCollide.Box(zor.Vec3(0.4, 0.4, 0.4)), zor.Vec3(2.3, -0.6, 0.4), (0.2, 0.25, 0.3, 1), 0.6)
-        zorOSG.setEnvMapReflectionCoefficient(mirror, 0.75)  # without physics: a share of the colour
+        lacquer = self.add(zorCollide.Sphere(0.5), zor.Vec3(2.2, -0.7, 0.5), (0.45, 0.10, 0.45, 1))
+        zorOSG.setEnvMapReflectionCoefficient(lacquer, 0.5)  # without physics: a share of the colour
 
 
 def main() -> int:
@@ -242,10 +249,10 @@ def main() -> int:
         return application.getExitCode()
     application.initSimulation()
     with tempfile.TemporaryDirectory() as folder:
-        scene = Scene(application, Images(folder))
-        application.setCameraHome(zor.Vec3(0.2, -7.6, 3.0), zor.Vec3(0.1, 1.0, 1.05))
+        Scene(application, Images(folder))
+        application.setCameraHome(zor.Vec3(0.2, -7.0, 2.9), zor.Vec3(0.1, 1.0, 0.9))
         application.getSceneDecorator().setEnableLogo(False)
-        print(f"{scene.root.getNumChildren() - 1} bodies under {os.path.basename(folder) and 'a sky'} of six images")
+        print(f"{len(application.getSimulation().getRigidBodies())} bodies under a sky of six images, {len(os.listdir(folder))} images in all")
         return application.run()
 
 

@@ -17,8 +17,8 @@ namespace zorOSG {
 void setUniformFloat(osg::Node* node, std::string const& name, float value);
 
 /**
- * Gives the shaders that draw a node, and what is below it, an integer. One of the same name in the node's own
- * state is replaced.
+ * Gives the shaders that draw a node, and what is below it, an integer. One of the same name in the node's
+ * own state is replaced.
  * \param node - the node
  * \param name - name of the uniform in the shaders
  * \param value - the integer

@@ -127,3 +127,13 @@ def test_recordings_of_a_tower(tmp_path):
     sheet, depth = pixels_of(tmp_path / "sheet.png"), pixels_of(tmp_path / "depth.png")
     assert sheet.shape == (3 * 186 + 6, 3 * 326 + 6, 3) and (sheet[..., 0] > sheet[..., 2] + 60).sum() > 5000  # red and yellow blocks
     assert depth.shape == (270, 480, 3) and 0.02 < (depth == (28, 38, 70)).all(axis=2).mean() < 0.6
+
+
+def test_materials_are_told_apart(tmp_path):
+    picture = tmp_path / "materials.png"
+    assert "28 bodies" in run_example("materials.py", "--screenShot", picture, "--stopAfter", "0.1", window="640x360")
+    pixels = pixels_of(picture)[::-1]
+    red, green, blue = pixels[..., 0], pixels[..., 1], pixels[..., 2]
+    plastic, gold, sky = (red > 150) & (green < 60), (red > 1.3 * blue) & (green > 1.2 * blue) & (green > 0.7 * red), (blue > 1.15 * red) & (blue > 150)
+    outline = (red > 200) & (green > 140) & (green < 210) & (blue < 80)
+    assert min(plastic.sum(), gold.sum(), outline.sum() * 10) > 600 and sky[:60].mean() > 0.2

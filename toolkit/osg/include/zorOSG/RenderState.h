@@ -108,8 +108,8 @@ void setAlpha(osg::Node* node, float alpha, bool override = false);
 void setGamma(osg::Node* node, float gamma, bool override = false);
 
 /**
- * Sets how metallic a node is. The node is then drawn by its physics (see setRoughness): metals have no colour
- * but that of what they reflect. For the shader pipeline.
+ * Sets how metallic a node is. The node is then drawn by its physics (see setRoughness): metals have no
+ * colour but that of what they reflect. For the shader pipeline.
  * \param node - the node
  * \param metallic - 0 not metallic to 1 metal, limited to that range; NaN throws std::invalid_argument
  * \param override - true to win over values further down in the scene graph
@@ -251,8 +251,8 @@ osg::Texture2D* createTexture(zorCollide::TextureDataRef data, bool linear);
 osg::TextureCubeMap* createTextureCubeMap(zor::Vector<osg::ref_ptr<osg::Image>>& images);
 
 /**
- * Creates a cube map from image files: imagename with "_posx", "_negx", "_posy", "_negy", "_posz", "_negz" and
- * the file type.
+ * Creates a cube map from image files: imagename with "_posx", "_negx", "_posy", "_negy", "_posz", "_negz"
+ * and the file type.
  * \param imagename - what the file names have in common, looked up on the resource path
  * \param filetype - such as ".dds" or ".png", with or without the dot
  * \return a new texture; null if a file is missing or will not do, and the log says which
@@ -270,8 +270,8 @@ bool loadCubeMapImages(std::string const& prefix, std::string const& filetype,
                        zor::Vector<osg::ref_ptr<osg::Image>>& images);
 
 /**
- * Has a node reflect a cube map, of the files posx, negx, posy, negy, posz and negz in a folder. For the shader
- * pipeline.
+ * Has a node reflect a cube map, of the files posx, negx, posy, negy, posz and negz in a folder. For the
+ * shader pipeline.
  * \param node - the node
  * \param imagePath - folder of the files, looked up on the resource path
  * \param imageType - such as ".dds" or ".png", with or without the dot

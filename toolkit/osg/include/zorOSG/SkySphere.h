@@ -12,7 +12,8 @@ namespace zorOSG {
 
 /**
  * Creates a sky: the inside of a sphere around the camera, which goes along with it. It lies behind
- * everything, has no bound, and neither light nor shadows reach it. Transforms above it turn it, but don't move it.
+ * everything, has no bound, and neither light nor shadows reach it. Transforms above it turn it, but don't
+ * move it.
  * \param name - name of the node
  * \param images - six images in the order +x, -x, +y, -y, +z, -z, as createTextureCubeMap takes them
  * \param radius - radius of the sphere (m), more than 0; it matters to the offset, and to views without

@@ -87,12 +87,14 @@ void setAmbientColor(osg::Node* node, zor::Vec4f const& color, bool override) {
 
 void setSpecularColor(osg::Node* node, zor::Vec4f const& color, bool override) {
   requireColor("setSpecularColor", color);
-  materialFor("setSpecularColor", node, override, MaterialValue::SPECULAR).setSpecular(bothFaces, toOsg(color));
+  materialFor("setSpecularColor", node, override, MaterialValue::SPECULAR)
+      .setSpecular(bothFaces, toOsg(color));
 }
 
 void setShininess(osg::Node* node, float shininess, bool override) {
   requireFinite("setShininess", "shininess", shininess);
-  materialFor("setShininess", node, override, MaterialValue::SHININESS).setShininess(bothFaces, std::clamp(shininess, 0.0f, 128.0f));
+  materialFor("setShininess", node, override, MaterialValue::SHININESS)
+      .setShininess(bothFaces, std::clamp(shininess, 0.0f, 128.0f));
 }
 
 void setAlpha(osg::Node* node, float alpha, bool override) {

@@ -25,7 +25,8 @@ OutlineCallback* outlineOf(osg::Node const& node) {
 
 bool setEnableOutline(osg::Node* node, bool enabled, zorRender::Color const& color, float width) {
   if (!(width >= 0.0f && width <= WIDEST))
-    throw std::invalid_argument("setEnableOutline: width must be 0 to 100 pixels, not " + std::to_string(width));
+    throw std::invalid_argument("setEnableOutline: width must be 0 to 100 pixels, not " +
+                                std::to_string(width));
   for (unsigned int i = 0; i < 4; ++i)
     requireFinite("setEnableOutline", "color", color.get(i));
   if (!node)

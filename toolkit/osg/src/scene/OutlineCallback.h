@@ -15,8 +15,8 @@ class CullVisitor;
 namespace zorOSG {
 
 /**
- * Draws a line around what a node shows, while views cull it; the graph stays as it is. What the node shows is
- * marked in the stencil buffer, whether it is hidden or not, and drawn once more, wider by the line, where
+ * Draws a line around what a node shows, while views cull it; the graph stays as it is. What the node shows
+ * is marked in the stencil buffer, whether it is hidden or not, and drawn once more, wider by the line, where
  * there is no mark. A view without a stencil buffer gets the faces that face away, behind the node.
  */
 class OutlineCallback : public osg::NodeCallback {

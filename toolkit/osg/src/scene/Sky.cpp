@@ -20,8 +20,8 @@ osg::ref_ptr<osg::Geode> makeSky(osg::Geometry* surface, osg::TextureCubeMap* cu
 
 } // namespace
 
-SkyBox::SkyBox(std::string const& name, std::string const& imagename, std::string const& filetype, double size,
-               float offset) {
+SkyBox::SkyBox(std::string const& name, std::string const& imagename, std::string const& filetype,
+               double size, float offset) {
   requirePositive("SkyBox", "size", size);
   requireFinite("SkyBox", "offset", offset);
   setName(name);

@@ -91,7 +91,8 @@ void SkyDrawable::resizeGLObjectBuffers(unsigned int maxSize) {
 osg::ref_ptr<osg::Geometry> makeCubeSurface(float size) {
   osg::ref_ptr<osg::Vec3Array> corners = new osg::Vec3Array;
   for (int i = 0; i < 8; ++i)
-    corners->push_back(osg::Vec3((i & 1) ? 0.5f : -0.5f, (i & 2) ? 0.5f : -0.5f, (i & 4) ? 0.5f : -0.5f) * size);
+    corners->push_back(osg::Vec3((i & 1) ? 0.5f : -0.5f, (i & 2) ? 0.5f : -0.5f, (i & 4) ? 0.5f : -0.5f) *
+                       size);
   osg::ref_ptr<osg::DrawElementsUByte> faces = new osg::DrawElementsUByte(GL_TRIANGLES);
   for (unsigned int axis = 0; axis < 3; ++axis)
     for (unsigned int side = 0; side < 2; ++side) {
@@ -107,7 +108,8 @@ osg::ref_ptr<osg::Geometry> makeSphereSurface(float radius) {
   osg::ref_ptr<osg::Vec3Array> corners = new osg::Vec3Array;
   for (unsigned int ring = 0; ring <= RINGS; ++ring)
     for (unsigned int sector = 0; sector <= SECTORS; ++sector) {
-      double const polar = std::numbers::pi * ring / RINGS, around = 2.0 * std::numbers::pi * sector / SECTORS;
+      double const polar = std::numbers::pi * ring / RINGS,
+                   around = 2.0 * std::numbers::pi * sector / SECTORS;
       osg::Vec3d const direction(std::sin(polar) * std::cos(around), std::sin(polar) * std::sin(around),
                                  std::cos(polar));
       corners->push_back(osg::Vec3(direction * radius));

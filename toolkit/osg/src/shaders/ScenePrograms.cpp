@@ -398,9 +398,14 @@ void main() {
   around = surroundings(reflect(-toEye, normal), mirrors.roughness) * zor_reflection;
 #endif
   vec3 color = (flatLight * ambientColor + diffuse * baseColor) * image.rgb * (1.0 - mirrors.metallic);
-  color += specular + around * reflectedOfAll(mirrors, max(dot(normal, toEye), 0.0));
   color += decoded(gl_FrontMaterial.emission.rgb) * image.rgb;
+  vec3 reflection = specular + around * reflectedOfAll(mirrors, max(dot(normal, toEye), 0.0));
+  // What is seen through reflects all the same.
+  float opacity = surface.a * image.a;
+  float covered = mix(opacity, 1.0, clamp(max(reflection.r, max(reflection.g, reflection.b)), 0.0, 1.0));
+  color = (color * opacity + reflection) / max(covered, 0.001);
 #else
+  float covered = surface.a * image.a;
 #if defined(ZOR_SPHERE) || defined(ZOR_VERTEXCOLOR)
   flatLight *= baseColor; // the material does not know the colour
 #endif
@@ -409,7 +414,7 @@ void main() {
   color = mix(color, surroundings(reflect(-toEye, normal), 0.0), zor_reflection);
 #endif
 #endif
-  gl_FragColor = vec4(encoded(color), surface.a * image.a);
+  gl_FragColor = vec4(encoded(color), covered);
 #endif
 }
 )";

@@ -75,7 +75,8 @@ inline std::string specular(unsigned int index) {
 /** Number of lights of the scene decorator. */
 constexpr unsigned int LIGHT_COUNT = 3;
 
-/** Number of lights that OpenGL and the scene's program know; what they are is found out as they are drawn. */
+/** Number of lights that OpenGL and the scene's program know; what they are is found out as they are drawn.
+ */
 constexpr unsigned int ALL_LIGHTS = 8;
 
 /** Texture unit of the shadow map; above those of the texture roles. */

@@ -4,7 +4,8 @@
 
 namespace zorOSG {
 
-/** \return program that shows the cube map `zor_sky` in the direction of each vertex, as far away as can be */
+/** \return program that shows the cube map `zor_sky` in the direction of each vertex, as far away as can be
+ */
 osg::Program& skyProgram();
 
 } // namespace zorOSG
