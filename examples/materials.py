@@ -43,7 +43,8 @@ def noise(x: Field, y: Field, seed: int, cells: int) -> Field:
         found: Field = grid[(row + dy) % cells, (column + dx) % cells]
         return found
 
-    return at(0, 0) * (1 - u) * (1 - v) + at(1, 0) * u * (1 - v) + at(0, 1) * (1 - u) * v + at(1, 1) * u * v
+    mean: Field = at(0, 0) * (1 - u) * (1 - v) + at(1, 0) * u * (1 - v) + at(0, 1) * (1 - u) * v + at(1, 1) * u * v
+    return mean
 
 
 def clouds(x: Field, y: Field, seed: int, cells: int = 4, octaves: int = 5) -> Field:
