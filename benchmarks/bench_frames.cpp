@@ -1,3 +1,4 @@
+#include "Turns.h"
 #include "context/EdgeSmoothing.h" // the one private header: both draw the same picture
 
 #include <zorCollide/Box.h>
@@ -13,9 +14,7 @@
 #include <osg/Image>
 #include <osgViewer/Viewer>
 
-#include <chrono>
 #include <cmath>
-#include <ctime>
 
 // One frame of the application's loop beside one of a viewer that has nothing but the same graph and the same
 // simulation. Both take turns frame by frame. The picture is small, so that what is compared is not hidden by
@@ -35,30 +34,6 @@ public:
 
 private:
   osg::ref_ptr<osg::Image> m_pixel = new osg::Image;
-};
-
-double processorSeconds() {
-  timespec time{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
-
-double wallSeconds() {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
-/** What one of the two has used so far. */
-struct Used {
-  double processor = 0;
-  double wall = 0;
-
-  template <class Frame>
-  void take(Frame frame) {
-    double const processorThen = processorSeconds(), wallThen = wallSeconds();
-    frame();
-    processor += processorSeconds() - processorThen;
-    wall += wallSeconds() - wallThen;
-  }
 };
 
 /** Boxes on a square grid that drift without meeting, or stand still. */
@@ -115,7 +90,7 @@ void drawFrames(benchmark::State& state) {
   app->getCamera()->addFinalDrawCallback(new Finish);
   auto const bare = makeBareViewer(app->getSceneDecorator(), *app->getCamera());
   zor::HighAccuracyTimer timer(true);
-  Used ours, theirs;
+  Turns turns;
   auto const drawOurs = [&] { app->executeOneStepWithGraphics(timer); };
   auto const drawTheirs = [&] {
     app->getSimulation()->stepForward();
@@ -125,21 +100,15 @@ void drawFrames(benchmark::State& state) {
     drawOurs();
     drawTheirs();
   }
-  bool first = true;
   for ([[maybe_unused]] auto _ : state) {
-    double const before = ours.wall;
-    if (first)
-      ours.take(drawOurs);
-    theirs.take(drawTheirs);
-    if (!first)
-      ours.take(drawOurs);
-    first = !first;
-    state.SetIterationTime(ours.wall - before);
+    double const before = turns.ours.wall;
+    turns.take(drawOurs, drawTheirs);
+    state.SetIterationTime(turns.ours.wall - before);
   }
   auto const frames = static_cast<double>(state.iterations());
-  state.counters["frames_per_second"] = frames / ours.wall;
-  state.counters["bare_frames_per_second"] = frames / theirs.wall;
-  state.counters["overhead_percent"] = 100 * (ours.processor / theirs.processor - 1);
+  state.counters["frames_per_second"] = frames / turns.ours.wall;
+  state.counters["bare_frames_per_second"] = frames / turns.theirs.wall;
+  state.counters["overhead_percent"] = turns.overheadPercent();
 }
 
 } // namespace

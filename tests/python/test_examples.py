@@ -32,6 +32,18 @@ def test_listeners_colour_by_speed(tmp_path):
     assert min(slow.sum(), medium.sum(), fast.sum()) > 50
 
 
+def test_a_wave_goes_through_many_bodies(tmp_path):
+    rows = {}
+    for time in ("0.1", "0.5"):
+        picture = tmp_path / f"{time}.png"
+        told = run_example("many_bodies.py", "--count", "600", "--screenShot", picture, "--stopAfter", time)
+        assert "600 visuals made" in told
+        rows[time] = pixels_of(picture)
+    assert (abs(rows["0.1"] - rows["0.5"]).max(axis=-1) > 60).mean() > 0.01
+    for colour, others in ((0, (2,)), (1, (0,)), (2, (0,))):  # red in the middle, blue at the rim
+        assert (rows["0.1"][..., colour] > 1.5 * rows["0.1"][..., others[0]] + 40).sum() > 100
+
+
 def test_the_wrecking_ball_is_pulled_up_and_let_go(tmp_path):
     shown = {}
     for time in ("0.3", "2.2", "3.2"):

@@ -130,6 +130,40 @@ class TestShapes:
         assert zorOSG.createVisual(geometry, root, 1.0, False, False) is None
         assert root.getNumChildren() == 0
 
+    def test_every_kind_of_object_has_its_forms(self):
+        """Wrong arguments are answered with all of them, in the order of their declarations."""
+        def forms(arguments, optional):
+            return ["".join(f",{each}" for each in arguments + optional[:n]) for n in range(len(optional), -1, -1)]
+
+        detail, root = ["float", "bool"], ["osg::Group *"]
+        particle = [f"zorOSG::ParticleSystemDrawable::Particle{kind}Mode" for kind in ("Rendering", "Shader")]
+        stress = ["zorRender::Color const &", "bool", "zorRender::Color const &", "zor::Real"]
+        expected = [kind + form for kind, optional in [
+            ("zorCollide::Geometry const *", [*detail, "bool"]), ("zor::ParticleSystem *", particle),
+            ("zor::RigidBodyEmitter *", []), ("zor::Emitter *", []), ("zorSDK::TerrainInstance *", []),
+            ("zor::ObserverFrame *", ["float"]), ("zor::RigidBody *", detail), ("zorSDK::Assembly *", detail),
+            ("zorSDK::Simulation *", detail), ("zorModel::DeformableObject const *", stress),
+        ] for form in forms(root, optional)]
+        assert len(expected) == 26
+        geometry, root = zorCollide.Geometry(zorCollide.Sphere(1)), osg.Group()
+        with pytest.raises(TypeError) as error:
+            zorOSG.createVisual(geometry, root, 1.0, 1)  # a flag is no number
+        assert str(error.value) == (
+            "Wrong number or type of arguments for overloaded function 'createVisual'.\n  Possible C/C++ prototypes are:\n"
+            + "".join(f"    zorOSG::createVisual({form})\n" for form in expected))
+        assert root.getNumChildren() == 0 and zorOSG.createVisual(None, root) is None
+
+    def test_a_sensor_is_drawn_unless_told_otherwise(self):
+        geometry, root = zorCollide.Geometry(zorCollide.Sphere(1)), osg.Group()
+        geometry.setSensor(True)
+        assert zorOSG.createVisual(geometry, root) and zorOSG.createVisual(geometry, root, 1.0, False)
+        assert zorOSG.createVisual(geometry, root, 1.0, False, False) is None
+        body = zor.RigidBody()
+        body.add(geometry)
+        body.add(zorCollide.Geometry(zorCollide.Box(1, 1, 1)))
+        group, indices = zorOSG.createVisualWithGeometryConnection(body, root)
+        assert list(indices) == list(range(group.getNumChildren())) == [0, 1]
+
 
 class TestLookup:
     def test_the_same_node_comes_back(self):

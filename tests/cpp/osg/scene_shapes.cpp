@@ -13,9 +13,11 @@
 #include <zorCollide/Sphere.h>
 #include <zorCollide/Trimesh.h>
 #include <zorOSG/CreateVisual.h>
+#include <zorOSG/Lookup.h>
 #include <zorOSG/RenderState.h>
 #include <zorOSG/SmoothNormals.h>
 #include <zorRender/RenderData.h>
+#include <zorSDK/Assembly.h>
 
 #include <gtest/gtest.h>
 
@@ -226,6 +228,58 @@ TEST(SceneShapes, ARenderCacheKeepsMeshesForBodiesThatComeLater) {
   EXPECT_EQ(cache->size(), 2u);
   cache->clear();
   EXPECT_FALSE(first.valid());
+}
+
+TEST(SceneShapes, TemplatesLookAsWhatTheyWereMadeFrom) {
+  osg::ref_ptr<osg::Group> const root = new osg::Group;
+  ref_ptr<zorOSG::RigidBodyRenderCache> const cache = new zorOSG::RigidBodyRenderCache;
+  zor::Vec3Vector const corners = {Vec3(0, 0, 0), Vec3(1, 0, 0), Vec3(0, 1, 0), Vec3(0, 0, 1)};
+  zor::UInt32Vector const faces = {0, 2, 1, 0, 1, 3, 0, 3, 2, 1, 2, 3};
+  ref_ptr<zorCollide::Trimesh> const shape = new zorCollide::Trimesh(corners, faces);
+  ref_ptr<zorSDK::Assembly> const assembly = new zorSDK::Assembly;
+  for (int i = 0; i < 2; ++i)
+    assembly->add(new zor::RigidBody(new zorCollide::Geometry(shape.get())));
+  auto const probe = [&](bool cached) {
+    osg::Group* const visual =
+        cached ? zorOSG::createVisualTemplateCaching(assembly.get(), root.get(), cache.get())
+               : zorOSG::createVisual(assembly.get(), root.get());
+    SceneProbe const seen(*visual);
+    root->removeChild(visual);
+    return seen;
+  };
+  auto const material = [&](bool cached) {
+    osg::Group* const visual =
+        cached ? zorOSG::createVisualTemplateCaching(assembly.get(), root.get(), cache.get())
+               : zorOSG::createVisual(assembly.get(), root.get());
+    std::vector<osg::Vec4> colors;
+    for (unsigned int i = 0; i < 2; ++i) {
+      auto* const node = zorOSG::asGeometryNode(visual->getChild(i)->asGroup()->getChild(0));
+      osg::Node* const child = node->getRenderChild(zorOSG::GeometryNode::RENDER_DATA);
+      colors.push_back(zorTest::ownDiffuse(*child));
+      zorOSG::setDiffuseColor(
+          child, zor::Vec4f(0, 0, 1, 1)); // of this one, neither of its twin nor of those to come
+    }
+    return colors;
+  };
+  EXPECT_NEAR(probe(true).volume, 2.0 / 6.0, 1e-6);
+  EXPECT_EQ(probe(true).distinctMeshes(), probe(false).distinctMeshes());
+  EXPECT_EQ(cache->size(), 1u);
+
+  ref_ptr<zorRender::RenderData> const data = new zorRender::RenderData;
+  data->setVertices(corners);
+  data->setIndices({0, 2, 1});
+  ref_ptr<zorRender::RenderMaterial> const green = new zorRender::RenderMaterial;
+  green->setDiffuseColor(zorRender::Color(0.1f, 0.8f, 0.2f));
+  data->setRenderMaterial(green.get());
+  shape->setRenderData(data.get());
+  EXPECT_EQ(probe(true).triangles, 2u);
+  EXPECT_EQ(material(true), material(false));
+  EXPECT_EQ(material(true), material(false)); // those before were coloured
+  data->setIndices(faces);                    // changed in place, without a word to the shape
+  green->setDiffuseColor(zorRender::Color(0.9f, 0.1f, 0.2f));
+  EXPECT_EQ(probe(true).triangles, 8u);
+  EXPECT_EQ(material(true), material(false));
+  EXPECT_FLOAT_EQ(material(true)[1].r(), 0.9f);
 }
 
 TEST(SceneShapes, SmoothingOneVisualLeavesItsTwinsAlone) {

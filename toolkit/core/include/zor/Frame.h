@@ -17,6 +17,9 @@ public:
   /** \param local - transform from this frame to its parent, or to the world */
   explicit Frame(AffineMatrix4x4 const& local);
 
+  Frame(Frame const&) = delete;
+  Frame& operator=(Frame const&) = delete;
+
   /**
    * \param parent - frame that this one moves with, held; null for the world. The local transform stays.
    * \throws std::invalid_argument if parent is this frame or stands in it
@@ -75,9 +78,23 @@ protected:
   /** Called after the local transform or the parent was changed. */
   virtual void changed();
 
+  /**
+   * Called after the frame, or one that it stands in, was changed: its place in the world may be another.
+   * Notes that, and leaves all frames as they are.
+   */
+  virtual void moved();
+
 private:
+  void tellMoved();
+  void enterParent();
+  void leaveParent();
+
   AffineMatrix4x4 m_local;
   zor::ref_ptr<Frame> m_parent;
+  // The frames that stand in this one, which hold it.
+  Frame* m_firstChild = nullptr;
+  Frame* m_previousSibling = nullptr;
+  Frame* m_nextSibling = nullptr;
 };
 
 } // namespace zor

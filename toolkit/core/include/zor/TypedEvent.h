@@ -33,6 +33,9 @@ public:
     /** Forgets the function; other copies go on listening. */
     void reset() { m_function.reset(); }
 
+    /** Copies of one listener are equal. */
+    bool operator==(CallbackType const&) const = default;
+
   private:
     friend class TypedEvent;
     std::shared_ptr<Function> m_function;

@@ -13,7 +13,44 @@ Frame::Frame(AffineMatrix4x4 const& local) {
   m_local = local;
 }
 
-Frame::~Frame() = default;
+Frame::~Frame() {
+  leaveParent();
+}
+
+void Frame::enterParent() {
+  if (!m_parent)
+    return;
+  m_nextSibling = m_parent->m_firstChild;
+  if (m_nextSibling)
+    m_nextSibling->m_previousSibling = this;
+  m_parent->m_firstChild = this;
+}
+
+void Frame::leaveParent() {
+  if (!m_parent)
+    return;
+  (m_previousSibling ? m_previousSibling->m_nextSibling : m_parent->m_firstChild) = m_nextSibling;
+  if (m_nextSibling)
+    m_nextSibling->m_previousSibling = m_previousSibling;
+  m_previousSibling = m_nextSibling = nullptr;
+}
+
+// Without recursion: frames may stand in each other without a limit.
+void Frame::tellMoved() {
+  Frame* frame = this;
+  while (true) {
+    frame->moved();
+    if (frame->m_firstChild) {
+      frame = frame->m_firstChild;
+      continue;
+    }
+    while (frame != this && !frame->m_nextSibling)
+      frame = frame->getParent();
+    if (frame == this)
+      return;
+    frame = frame->m_nextSibling;
+  }
+}
 
 void Frame::setParent(zor::Frame* parent) {
   for (Frame const* ancestor = parent; ancestor; ancestor = ancestor->getParent()) {
@@ -21,7 +58,11 @@ void Frame::setParent(zor::Frame* parent) {
       throw std::invalid_argument("a frame can't stand in itself or in a frame that stands in it");
     }
   }
+  zor::ref_ptr<Frame> const kept(parent); // the old parent may be what holds the new one
+  leaveParent();
   m_parent = parent;
+  enterParent();
+  tellMoved();
   changed();
 }
 
@@ -30,6 +71,7 @@ void Frame::setLocalMatrix(AffineMatrix4x4 const& matrix) {
     throw std::invalid_argument("the transform of a frame must be finite");
   }
   m_local = matrix;
+  tellMoved();
   changed();
 }
 
@@ -70,5 +112,7 @@ void Frame::setRotate(Quat const& rotate) {
 }
 
 void Frame::changed() {}
+
+void Frame::moved() {}
 
 } // namespace zor

@@ -17,10 +17,21 @@
 #include <zorOSG/GeometryNode.h>
 #include <zorOSG/ParticleSystemDrawable.h>
 #include <zorOSG/RigidBodyRenderCache.h>
+#include <zorRender/Color.h>
 #include <zorSDK/Assembly.h>
 #include <zorSDK/Simulation.h>
 
+namespace zorModel {
+class DeformableObject;
+}
+namespace zorSDK {
+class TerrainInstance;
+}
+
 namespace zorOSG {
+
+class DeformableRenderer;
+class TerrainVoxelRenderer;
 
 /**
  * Creates the visual of a geometry's shapes and inserts it under a group. Render data stored in a shape is
@@ -70,6 +81,16 @@ osg::Group* createVisual(zor::RigidBodyEmitter* emitter, osg::Group* root);
 osg::Group* createVisual(zor::Emitter* emitter, osg::Group* root);
 
 /**
+ * Creates the renderer of a terrain. A terrain that is in a simulation already needs the renderer to be added
+ * to that simulation by the caller.
+ * \param terrainInstance - the terrain; null gives null. There is no renderer for others in this version,
+ * which throws std::runtime_error
+ * \param root - the group that gets and owns the node; null gives null
+ * \return the renderer, owned by root
+ */
+zorOSG::TerrainVoxelRenderer* createVisual(zorSDK::TerrainInstance* terrainInstance, osg::Group* root);
+
+/**
  * Creates an axis visual that follows an observer frame.
  * \param frame - the observer frame; null gives null
  * \param root - the group that gets and owns the node; null gives null
@@ -111,6 +132,24 @@ osg::Group* createVisual(zorSDK::Assembly* assembly, osg::Group* root, float det
  */
 osg::Group* createVisual(zorSDK::Simulation* simulation, osg::Group* root, float detailRatio = 1.0f,
                          bool createAxes = false);
+
+/**
+ * Creates the renderer of a deformable object, which draws its surface.
+ * \param deformable - the object; null gives null. There is no renderer for others in this version, which
+ * throws std::runtime_error
+ * \param root - the group that gets and owns the node; null gives null
+ * \param color - colour of the surface
+ * \param colorSurfaceStress - true to colour the surface by its stress
+ * \param maxStressColor - colour at the limit
+ * \param maxStressLimit - stress (Pa) that is drawn in that colour
+ * \return the renderer, a node owned by root
+ */
+zorOSG::DeformableRenderer* createVisual(
+    zorModel::DeformableObject const* deformable, osg::Group* root,
+    zorRender::Color const& color = zorRender::Color(85.0f / 255.0f, 107.0f / 255.0f, 47.0f / 255.0f, 1.0f),
+    bool colorSurfaceStress = false,
+    zorRender::Color const& maxStressColor = zorRender::Color(1.0f, 0.0f, 0.0f, 1.0f),
+    zor::Real maxStressLimit = 60000.0);
 
 /**
  * Creates the visuals of an assembly, sharing visual templates between bodies with equal geometries.

@@ -3,7 +3,15 @@
 #include <osg/MatrixTransform>
 
 #include <zorCollide/Geometry.h>
+#ifndef SWIG
+#include <cstdint>
+#include <zorCollide/GeometryObserver.h>
+#include <zorOSG/RigidBodyRenderCache.h>
+#endif
 
+namespace osgUtil {
+class CullVisitor;
+}
 namespace zorCollide {
 class Space;
 }
@@ -13,10 +21,11 @@ namespace zorOSG {
 /**
  * Scene-graph node that carries the visual of one collision geometry and follows its transformation.
  *
- * The node reads the geometry's world transform in the update traversal and changes its matrix only when the
- * geometry has moved. A geometry that is not enabled is not drawn. When the geometry changes its shapes, the
- * visual is made anew. When the geometry is destroyed or leaves its space, and auto-remove is on, the node
- * detaches itself from all parents at once: do not let that happen while the scene graph is being traversed.
+ * The node takes over the geometry's world transform in the update traversal of the scene that it is in, if
+ * the geometry has moved since; a node at rest takes no time. A geometry that is not enabled is not drawn.
+ * When the geometry changes its shapes, the visual is made anew. When the geometry is destroyed or leaves its
+ * space, and auto-remove is on, the node detaches itself from all parents at once: do not let that happen
+ * while the scene graph is being traversed.
  */
 class GeometryNode : public osg::MatrixTransform {
 public:
@@ -127,6 +136,7 @@ public:
   void setRenderChild(RenderFlag flag, osg::Node* node);
 
   /**
+   * A child that is shared with other visuals becomes the node's own first, so that it may be changed.
    * \param flag - the kind of child
    * \return the child of that kind, or null if it does not exist
    */
@@ -148,29 +158,83 @@ public:
   /**
    * Makes the render children from the geometry's shapes, and makes them anew whenever the shapes change.
    * \param detailRatio - tessellation, see createVisual
+   * \param templates - to take parts from and to add to; null for none
    */
-  void buildVisual(float detailRatio);
+  void buildVisual(float detailRatio, zorOSG::RigidBodyRenderCache::Templates* templates = nullptr);
+
+  /**
+   * Sets the state that the node is drawn with below its own state set, or where that says nothing: shared by
+   * many nodes and not to be changed.
+   * \param state - the state; null for none
+   */
+  void setDefaultLook(osg::StateSet* state) { m_defaultLook = state; }
+  osg::StateSet* getDefaultLook() const { return m_defaultLook.get(); }
+
+  /** \return the mesh that is all there is to draw; null if there is nothing or more */
+  osg::Geometry* getOnlyMesh() const;
+
+  osg::BoundingSphere computeBound() const override;
+  bool setChild(unsigned int index, osg::Node* node) override;
 #endif
 
 protected:
   ~GeometryNode() override;
 
+#ifndef SWIG
 private:
-  void initialize();
+  friend class MovedNodes;
+
+  class Follower final : public zorCollide::GeometryObserver {
+  public:
+    explicit Follower(GeometryNode& node) : m_node(node) {}
+    GeometryNode& node() const { return m_node; }
+
+  protected:
+    void geometryMoved() override;
+    void geometryLeft(zorCollide::Space* space, zorCollide::Geometry* geometry) override;
+
+  private:
+    GeometryNode& m_node;
+  };
+  friend GeometryNode* nextFollowing(zorCollide::GeometryObserver* observer);
+  friend GeometryNode* nextFollowing(GeometryNode const& node);
+
+  static constexpr std::uint32_t NOT_MOVED = ~0u;
+
+  static zorCollide::Geometry::ShapeChangeEvent::CallbackType const& ownShapeCallback();
+  static void shapesChanged(zorCollide::Geometry* geometry);
   void stopListening();
-  void geometryLeft(zorCollide::Space* space, zorCollide::Geometry* geometry);
+  void moveTo(zor::AffineMatrix4x4 const& transform);
+  void acceptCull(osgUtil::CullVisitor& visitor);
+  bool cullMesh(osgUtil::CullVisitor& visitor);
   bool isDrawn(osg::Node const* child) const;
   osg::ref_ptr<osg::Node>& renderChild(RenderFlag flag);
 
-  zorCollide::Geometry* m_geometry = nullptr; // tells when it is destroyed
-  zorCollide::Geometry::RemovalEvent::CallbackType m_removalCallback;
+  Follower m_follower;
   osg::ref_ptr<osg::Node> m_renderDataChild;
   osg::ref_ptr<osg::Node> m_geometryDataChild;
+  osg::ref_ptr<osg::StateSet> m_defaultLook;
+  mutable osg::Vec3 m_boundCenter; // in the node's own coordinates
+  mutable bool m_boundCenterKnown = false;
+  bool m_autoRemove = true;
+  bool m_visible = true;      // follows whether the geometry is enabled
   float m_detailRatio = 0.0f; // 0 while no visual was made from the shapes
   RenderFlag m_selected = GEOMETRY_DATA;
-  bool m_autoRemove = true;
-  bool m_visible = true; // follows whether the geometry is enabled
+  std::uint32_t m_movedPlace = NOT_MOVED; // among the moved nodes
+#endif
 };
+
+#ifndef SWIG
+/** \return the first geometry node among an observer and those after it; null if there is none */
+GeometryNode* nextFollowing(zorCollide::GeometryObserver* observer);
+
+/** \return the node that has followed a geometry for longest, whether it is in a scene or not; null without
+ * any */
+GeometryNode* firstFollowing(zorCollide::Geometry const& geometry);
+
+/** \return the node that began to follow the same geometry after this one; null if this is the last */
+GeometryNode* nextFollowing(GeometryNode const& node);
+#endif
 
 /**
  * Takes one reference on a node.

@@ -7,8 +7,9 @@
 namespace zorOSG {
 
 /**
- * Keeps tessellated shapes alive so that visuals made later share their vertex buffers. Hold one while many
- * equal bodies come and go; visuals that are in use share their buffers in any case.
+ * Keeps what visuals are made of: visuals made later from the same meshes and render data take it from here,
+ * without a look at their vertices, and share its vertex buffers even if none is in use any more. Hold one
+ * while many bodies with such shapes come and go. Shapes and render data that were changed are taken anew.
  */
 class RigidBodyRenderCache : public zor::Referenced {
 public:
@@ -22,7 +23,7 @@ public:
   void clear();
 
 #ifndef SWIG
-  struct Templates;
+  class Templates;
   Templates& templates() { return *m_templates; }
 #endif
 

@@ -13,7 +13,6 @@
 
 #include "FollowCallback.h"
 #include "RenderTemplates.h"
-#include "ShapeMeshCache.h"
 #include "VisualDetail.h"
 #include "VisualState.h"
 
@@ -29,6 +28,7 @@ struct VisualOptions {
   float detailRatio;
   bool axes;
   bool defaultLook; // false where the surroundings say how things look
+  RigidBodyRenderCache::Templates* templates = nullptr;
 };
 
 VisualOptions checked(float detailRatio, bool axes, osg::Group const* root) {
@@ -55,12 +55,11 @@ osg::ref_ptr<GeometryNode> makeVisual(zorCollide::Geometry const& geometry, Visu
   // The node listens to the geometry and reads it, no more.
   osg::ref_ptr<GeometryNode> node = new GeometryNode(const_cast<zorCollide::Geometry*>(&geometry));
   node->setName(geometry.getName());
-  node->buildVisual(options.detailRatio);
-  if (node->getRenderChild(GeometryNode::RENDER_DATA))
+  node->buildVisual(options.detailRatio, options.templates);
+  if (std::as_const(*node).getRenderChild(GeometryNode::RENDER_DATA))
     node->selectRenderChild(GeometryNode::RENDER_DATA);
   if (options.defaultLook)
-    node->getOrCreateStateSet()->setAttributeAndModes(isGround(geometry) ? &groundMaterial()
-                                                                         : &defaultMaterial());
+    node->setDefaultLook(isGround(geometry) ? &groundLook() : &defaultLook());
   if (options.axes)
     node->addChild(axesFor(*node));
   if (geometry.isSensor())
@@ -130,20 +129,6 @@ private:
   size_t m_drawn = 0;
 };
 
-class SharedMeshCollector : public osg::NodeVisitor {
-public:
-  explicit SharedMeshCollector(RigidBodyRenderCache::Templates& templates)
-      : osg::NodeVisitor(TRAVERSE_ALL_CHILDREN), m_templates(templates) {}
-
-  void apply(osg::Geometry& mesh) override {
-    if (ShapeMeshCache::isShared(mesh))
-      m_templates.meshes.insert(&mesh);
-  }
-
-private:
-  RigidBodyRenderCache::Templates& m_templates;
-};
-
 } // namespace
 
 void setVisualDetail(float factor) {
@@ -181,6 +166,12 @@ osg::Group* createVisual(zor::RigidBodyEmitter* emitter, osg::Group* root) {
 osg::Group* createVisual(zor::Emitter* emitter, osg::Group* root) {
   return emitter && root ? addToScene(makeEmitterVisual(*emitter, checked(1.0f, false, root)), *root)
                          : nullptr;
+}
+
+zorOSG::TerrainVoxelRenderer* createVisual(zorSDK::TerrainInstance* terrainInstance, osg::Group* root) {
+  if (!terrainInstance || !root)
+    return nullptr;
+  throw std::runtime_error("createVisual: terrains have no renderer in this version");
 }
 
 osg::MatrixTransform* createVisual(zor::ObserverFrame* frame, osg::Group* root, float scale) {
@@ -223,15 +214,22 @@ osg::Group* createVisual(zorSDK::Simulation* simulation, osg::Group* root, float
   return addToScene(group, *root);
 }
 
+zorOSG::DeformableRenderer* createVisual(zorModel::DeformableObject const* deformable, osg::Group* root,
+                                         zorRender::Color const& /*color*/, bool /*colorSurfaceStress*/,
+                                         zorRender::Color const& /*maxStressColor*/,
+                                         zor::Real /*maxStressLimit*/) {
+  if (!deformable || !root)
+    return nullptr;
+  throw std::runtime_error("createVisual: deformable objects have no renderer in this version");
+}
+
 osg::Group* createVisualTemplateCaching(zorSDK::Assembly* assembly, osg::Group* root,
                                         zorOSG::RigidBodyRenderCache* renderCache, float detailRatio,
                                         bool createAxes) {
-  osg::Group* const visual = createVisual(assembly, root, detailRatio, createAxes);
-  if (visual && renderCache) {
-    SharedMeshCollector collector(renderCache->templates());
-    visual->accept(collector);
-  }
-  return visual;
+  RigidBodyRenderCache::Templates ofThisCall;
+  VisualOptions options = checked(detailRatio, createAxes, root);
+  options.templates = renderCache ? &renderCache->templates() : &ofThisCall;
+  return assembly && root ? addToScene(makeGroup(*assembly, options), *root) : nullptr;
 }
 
 std::tuple<osg::Group*, std::vector<size_t>>

@@ -1,13 +1,20 @@
 #include <zorOSG/GeometryNode.h>
 
 #include <algorithm>
+#include <cmath>
 #include <stdexcept>
 #include <string>
+#include <typeinfo>
+#include <utility>
+#include <vector>
 
+#include <osg/Geode>
 #include <osg/NodeVisitor>
+#include <osgUtil/CullVisitor>
 
 #include "Convert.h"
-#include "GeometryNodeRegistry.h"
+#include "MovedNodes.h"
+#include "ShapeMeshCache.h"
 #include "ShapeVisual.h"
 
 namespace zorOSG {
@@ -15,7 +22,6 @@ namespace zorOSG {
 namespace {
 
 using ShapeChangeCallback = zorCollide::Geometry::ShapeChangeEvent::CallbackType;
-using RemovalCallback = zorCollide::Geometry::RemovalEvent::CallbackType;
 
 void requireKnown(GeometryNode::RenderFlag flag) {
   if (flag != GeometryNode::RENDER_DATA && flag != GeometryNode::GEOMETRY_DATA)
@@ -28,74 +34,136 @@ osg::Node* counterpart(osg::Group const& original, osg::Node const* child, osg::
   return index < original.getNumChildren() && index < copy.getNumChildren() ? copy.getChild(index) : nullptr;
 }
 
-} // namespace
-
-GeometryNode::GeometryNode() {
-  initialize();
+/** A node that nobody else has, for a mesh that others draw as well. */
+osg::ref_ptr<osg::Node> ownHolder(osg::Geometry& mesh) {
+  osg::ref_ptr<osg::Geode> holder = new osg::Geode;
+  holder->addDrawable(&mesh);
+  return holder;
 }
 
-GeometryNode::GeometryNode(zorCollide::Geometry* geometry) {
-  initialize();
+/** True if a matrix leaves lengths as they are. */
+bool isRigid(osg::Matrixd const& m) {
+  for (int row = 0; row < 3; ++row)
+    if (std::abs(m(row, 0) * m(row, 0) + m(row, 1) * m(row, 1) + m(row, 2) * m(row, 2) - 1.0) > 1e-6)
+      return false;
+  return true;
+}
+
+/** Gives access to a function that the cull visitor has for those who derive from it. */
+struct CullAccess : osgUtil::CullVisitor {
+  static constexpr auto createMatrix = &CullAccess::createOrReuseMatrix;
+};
+
+/** Depths (m) from the eye that a box reaches to, where a matrix places it. */
+std::pair<double, double> depthRange(osg::BoundingBox const& box, osg::Matrixd const& m) {
+  osg::Vec3d const center = box.center(), half = osg::Vec3d(box._max - box._min) * 0.5;
+  double const depth = -(center.x() * m(0, 2) + center.y() * m(1, 2) + center.z() * m(2, 2) + m(3, 2));
+  double const reach =
+      half.x() * std::abs(m(0, 2)) + half.y() * std::abs(m(1, 2)) + half.z() * std::abs(m(2, 2));
+  return {depth - reach, depth + reach};
+}
+
+/** Lets a visitor's near and far plane hold what lies between two depths. False if that is behind the eye. */
+bool extendDepth(osgUtil::CullVisitor& visitor, std::pair<double, double> const& depth) {
+  if (depth.second < 0.0)
+    return false;
+  visitor.setCalculatedNearPlane(std::min<double>(visitor.getCalculatedNearPlane(), depth.first));
+  visitor.setCalculatedFarPlane(std::max<double>(visitor.getCalculatedFarPlane(), depth.second));
+  return true;
+}
+
+} // namespace
+
+GeometryNode* nextFollowing(zorCollide::GeometryObserver* observer) {
+  for (; observer; observer = observer->getNext())
+    if (typeid(*observer) == typeid(GeometryNode::Follower))
+      return &static_cast<GeometryNode::Follower*>(observer)->node();
+  return nullptr;
+}
+
+GeometryNode* firstFollowing(zorCollide::Geometry const& geometry) {
+  return nextFollowing(geometry.getFirstObserver());
+}
+
+GeometryNode* nextFollowing(GeometryNode const& node) {
+  return nextFollowing(node.m_follower.getNext());
+}
+
+void GeometryNode::Follower::geometryMoved() {
+  MovedNodes::instance().add(m_node);
+}
+
+void GeometryNode::Follower::geometryLeft(zorCollide::Space* space, zorCollide::Geometry* geometry) {
+  osg::ref_ptr<GeometryNode> const alive(&m_node); // the parents may hold the only references
+  if (!m_node.m_autoRemove)
+    return;
+  if (space)
+    m_node.removeNode(space, geometry);
+  else
+    m_node.removeFromParents();
+}
+
+GeometryNode::GeometryNode() : GeometryNode(nullptr) {}
+
+GeometryNode::GeometryNode(zorCollide::Geometry* geometry)
+    : shapeCallback(ownShapeCallback()), m_follower(*this) {
   setGeometry(geometry);
 }
 
 GeometryNode::GeometryNode(GeometryNode const& node, osg::CopyOp const& copyop)
-    : osg::MatrixTransform(node, copyop), m_renderDataChild(counterpart(node, node.m_renderDataChild, *this)),
+    : osg::MatrixTransform(node, copyop), shapeCallback(ownShapeCallback()), m_follower(*this),
+      m_renderDataChild(counterpart(node, node.m_renderDataChild, *this)),
       m_geometryDataChild(counterpart(node, node.m_geometryDataChild, *this)),
-      m_detailRatio(node.m_detailRatio), m_selected(node.m_selected), m_autoRemove(node.m_autoRemove),
-      m_visible(node.m_visible) {
-  initialize();
-  setGeometry(node.m_geometry);
+      m_defaultLook(node.m_defaultLook), m_autoRemove(node.m_autoRemove), m_visible(node.m_visible),
+      m_detailRatio(node.m_detailRatio), m_selected(node.m_selected) {
+  setGeometry(node.m_follower.getObserved());
 }
 
 GeometryNode::~GeometryNode() {
+  MovedNodes::instance().remove(*this);
   stopListening();
 }
 
-void GeometryNode::initialize() {
-  shapeCallback = ShapeChangeCallback([this](zorCollide::Geometry*) {
-    if (m_detailRatio > 0.0f)
-      buildVisual(m_detailRatio);
-  });
-  m_removalCallback = RemovalCallback(
-      [this](zorCollide::Space* space, zorCollide::Geometry* geometry) { geometryLeft(space, geometry); });
-  // Update traversals pass by subtrees that do not ask for them.
-  setNumChildrenRequiringUpdateTraversal(getNumChildrenRequiringUpdateTraversal() + 1);
+// One function serves all nodes, which saves each from having its own.
+ShapeChangeCallback const& GeometryNode::ownShapeCallback() {
+  static ShapeChangeCallback const& callback = *new ShapeChangeCallback(&GeometryNode::shapesChanged);
+  return callback;
+}
+
+void GeometryNode::shapesChanged(zorCollide::Geometry* geometry) {
+  std::vector<osg::ref_ptr<GeometryNode>> nodes; // held, for a new visual may be the end of an old node
+  for (GeometryNode* node = firstFollowing(*geometry); node; node = nextFollowing(*node))
+    if (node->m_detailRatio > 0.0f && node->shapeCallback == ownShapeCallback())
+      nodes.emplace_back(node);
+  for (osg::ref_ptr<GeometryNode> const& node : nodes)
+    node->buildVisual(node->m_detailRatio);
 }
 
 void GeometryNode::setGeometry(zorCollide::Geometry* geometry) {
   stopListening();
-  m_geometry = geometry;
   if (!geometry)
     return;
-  GeometryNodeRegistry::instance().add(geometry, this);
+  m_follower.observe(geometry);
   geometry->getShapeChangeEvent().add(shapeCallback);
-  geometry->getRemovalEvent().add(m_removalCallback);
   updateTransform();
 }
 
 void GeometryNode::stopListening() {
-  if (!m_geometry)
+  zorCollide::Geometry* const geometry = m_follower.getObserved();
+  if (!geometry)
     return;
-  GeometryNodeRegistry::instance().remove(m_geometry, this);
-  m_geometry->getShapeChangeEvent().remove(shapeCallback);
-  m_geometry->getRemovalEvent().remove(m_removalCallback);
-  m_geometry = nullptr;
-}
-
-void GeometryNode::geometryLeft(zorCollide::Space* space, zorCollide::Geometry* geometry) {
-  osg::ref_ptr<GeometryNode> const alive(this); // the parents may hold the only references
-  if (m_autoRemove)
-    removeNode(space, geometry);
-  if (!space) // destroyed
-    stopListening();
+  m_follower.observe(nullptr);
+  for (GeometryNode* node = firstFollowing(*geometry); node; node = nextFollowing(*node))
+    if (node->shapeCallback == shapeCallback)
+      return;
+  geometry->getShapeChangeEvent().remove(shapeCallback);
 }
 
 zorCollide::Geometry* GeometryNode::getGeometry() {
-  return m_geometry;
+  return m_follower.getObserved();
 }
 zorCollide::Geometry const* GeometryNode::getGeometry() const {
-  return m_geometry;
+  return m_follower.getObserved();
 }
 
 osg::Object* GeometryNode::cloneType() const {
@@ -110,14 +178,78 @@ bool GeometryNode::isSameKindAs(osg::Object const* obj) const {
 }
 
 void GeometryNode::accept(osg::NodeVisitor& visitor) {
-  if (visitor.getVisitorType() == osg::NodeVisitor::UPDATE_VISITOR)
-    updateTransform();
+  auto const type = visitor.getVisitorType();
+  if (type == osg::NodeVisitor::UPDATE_VISITOR) {
+    if (m_movedPlace != NOT_MOVED)
+      MovedNodes::instance().follow(rootOf(visitor, *this));
+  } else if (type == osg::NodeVisitor::CULL_VISITOR) {
+    if (osgUtil::CullVisitor* const cull = visitor.asCullVisitor())
+      return acceptCull(*cull);
+  }
   osg::MatrixTransform::accept(visitor);
+}
+
+void GeometryNode::acceptCull(osgUtil::CullVisitor& visitor) {
+  if (typeid(visitor) == typeid(osgUtil::CullVisitor) && cullMesh(visitor))
+    return;
+  if (m_defaultLook)
+    visitor.pushStateSet(m_defaultLook);
+  osg::MatrixTransform::accept(visitor);
+  if (m_defaultLook)
+    visitor.popStateSet();
+}
+
+/**
+ * Does for a single mesh what the visitor would do step by step, but without a frustum of its own
+ * coordinates: that takes longer than all the rest. False if there is something that the usual way is needed
+ * for.
+ */
+bool GeometryNode::cullMesh(osgUtil::CullVisitor& visitor) {
+  auto const nearFar = visitor.getComputeNearFarMode();
+  if (getCullCallback() || _referenceFrame != RELATIVE_RF ||
+      nearFar > osg::CullSettings::COMPUTE_NEAR_FAR_USING_BOUNDING_VOLUMES ||
+      !visitor.getCurrentCullingSet().getStateFrustumList().empty())
+    return false;
+  osg::Geometry* const mesh = getOnlyMesh();
+  if (!mesh || mesh->getCullCallback() || !mesh->isCullingActive())
+    return false;
+  if (!visitor.validNodeMask(*this) || !visitor.validNodeMask(*mesh) || visitor.isCulled(*this))
+    return true;
+
+  osg::RefMatrix* const place = (visitor.*CullAccess::createMatrix)(_matrix);
+  place->postMult(*visitor.getModelViewMatrix());
+  osg::BoundingBox const& box = mesh->getBoundingBox();
+  if (!box.valid())
+    return true;
+  std::pair<double, double> const depth = depthRange(box, *place);
+  if (nearFar != osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR && !extendDepth(visitor, depth))
+    return true;
+  osg::StateSet* const states[] = {m_defaultLook.get(), getStateSet(), mesh->getStateSet()};
+  for (osg::StateSet* const state : states)
+    if (state)
+      visitor.pushStateSet(state);
+  visitor.addDrawableAndDepth(mesh, place, static_cast<float>(0.5 * (depth.first + depth.second)));
+  for (osg::StateSet* const state : states)
+    if (state)
+      visitor.popStateSet();
+  return true;
+}
+
+osg::Geometry* GeometryNode::getOnlyMesh() const {
+  osg::Node* only = nullptr;
+  for (osg::ref_ptr<osg::Node> const& child : _children) {
+    if (!isDrawn(child))
+      continue;
+    if (only)
+      return nullptr;
+    only = child;
+  }
+  return only ? only->asGeometry() : nullptr;
 }
 
 void GeometryNode::traverse(osg::NodeVisitor& visitor) {
   if (visitor.getVisitorType() == osg::NodeVisitor::UPDATE_VISITOR &&
-      getNumChildrenRequiringUpdateTraversal() <= 1) // none but this node itself
+      getNumChildrenRequiringUpdateTraversal() == 0)
     return;
   if (visitor.getTraversalMode() != osg::NodeVisitor::TRAVERSE_ACTIVE_CHILDREN) {
     osg::MatrixTransform::traverse(visitor);
@@ -137,7 +269,7 @@ bool GeometryNode::isDrawn(osg::Node const* child) const {
 }
 
 void GeometryNode::removeNode(zorCollide::Space* /*space*/, zorCollide::Geometry* geometry) {
-  if (geometry && geometry == m_geometry)
+  if (geometry && geometry == m_follower.getObserved())
     removeFromParents();
 }
 
@@ -169,7 +301,13 @@ void GeometryNode::setRenderChild(RenderFlag flag, osg::Node* node) {
 }
 
 osg::Node* GeometryNode::getRenderChild(RenderFlag flag) {
-  return renderChild(flag).get();
+  osg::ref_ptr<osg::Node>& child = renderChild(flag);
+  osg::Geometry* const mesh = child ? child->asGeometry() : nullptr;
+  if (mesh && ShapeMeshCache::isShared(*mesh)) {
+    osg::ref_ptr<osg::Node> const own = ownHolder(*mesh);
+    replaceChild(mesh, own);
+  }
+  return child.get();
 }
 
 osg::Node const* GeometryNode::getRenderChild(RenderFlag flag) const {
@@ -177,23 +315,64 @@ osg::Node const* GeometryNode::getRenderChild(RenderFlag flag) const {
   return flag == RENDER_DATA ? m_renderDataChild.get() : m_geometryDataChild.get();
 }
 
-void GeometryNode::updateTransform() {
-  if (!m_geometry)
-    return;
-  m_visible = m_geometry->getEnable();
-  zor::AffineMatrix4x4 const transform = m_geometry->getTransform();
-  // A new matrix makes all bounds above invalid: leave those of bodies at rest alone.
-  if (!std::equal(transform.ptr(), transform.ptr() + 16, getMatrix().ptr()))
-    setMatrix(toOsg(transform));
+// Replacing a render child keeps its part: functions that edit meshes do so.
+bool GeometryNode::setChild(unsigned int index, osg::Node* node) {
+  osg::Node const* const old = index < getNumChildren() ? getChild(index) : nullptr;
+  if (!osg::MatrixTransform::setChild(index, node))
+    return false;
+  for (osg::ref_ptr<osg::Node>* const child : {&m_renderDataChild, &m_geometryDataChild})
+    if (old && *child == old)
+      *child = node;
+  return true;
 }
 
-void GeometryNode::buildVisual(float detailRatio) {
-  m_detailRatio = detailRatio;
-  if (!m_geometry)
+void GeometryNode::updateTransform() {
+  zorCollide::Geometry const* const geometry = m_follower.getObserved();
+  if (!geometry)
     return;
-  osg::ref_ptr<osg::Node> const renderData = makeRenderDataVisual(*m_geometry, detailRatio);
+  m_visible = geometry->getEnable();
+  zor::AffineMatrix4x4 const transform = geometry->getTransform();
+  // A new matrix makes all bounds above invalid: leave those of bodies that did not move alone.
+  if (!std::equal(transform.ptr(), transform.ptr() + 16, _matrix.ptr()))
+    moveTo(transform);
+}
+
+// The bound moves along, so that it has not to be computed from the children again.
+void GeometryNode::moveTo(zor::AffineMatrix4x4 const& transform) {
+  _matrix.set(transform.ptr());
+  _inverseDirty = true;
+  if (!_boundingSphereComputed)
+    return;
+  if (!m_boundCenterKnown || _computeBoundCallback || _initialBound.valid() || !isRigid(_matrix)) {
+    dirtyBound();
+    return;
+  }
+  _boundingSphere.center() = m_boundCenter * _matrix;
+  for (osg::Group* const parent : _parents)
+    parent->dirtyBound();
+}
+
+osg::BoundingSphere GeometryNode::computeBound() const {
+  osg::BoundingSphere bound = osg::Group::computeBound();
+  m_boundCenterKnown = bound.valid() && _referenceFrame == RELATIVE_RF && isRigid(_matrix);
+  if (!m_boundCenterKnown)
+    return osg::MatrixTransform::computeBound();
+  m_boundCenter = bound.center();
+  bound.center() = m_boundCenter * _matrix;
+  return bound;
+}
+
+void GeometryNode::buildVisual(float detailRatio, RigidBodyRenderCache::Templates* templates) {
+  m_detailRatio = detailRatio;
+  zorCollide::Geometry const* const geometry = m_follower.getObserved();
+  if (!geometry)
+    return;
+  osg::ref_ptr<osg::Node> const form = makeShapeVisual(*geometry, {detailRatio, templates});
+  osg::ref_ptr<osg::Node> renderData = makeRenderDataVisual(*geometry, {detailRatio, templates});
+  if (renderData == form) // render data without anything to say: told apart all the same
+    renderData = ownHolder(*form->asGeometry());
   setRenderChild(RENDER_DATA, renderData);
-  setRenderChild(GEOMETRY_DATA, makeShapeVisual(*m_geometry, detailRatio));
+  setRenderChild(GEOMETRY_DATA, form);
   if (!renderData)
     m_selected = GEOMETRY_DATA;
 }

@@ -110,7 +110,9 @@ void setGamma(osg::Node* node, float gamma, bool override) {
   setForShader(*node, "zor_gamma", gamma, define::GAMMA, override);
   // Not one of its own, which would take the default looks away from all that is below.
   osg::StateSet& state = *node->getStateSet();
-  if (!state.getAttribute(osg::StateAttribute::MATERIAL) && !hasLook(*node))
+  GeometryNode const* const visual = asGeometryNode(node);
+  bool const hasDefaultLook = visual && visual->getDefaultLook();
+  if (!state.getAttribute(osg::StateAttribute::MATERIAL) && !hasDefaultLook && !hasLook(*node))
     state.setAttributeAndModes(&defaultMaterial());
 }
 

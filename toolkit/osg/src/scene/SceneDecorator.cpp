@@ -3,6 +3,7 @@
 #include "decorator/DecoratorParts.h"
 #include "decorator/Defines.h"
 #include "scene/Ancestry.h"
+#include "scene/MovedNodes.h"
 #include "scene/VisualState.h"
 
 #include <zor/Notify.h>
@@ -369,6 +370,8 @@ void SceneDecorator::traverse(osg::NodeVisitor& visitor) {
     m_parts->cull(*cull);
     return;
   }
+  if (visitor.getVisitorType() == osg::NodeVisitor::UPDATE_VISITOR)
+    MovedNodes::instance().follow(rootOf(visitor, *this)); // before nodes that moved are walked to
   osg::Group::traverse(visitor);
   m_parts->visit(visitor);
 }

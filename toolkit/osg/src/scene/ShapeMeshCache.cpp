@@ -1,6 +1,7 @@
 #include "ShapeMeshCache.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace zorOSG {
 
@@ -13,6 +14,16 @@ osg::Referenced* sharedMark() {
 }
 
 } // namespace
+
+std::size_t ShapeKeyHash::operator()(ShapeKey const& key) const {
+  std::uint64_t hash = (static_cast<std::uint64_t>(key.type) << 32u) + key.segments;
+  auto const mix = [&hash](std::uint64_t word) { hash = std::rotl((hash ^ word) * 0x9E3779B97F4A7C15u, 29); };
+  for (double const length : key.size)
+    mix(std::bit_cast<std::uint64_t>(length + 0.0)); // equal zeros of both signs
+  for (std::uint64_t const word : key.hash)
+    mix(word);
+  return hash;
+}
 
 ShapeMeshCache& ShapeMeshCache::instance() {
   static ShapeMeshCache cache;

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <array>
-#include <compare>
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <mutex>
+#include <unordered_map>
 
 #include <osg/Geometry>
 #include <osg/observer_ptr>
@@ -19,7 +18,12 @@ struct ShapeKey {
   unsigned int segments = 0;           // 0 where the detail makes no difference
   std::array<double, 4> size{};        // dimensions
   std::array<std::uint64_t, 2> hash{}; // of vertices and indices, where there are such
-  auto operator<=>(ShapeKey const&) const = default;
+  bool operator==(ShapeKey const&) const = default;
+};
+
+/** Mixes the numbers of a key. */
+struct ShapeKeyHash {
+  std::size_t operator()(ShapeKey const& key) const;
 };
 
 /**
@@ -44,7 +48,7 @@ private:
   void dropDead();
 
   std::mutex m_mutex;
-  std::map<ShapeKey, osg::observer_ptr<osg::Geometry>> m_meshes;
+  std::unordered_map<ShapeKey, osg::observer_ptr<osg::Geometry>, ShapeKeyHash> m_meshes;
   std::size_t m_sizeToCleanAt = 64;
 };
 

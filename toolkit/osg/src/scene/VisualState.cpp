@@ -5,6 +5,12 @@
 #include <osg/Program>
 #include <osg/ValueObject>
 
+#include <stdexcept>
+
+#include <zorOSG/Lookup.h>
+
+#include "ShapeMeshCache.h"
+
 namespace zorOSG {
 
 namespace {
@@ -41,22 +47,29 @@ osg::Material* materialOf(osg::StateSet& state) {
   return static_cast<osg::Material*>(state.getAttribute(osg::StateAttribute::MATERIAL));
 }
 
-bool isDefault(osg::Material const* material) {
-  return material == &defaultMaterial() || material == &groundMaterial();
+osg::ref_ptr<osg::StateSet> makeLook(osg::Material& material) {
+  osg::ref_ptr<osg::StateSet> look = new osg::StateSet;
+  look->setAttributeAndModes(&material);
+  return look;
 }
 
-/** The nearest material above a node, along its first parents. */
-osg::Material const& materialAbove(osg::Node const& node) {
-  for (osg::Node const* above = &node; above->getNumParents() > 0;) {
-    above = above->getParent(0);
-    osg::StateSet const* const state = above->getStateSet();
-    auto const* const material =
-        state ? dynamic_cast<osg::Material const*>(state->getAttribute(osg::StateAttribute::MATERIAL))
-              : nullptr;
-    if (material)
+/** The material that a node sets or has as its default look; null if it has none. */
+osg::Material const* materialAt(osg::Node& node) {
+  osg::StateSet* const state = node.getStateSet();
+  if (osg::Material const* const material = state ? materialOf(*state) : nullptr)
+    return material;
+  GeometryNode const* const visual = asGeometryNode(&node);
+  return visual && visual->getDefaultLook() ? materialOf(*visual->getDefaultLook()) : nullptr;
+}
+
+/** What a node is drawn with so far: the nearest material at or above it, along its first parents. */
+osg::Material const& materialBefore(osg::Node& node) {
+  for (osg::Node* at = &node;; at = at->getParent(0)) {
+    if (osg::Material const* const material = materialAt(*at))
       return *material;
+    if (at->getNumParents() == 0)
+      return defaultMaterial();
   }
-  return defaultMaterial();
 }
 
 /** Remembers at a material which of its values shall win, and tells whether any does. */
@@ -71,22 +84,28 @@ bool keepOverride(osg::Material& material, MaterialValue value, bool override) {
   return now != 0;
 }
 
-/** Takes the default look away from everything below a node. */
+/** Takes the default look away from everything at and below a node. */
 class DefaultLookRemover : public osg::NodeVisitor {
 public:
   DefaultLookRemover() : osg::NodeVisitor(TRAVERSE_ALL_CHILDREN) { setNodeMaskOverride(~0u); }
 
-  void apply(osg::Node& node) override {
-    osg::StateSet* state = node.getStateSet();
-    if (state && isDefault(materialOf(*state)))
-      ownState(node).removeAttribute(osg::StateAttribute::MATERIAL);
-    traverse(node);
+  void apply(osg::Transform& transform) override {
+    if (GeometryNode* const visual = asGeometryNode(&transform))
+      visual->setDefaultLook(nullptr);
+    traverse(transform);
   }
+  // Leaves hold no visual.
+  void apply(osg::Geode&) override {}
+  void apply(osg::Drawable&) override {}
 };
 
 } // namespace
 
 osg::StateSet& ownState(osg::Node& node) {
+  osg::Geometry const* const mesh = node.asGeometry();
+  if (mesh && ShapeMeshCache::isShared(*mesh))
+    throw std::invalid_argument(
+        "the visuals of equal shapes share this mesh: change the look of a node above it");
   osg::StateSet* state = node.getStateSet();
   if (state && state->getNumParents() > 1)
     node.setStateSet(new osg::StateSet(*state, osg::CopyOp::SHALLOW_COPY));
@@ -98,16 +117,20 @@ osg::Material& defaultMaterial() {
   return *blueGrey;
 }
 
-osg::Material& groundMaterial() {
-  static osg::ref_ptr<osg::Material> const sand = makeMaterial({0.78f, 0.76f, 0.71f, 1.0f}, 0.05f);
+osg::StateSet& defaultLook() {
+  static osg::ref_ptr<osg::StateSet> const look = makeLook(defaultMaterial());
+  return *look;
+}
+
+osg::StateSet& groundLook() {
+  static osg::ref_ptr<osg::StateSet> const sand = makeLook(*makeMaterial({0.78f, 0.76f, 0.71f, 1.0f}, 0.05f));
   return *sand;
 }
 
 bool hasLook(osg::Node const& node) {
   osg::StateSet const* state = node.getStateSet();
-  auto const* material =
-      state ? static_cast<osg::Material const*>(state->getAttribute(osg::StateAttribute::MATERIAL)) : nullptr;
-  if (material && !isDefault(material))
+  if (state && state->getAttribute(osg::StateAttribute::MATERIAL) &&
+      state->getAttribute(osg::StateAttribute::MATERIAL) != &defaultMaterial())
     return true;
   for (unsigned int i = 0; i < node.getNumParents(); ++i)
     if (hasLook(*node.getParent(i)))
@@ -119,9 +142,9 @@ osg::Material& ownMaterial(osg::Node& node, bool override, MaterialValue value) 
   osg::StateSet& state = ownState(node);
   osg::ref_ptr<osg::Material> material = materialOf(state);
   if (!material) {
-    material = new osg::Material(materialAbove(node));
+    material = new osg::Material(materialBefore(node));
     material->setUserDataContainer(nullptr);
-  } else if (isDefault(material) || material->getNumParents() > 1) {
+  } else if (material == &defaultMaterial() || material->getNumParents() > 1) {
     material = new osg::Material(*material, osg::CopyOp::DEEP_COPY_ALL);
   }
   state.setAttributeAndModes(material, onValue(keepOverride(*material, value, override)));

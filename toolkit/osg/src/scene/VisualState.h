@@ -25,10 +25,12 @@ enum class MaterialValue { NONE = 0, DIFFUSE = 1, AMBIENT = 2, SPECULAR = 4, SHI
  */
 osg::Material& ownMaterial(osg::Node& node, bool override, MaterialValue value = MaterialValue::NONE);
 
-/** Looks of visuals that were given no colour; one object for all of them. */
+/** The material of visuals that were given no colour; one object for all of them. */
 osg::Material& defaultMaterial();
-/** As defaultMaterial(), for planes and landscapes: what rests on the ground stands out from it. */
-osg::Material& groundMaterial();
+/** State sets with nothing but a default look, for GeometryNode::setDefaultLook. */
+osg::StateSet& defaultLook();
+/** As defaultLook(), for planes and landscapes: what rests on the ground stands out from it. */
+osg::StateSet& groundLook();
 
 /** True if a node, or one above it, says how what is below it looks; default looks say nothing. */
 bool hasLook(osg::Node const& node);

@@ -25,6 +25,9 @@ class RigidBody;
 namespace zorCollide {
 
 class Space;
+#ifndef SWIG
+class GeometryObserver;
+#endif
 
 /**
  * What collides: one or several shapes with a place in the world. A geometry belongs to at most one rigid
@@ -191,6 +194,9 @@ public:
   RemovalEvent& getRemovalEvent() const;
 
 #ifndef SWIG
+  /** \return the first of those that are told when the geometry moves; null without any */
+  zorCollide::GeometryObserver* getFirstObserver() const;
+
   zorBullet::GeometryImpl& getImpl() const { return *m_impl; }
 #endif
 

@@ -64,6 +64,9 @@ public:
   zorRender::RenderData* getRenderData() const { return m_renderData.get(); }
 
 #ifndef SWIG
+  /** \return a number that is another one after each change of the shape's form or render data */
+  unsigned int getRevision() const;
+
   zorBullet::ShapeImpl& getImpl() const { return *m_impl; }
 #endif
 

@@ -56,10 +56,17 @@ public:
    */
   void validate() const;
 
+#ifndef SWIG
+  /** \return a number that is another one after each change of vertices, normals, texture coordinates or
+   * indices */
+  unsigned int getRevision() const { return m_revision; }
+#endif
+
 protected:
   ~RenderData() override;
 
 private:
+  unsigned int m_revision = 0;
   zor::Vec3Vector m_vertices;
   zor::Vec3Vector m_normals;
   zor::Vec2Vector m_texCoords;

@@ -29,6 +29,7 @@ GeometryImpl::GeometryImpl(zorCollide::Geometry& geometry)
 
 GeometryImpl::~GeometryImpl() {
   raiseRemovalAtEnd();
+  observers.tellDestroyed(m_geometry);
   m_frame->setListener(nullptr);
   leaveSpace();
   for (zor::ref_ptr<zorCollide::Shape> const& shape : m_geometry.m_shapes)
@@ -42,6 +43,11 @@ void GeometryImpl::raiseRemovalAtEnd() noexcept {
     removal.raise(nullptr, &m_geometry);
   } catch (...) { // there is nobody left to tell
   }
+}
+
+void GeometryImpl::raiseRemoval(zorCollide::Space& from) {
+  observers.tellLeft(from, m_geometry);
+  removal.raise(&from, &m_geometry);
 }
 
 void GeometryImpl::attach(GeometryOwner& owner, zor::Frame* bodyFrame, zor::AffineMatrix4x4 const& local) {
@@ -69,6 +75,7 @@ void GeometryImpl::placeFrame(zor::Frame* parent, zor::AffineMatrix4x4 const& lo
     throw;
   }
   m_frame->setListener(this);
+  observers.tellMoved();
 }
 
 bool GeometryImpl::canMove() const {
@@ -294,6 +301,7 @@ void GeometryImpl::filterChanged() {
 }
 
 void GeometryImpl::statusChanged() {
+  observers.tellMoved();
   rebuild();
   filterChanged();
 }

@@ -10,6 +10,7 @@
 #include <zor/Material.h>
 #include <zor/ref_ptr.h>
 #include <zorCollide/Geometry.h>
+#include <zorCollide/GeometryObserver.h>
 #include <zorCollide/RayHit.h>
 
 #include "bullet/MassData.h"
@@ -99,6 +100,8 @@ public:
 
   void enterSpace(SpaceImpl& space);
   void leaveSpace(); // raises nothing
+  /** Tells all who want to know that the geometry has left a space; whoever calls holds the geometry. */
+  void raiseRemoval(zorCollide::Space& from);
   SpaceImpl* space() const { return m_space; }
   /** Takes the pose of the frame over into the geometry's own collision object, if it has one. */
   void moveObject();
@@ -131,6 +134,7 @@ public:
   std::set<GeometryImpl*> disabled; // kept on both sides
   zorCollide::Geometry::ShapeChangeEvent shapeChange;
   zorCollide::Geometry::RemovalEvent removal;
+  zorCollide::GeometryObserverList observers;
 
 private:
   void checkMovable() const;
@@ -167,6 +171,10 @@ protected:
   void changed() override {
     if (m_geometry)
       m_geometry->poseChanged();
+  }
+  void moved() override {
+    if (m_geometry)
+      m_geometry->observers.tellMoved();
   }
 
 private:

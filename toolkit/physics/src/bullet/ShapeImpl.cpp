@@ -11,6 +11,7 @@ void ShapeImpl::removeHolder(ShapeHolder& holder) {
 }
 
 void ShapeImpl::notifyHolders() const {
+  ++m_revision;
   auto holders = m_holders; // listeners of the change may add and remove
   std::sort(holders.begin(), holders.end());
   holders.erase(std::unique(holders.begin(), holders.end()), holders.end());

@@ -71,10 +71,16 @@ public:
 
   void addHolder(ShapeHolder& holder) { m_holders.push_back(&holder); }
   void removeHolder(ShapeHolder& holder);
-  void takeHolders(ShapeImpl& other) { m_holders = std::move(other.m_holders); }
+  void takeHolders(ShapeImpl& other) {
+    m_holders = std::move(other.m_holders);
+    m_revision = other.m_revision;
+  }
   void notifyHolders() const;
+  /** Another number after each change. */
+  unsigned int revision() const { return m_revision; }
 
 private:
+  mutable unsigned int m_revision = 0;
   std::vector<ShapeHolder*> m_holders; // one entry for each time the shape is held
 };
 

@@ -26,6 +26,10 @@ void Shape::getBounds(zor::AffineMatrix4x4 const& transform, zor::Vec3& lower, z
   upper = zorBullet::fromBt(high);
 }
 
+unsigned int Shape::getRevision() const {
+  return m_impl->revision();
+}
+
 void Shape::setRenderData(zorRender::RenderData* renderData) {
   if (renderData)
     renderData->validate();

@@ -69,7 +69,7 @@ Space::~Space() {
     m_geometries.pop_back();
     geometry->getImpl().leaveSpace();
     try {
-      geometry->getRemovalEvent().raise(this, geometry.get());
+      geometry->getImpl().raiseRemoval(*this);
     } catch (...) { // a destructor must go on; the geometry is out
     }
   }
@@ -92,7 +92,7 @@ bool Space::remove(Geometry* geometry) {
   zor::ref_ptr<Geometry> const kept(geometry);
   m_geometries.erase(std::find(m_geometries.begin(), m_geometries.end(), kept));
   geometry->getImpl().leaveSpace();
-  geometry->getRemovalEvent().raise(this, geometry);
+  geometry->getImpl().raiseRemoval(*this);
   return true;
 }
 

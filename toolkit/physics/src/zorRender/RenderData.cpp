@@ -22,14 +22,17 @@ RenderData::~RenderData() = default;
 void RenderData::setVertices(zor::Vec3Vector const& vertices) {
   zorBullet::checkVertices("RenderData", vertices);
   m_vertices = vertices;
+  ++m_revision;
 }
 
 void RenderData::setNormals(zor::Vec3Vector const& normals) {
   m_normals = normals;
+  ++m_revision;
 }
 
 void RenderData::setTexCoords(zor::Vec2Vector const& texCoords) {
   m_texCoords = texCoords;
+  ++m_revision;
 }
 
 void RenderData::setIndices(zor::UInt32Vector const& indices) {
@@ -37,6 +40,7 @@ void RenderData::setIndices(zor::UInt32Vector const& indices) {
     throw std::invalid_argument("RenderData: " + std::to_string(indices.size()) +
                                 " indices are not three a triangle");
   m_indices = indices;
+  ++m_revision;
 }
 
 void RenderData::setRenderMaterial(RenderMaterial* material) {

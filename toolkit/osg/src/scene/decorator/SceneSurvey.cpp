@@ -2,11 +2,15 @@
 
 #include "Boxes.h"
 #include "Defines.h"
+#include "scene/ShapeMeshCache.h"
 
 #include <zorOSG/ExampleApplication.h>
+#include <zorOSG/GeometryNode.h>
 
 #include <osg/Texture2D>
 #include <osg/Transform>
+
+#include <typeinfo>
 
 namespace zorOSG {
 
@@ -41,6 +45,18 @@ void mirrorTexture(osg::StateSet& state) {
       mode = osg::StateAttribute::INHERIT;
   }
   keepDefine(state, define::TEXTURE, mode);
+}
+
+/** False for state sets with nothing that the shader has to be told of, and nothing that it was told before.
+ */
+bool hasMirrored(osg::StateSet const& state) {
+  if (!state.getDefineList().empty() || state.getNumTextureModeLists() > 0 ||
+      state.getNumTextureAttributeLists() > 0)
+    return true;
+  for (auto const& [mode, value] : state.getModeList())
+    if (mode == GL_LIGHTING || (mode >= GL_LIGHT0 && mode < GL_LIGHT0 + LIGHT_COUNT))
+      return true;
+  return false;
 }
 
 osg::StateSet& ownState(osg::Node& node) {
@@ -97,11 +113,17 @@ void SceneSurvey::enter(osg::Node& node) {
   osg::StateSet* const state = node.getStateSet();
   if (!state)
     return;
-  mirrorLights(*state);
-  mirrorTexture(*state);
+  if (hasMirrored(*state)) {
+    mirrorLights(*state);
+    mirrorTexture(*state);
+  }
   m_inherited.transparent =
       m_inherited.transparent || state->getRenderingHint() == osg::StateSet::TRANSPARENT_BIN;
-  auto const* const found = state->getAttributePair(osg::StateAttribute::MATERIAL);
+  takeMaterial(*state);
+}
+
+void SceneSurvey::takeMaterial(osg::StateSet const& state) {
+  auto const* const found = state.getAttributePair(osg::StateAttribute::MATERIAL);
   if (!found || (m_inherited.materialOverrides && (found->second & osg::StateAttribute::PROTECTED) == 0))
     return;
   m_inherited.material = static_cast<osg::Material const*>(found->first.get());
@@ -116,7 +138,13 @@ void SceneSurvey::apply(osg::Node& node) {
 }
 
 void SceneSurvey::apply(osg::Transform& transform) {
+  auto* const visual =
+      typeid(transform) == typeid(GeometryNode) ? static_cast<GeometryNode*>(&transform) : nullptr;
+  if (visual && applyPlain(*visual))
+    return;
   Inherited const saved = m_inherited;
+  if (visual && visual->getDefaultLook())
+    takeMaterial(*visual->getDefaultLook());
   enter(transform);
   osg::Matrixd matrix = m_matrices.back();
   transform.computeLocalToWorldMatrix(matrix, this);
@@ -126,10 +154,29 @@ void SceneSurvey::apply(osg::Transform& transform) {
   m_inherited = saved;
 }
 
+/**
+ * Most visuals of bodies have nothing of their own but a shared mesh, of which everything is known, and maybe
+ * a colour: they only take part in boxes. False for others.
+ */
+bool SceneSurvey::applyPlain(GeometryNode& visual) {
+  constexpr osg::Node::NodeMask shadows =
+      ExampleApplication::CASTS_SHADOWS_MASK | ExampleApplication::RECIEVES_SHADOWS_MASK;
+  osg::Geometry* const mesh = visual.getOnlyMesh();
+  osg::StateSet const* const state = visual.getStateSet();
+  if (!mesh || !ShapeMeshCache::isShared(*mesh) || mesh->getStateSet() ||
+      (visual.getNodeMask() & mesh->getNodeMask() & shadows) != shadows)
+    return false;
+  if (state && (hasMirrored(*state) || state->getRenderingHint() == osg::StateSet::TRANSPARENT_BIN))
+    return false;
+  if (m_shadowed && mesh->getBoundingBox().valid())
+    collect(*mesh, visual.getMatrix() * m_matrices.back());
+  return true;
+}
+
 void SceneSurvey::apply(osg::Drawable& drawable) {
   Inherited const saved = m_inherited;
   enter(drawable);
-  collect(drawable);
+  collect(drawable, m_matrices.back());
   m_inherited = saved;
 }
 
@@ -141,22 +188,22 @@ void SceneSurvey::apply(osg::Geometry& geometry) {
   bool const usesColors = !material || material->getColorMode() != osg::Material::OFF;
   keepOwnDefine(geometry, define::VERTEX_COLOR, colored && usesColors);
   keepOwnDefine(geometry, define::FLAT, !hasElements(geometry.getNormalArray()) && isFilled(geometry));
-  collect(geometry);
+  collect(geometry, m_matrices.back());
   m_inherited = saved;
 }
 
-void SceneSurvey::collect(osg::Drawable& drawable) {
+void SceneSurvey::collect(osg::Drawable& drawable, osg::Matrixd const& matrix) {
   osg::BoundingBox const& box = drawable.getBoundingBox();
   if (!m_shadowed || !box.valid())
     return;
-  osg::BoundingBoxd const placed = transformed(box, m_matrices.back());
+  osg::BoundingBoxd const placed = transformed(box, matrix);
   m_scene.expandBy(placed);
   if (!m_inherited.casts)
     return;
   m_casters.push_back(placed);
   osg::Geometry* const mesh = m_collectsMeshes ? drawable.asGeometry() : nullptr;
   if (mesh && !m_inherited.transparent)
-    m_meshes.push_back({mesh, m_matrices.back(), placed});
+    m_meshes.push_back({mesh, matrix, placed});
 }
 
 } // namespace zorOSG

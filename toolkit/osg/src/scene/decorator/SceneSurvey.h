@@ -11,6 +11,8 @@
 
 namespace zorOSG {
 
+class GeometryNode;
+
 /**
  * Walks the decorated scene once a frame. It collects the boxes of what casts shadows, for the shadow map,
  * and tells the scene's shader by defines what built-in uniforms leave out: whether light is on, whether
@@ -60,7 +62,9 @@ private:
   };
 
   void enter(osg::Node& node);
-  void collect(osg::Drawable& drawable);
+  bool applyPlain(GeometryNode& visual);
+  void takeMaterial(osg::StateSet const& state);
+  void collect(osg::Drawable& drawable, osg::Matrixd const& matrix);
 
   Inherited m_inherited;
   std::vector<osg::Matrixd> m_matrices;
