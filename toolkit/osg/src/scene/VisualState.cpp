@@ -31,6 +31,7 @@ osg::ref_ptr<osg::Program> makeVertexColorProgram() {
   program->addShader(new osg::Shader(osg::Shader::VERTEX, R"(#version 120
 void main() {
   gl_Position = gl_ModelViewProjectionMatrix * gl_Vertex;
+  gl_ClipVertex = gl_ModelViewMatrix * gl_Vertex;
   gl_FrontColor = gl_Color;
 })"));
   program->addShader(new osg::Shader(osg::Shader::FRAGMENT, R"(#version 120

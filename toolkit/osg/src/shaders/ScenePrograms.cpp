@@ -98,6 +98,7 @@ void main() {
   zorAxis = normalize(gl_NormalMatrix * gl_Normal);
   zorOnQuad = zor_particlePoints ? center : center + (right * gl_MultiTexCoord0.x + up * gl_MultiTexCoord0.y) * wide;
   gl_Position = gl_ProjectionMatrix * vec4(zorOnQuad, 1.0);
+  gl_ClipVertex = vec4(zorOnQuad, 1.0);
   gl_PointSize = 1.1 * wide * gl_ProjectionMatrix[1][1] * zor_pointScale / max(gl_Position.w, 1.0e-6);
 }
 )";
@@ -163,6 +164,7 @@ uniform vec2 zor_shadowOffset; // along the normal, times w
 
 void main() {
   gl_Position = ftransform();
+  gl_ClipVertex = gl_ModelViewMatrix * gl_Vertex; // for clip planes
 #if defined(ZOR_UNLIT) || defined(ZOR_VERTEXCOLOR)
   zorColor = gl_Color;
 #endif
@@ -480,6 +482,14 @@ char const* const ONE_LIGHT = R"(
 #endif
 )";
 
+// Where only the place counts.
+char const* const POSITION_VERTEX = R"(#version 120
+void main() {
+  gl_Position = ftransform();
+  gl_ClipVertex = gl_ModelViewMatrix * gl_Vertex;
+}
+)";
+
 std::string replaced(std::string text, std::string const& what, std::string const& by) {
   for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size()))
     text.replace(at, what.size(), by);
@@ -515,18 +525,14 @@ osg::ref_ptr<osg::Program> makeParticleProgram() {
 }
 
 osg::ref_ptr<osg::Program> makeDepthProgram() {
-  return makeProgram("depth", R"(#version 120
-void main() { gl_Position = ftransform(); }
-)",
+  return makeProgram("depth", POSITION_VERTEX,
                      R"(#version 120
 void main() {}
 )");
 }
 
 osg::ref_ptr<osg::Program> makeSilhouetteProgram() {
-  return makeProgram("silhouette", R"(#version 120
-void main() { gl_Position = ftransform(); }
-)",
+  return makeProgram("silhouette", POSITION_VERTEX,
                      R"(#version 120
 void main() { gl_FragColor = vec4(1.0, gl_FragCoord.z, 0.0, 1.0); }
 )");
