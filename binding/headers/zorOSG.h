@@ -3,6 +3,7 @@
 
 #include <zorOSG/CameraData.h>
 #include <zorOSG/CameraFunctions.h>
+#include <zorOSG/ClipPlane.h>
 #include <zorOSG/CreateAxes.h>
 #include <zorOSG/CreateTrimesh.h>
 #include <zorOSG/CreateVisual.h>
@@ -18,6 +19,7 @@
 #include <zorOSG/Lookup.h>
 #include <zorOSG/NeoCameraOutputValue.h>
 #include <zorOSG/NodeReference.h>
+#include <zorOSG/Panel.h>
 #include <zorOSG/ParticleSystemDrawable.h>
 #include <zorOSG/ParticleVisuals.h>
 #include <zorOSG/PickHandler.h>
@@ -29,6 +31,7 @@
 #include <zorOSG/RenderToImage.h>
 #include <zorOSG/RenderToTexture.h>
 #include <zorOSG/RigidBodyRenderCache.h>
+#include <zorOSG/ScalarColorMap.h>
 #include <zorOSG/SceneDecorator.h>
 #include <zorOSG/SceneDescription.h>
 #include <zorOSG/SkyBox.h>
@@ -37,5 +40,6 @@
 #include <zorOSG/Text.h>
 #include <zorOSG/TextFunctions.h>
 #include <zorOSG/Texture2D.h>
+#include <zorOSG/Trajectories.h>
 #include <zorOSG/Transform.h>
 #include <zorOSG/VideoFFMPEGPipeCapture.h>

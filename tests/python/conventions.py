@@ -2,7 +2,7 @@
 
 import pytest
 
-MODULES = ["osg", "osgDB", "osgGA", "osgText", "osgViewer", "zor", "zorCable", "zorCollide", "zorIO", "zorModel", "zorNet",
+MODULES = ["osg", "osgDB", "osgGA", "osgSim", "osgText", "osgViewer", "zor", "zorCable", "zorCollide", "zorIO", "zorModel", "zorNet",
            "zorOSG", "zorPython", "zorRender", "zorSDK", "zorSensor", "zorStream", "zorTerrain", "zorUtil", "zorWire"]
 
 

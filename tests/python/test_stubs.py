@@ -15,7 +15,7 @@ import pytest
 import zor
 
 MODULES = ["zor", "zorStream", "zorIO", "zorRender", "zorCollide", "zorSDK", "zorPython", "zorOSG", "zorUtil", "zorModel",
-           "zorWire", "zorCable", "zorTerrain", "zorSensor", "zorNet", "osg", "osgDB", "osgText", "osgGA", "osgViewer"]
+           "zorWire", "zorCable", "zorTerrain", "zorSensor", "zorNet", "osg", "osgDB", "osgText", "osgGA", "osgSim", "osgViewer"]
 STUBS = pathlib.Path(zor.__file__).parent
 EXAMPLES = pathlib.Path(__file__).parents[2] / "examples"
 LARGEST_SHARE_OF_ANY = 0.005

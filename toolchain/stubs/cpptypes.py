@@ -24,6 +24,8 @@ PYTHON_OBJECTS = {
     ("ShapeChangeEvent_add", 2): "Callable[[Geometry], object]",
     ("Camera_getViewport", "return"): "tuple[float, float, float, float] | None",
     ("GeometryNodePtrVector___iter__", "return"): "Iterator[GeometryNode]",
+    ("Panel_match", 2): "object",
+    ("createPanel", 5): "object",
     # One class serves the vectors of all element types, so what it points to is not known.
     ("SwigPyIterator_value", "return"): "Any",
     ("SwigPyIterator_next", "return"): "Any",

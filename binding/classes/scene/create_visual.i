@@ -2,3 +2,4 @@
 %include <zorOSG/CreateVisual.h>
 %include <zorOSG/CreateTrimesh.h>
 %include <zorOSG/ParticleVisuals.h>
+%include <zorOSG/Trajectories.h>

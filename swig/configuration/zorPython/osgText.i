@@ -82,8 +82,6 @@ public:
   bool getAutoRotateToScreen() const;
   void setLayout(Layout layout);
   Layout getLayout() const;
-  /** \param mode - what is drawn: DrawModeMask, added up */
-  void setDrawMode(unsigned int mode);
   unsigned int getDrawMode() const;
   void setBoundingBoxMargin(float margin);
   float getBoundingBoxMargin() const;
@@ -92,6 +90,11 @@ public:
   unsigned int getLineCount() const;
 };
 %extend TextBase {
+  /** \param mode - what is drawn: DrawModeMask, added up */
+  void setDrawMode(unsigned int mode) {
+    $self->setDrawMode(mode);
+    $self->update(); // else boxes and crosses appear with the next text only
+  }
   /** \param text - any characters that the font has; "\n" begins a line */
   void setText(std::string const& text) { $self->setText(text, osgText::String::ENCODING_UTF8); }
   /** \return the text */

@@ -6,6 +6,7 @@ import osg
 import osgDB
 import osgText
 import osgGA
+import osgSim
 import osgViewer
 import zorPython
 import zor
@@ -23,6 +24,7 @@ import zorSDK
 #include "headers/osgDB.h"
 #include "headers/osgText.h"
 #include "headers/osgGA.h"
+#include "headers/osgSim.h"
 #include "headers/osgViewer.h"
 #include "headers/zor.h"
 #include "headers/zorStream.h"
@@ -48,6 +50,7 @@ import zorSDK
 %import "osgDB.i"
 %import "osgText.i"
 %import "osgGA.i"
+%import "osgSim.i"
 %import "osgViewer.i"
 %import "zor.i"
 %import "zorStream.i"
@@ -77,12 +80,14 @@ ZOR_LENT(osgViewer::Viewer)
 ZOR_LENT(zor::ParticleSystem)
 ZOR_LENT(zorCollide::Geometry)
 ZOR_LENT_NEW(zorCollide::Trimesh)
+ZOR_LENT_NEW(zorSDK::EventListener)
 ZOR_LENT(zorIO::ArgumentParser)
 ZOR_LENT(zorSDK::Simulation)
 ZOR_LENT(zorOSG::ExampleApplication)
 ZOR_LENT(zorOSG::GeometryNode)
 ZOR_LENT(zorOSG::ImageCapture)
 ZOR_LENT(zorOSG::ImageCaptureBase)
+ZOR_LENT(zorOSG::Panel)
 ZOR_LENT(zorOSG::PickHandler)
 ZOR_LENT(zorOSG::ParticleSystemDrawable)
 ZOR_LENT(zorOSG::SceneDecorator)
@@ -105,11 +110,14 @@ ZOR_LENT(zorOSG::VideoFFMPEGPipeCapture)
 %include "application/scene_decorator.i"
 %include "sensors/render_target.i"
 %include "sensors/capture.i"
+%include "renderers/scalar_color_map.i"
 %include "renderers/particle_system_drawable.i"
 %include "scene/create_visual.i"
 %include "scene/read.i"
 %include "scene/render_state.i"
+%include "scene/panel.i"
 %include "scene/light_source.i"
+%include "scene/clip_plane.i"
 %include "scene/sky_box.i"
 %include "scene/texture.i"
 %include "scene/primitives.i"
@@ -139,5 +147,5 @@ ZOR_LENT(zorOSG::VideoFFMPEGPipeCapture)
 %}
 
 %pythoncode %{
-from zorPython import getCurrentApplication
+from zorPython import createPanel, getCurrentApplication
 %}

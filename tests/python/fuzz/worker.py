@@ -28,7 +28,7 @@ from fuzz.registry import Registry
 from fuzz.signatures import Signature
 
 MODULES = ["zor", "zorCollide", "zorSDK", "zorRender", "zorIO", "zorStream", "zorUtil", "zorModel", "zorSensor", "zorTerrain", "zorWire",
-           "zorCable", "zorNet", "osg", "osgDB", "osgText", "osgGA", "osgViewer", "zorOSG",
+           "zorCable", "zorNet", "osg", "osgDB", "osgText", "osgGA", "osgSim", "osgViewer", "zorOSG",
            "zorPython"]
 SESSION = 500  # calls between two collections of dead objects
 HANG = 30  # seconds that a call may take

@@ -19,6 +19,7 @@
 #include <zorOSG/RigidBodyRenderCache.h>
 #include <zorRender/Color.h>
 #include <zorSDK/Assembly.h>
+#include <zorSDK/EventListener.h>
 #include <zorSDK/Simulation.h>
 
 namespace zorModel {
@@ -150,6 +151,17 @@ zorOSG::DeformableRenderer* createVisual(
     bool colorSurfaceStress = false,
     zorRender::Color const& maxStressColor = zorRender::Color(1.0f, 0.0f, 0.0f, 1.0f),
     zor::Real maxStressLimit = 60000.0);
+
+/**
+ * Creates a listener that draws what another one is about. It draws from when it is added to a simulation
+ * until it is removed, after every step:
+ * - zorSDK::ContactEventListener: the contacts of the last step that the listener's filters let through, as
+ * points with their normals, over the scene, as long as the listener is enabled and in a simulation.
+ * \param listener - the listener, which is only observed; null gives null
+ * \param root - the group that gets what is drawn, in the simulation's coordinates; null gives null
+ * \return a new listener, to be added to the simulation; null for listeners of other classes
+ */
+zorSDK::EventListener* createVisualUpdater(zorSDK::EventListener* listener, osg::Group* root);
 
 /**
  * Creates the visuals of an assembly, sharing visual templates between bodies with equal geometries.

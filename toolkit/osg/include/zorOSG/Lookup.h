@@ -8,6 +8,9 @@
 
 namespace zorOSG {
 
+class FrameTrajectoryDrawable;
+class RigidBodySystemDrawable;
+
 /** A list of geometry nodes. The nodes belong to the scene graph, not to the list. */
 typedef zor::Vector<zorOSG::GeometryNode*> GeometryNodePtrVector;
 
@@ -39,5 +42,20 @@ zorOSG::GeometryNodePtrVector findGeometryNodes(zorCollide::Geometry const* geom
  * \return of several, the one that was made first; null when there is none
  */
 zorOSG::ParticleSystemDrawable* findParticleSystemDrawable(osg::Group* root);
+
+/**
+ * Finds what draws the bodies of a simulation as a whole: the paths that createRigidBodyTrajectoriesVisual
+ * makes.
+ * \param root - the group to search below; null gives null
+ * \return of several, the one that was made first; null when there is none
+ */
+zorOSG::RigidBodySystemDrawable* findRigidBodySystemDrawable(osg::Group* root);
+
+/**
+ * Finds what createFrameTrajectoryDrawable makes.
+ * \param root - the group to search below; null gives null
+ * \return of several, the one that was made first; null when there is none
+ */
+zorOSG::FrameTrajectoryDrawable* findFrameTrajectoryDrawable(osg::Group* root);
 
 } // namespace zorOSG

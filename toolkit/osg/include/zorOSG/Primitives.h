@@ -45,6 +45,39 @@ osg::Geode* createGrid(unsigned int resU, unsigned int resV, zor::Vec3 const& or
                        zor::Vec3 const& axisV, osg::Group* root);
 
 /**
+ * Creates a grid of lines that fills a box, or what the three axes make of one.
+ * \param resU - cells along the first axis, 1 to 200, else std::invalid_argument
+ * \param resV - cells along the second axis, 1 to 200, else std::invalid_argument
+ * \param resW - cells along the third axis, 1 to 200, else std::invalid_argument
+ * \param origin - a corner of the grid (m)
+ * \param axisU - from the corner to the end of the first side (m)
+ * \param axisV - from the corner to the end of the second side (m)
+ * \param axisW - from the corner to the end of the third side (m)
+ * \param lineWidth - width of the lines (pixels); must be positive, else std::invalid_argument
+ * \return a new drawable
+ */
+osg::Geometry* create3DGrid(unsigned int resU, unsigned int resV, unsigned int resW, osg::Vec3 const& origin,
+                            osg::Vec3 const& axisU, osg::Vec3 const& axisV, osg::Vec3 const& axisW,
+                            float lineWidth);
+
+/**
+ * Creates a grid of lines that fills a box, or what the three axes make of one, under a group.
+ * \param resU - cells along the first axis, 1 to 200, else std::invalid_argument
+ * \param resV - cells along the second axis, 1 to 200, else std::invalid_argument
+ * \param resW - cells along the third axis, 1 to 200, else std::invalid_argument
+ * \param origin - a corner of the grid (m)
+ * \param axisU - from the corner to the end of the first side (m)
+ * \param axisV - from the corner to the end of the second side (m)
+ * \param axisW - from the corner to the end of the third side (m)
+ * \param lineWidth - width of the lines (pixels); must be positive, else std::invalid_argument
+ * \param root - the group that gets and owns the node; null throws std::invalid_argument
+ * \return the new node, owned by root
+ */
+osg::Geode* create3DGrid(unsigned int resU, unsigned int resV, unsigned int resW, zor::Vec3 const& origin,
+                         zor::Vec3 const& axisU, zor::Vec3 const& axisV, zor::Vec3 const& axisW,
+                         float lineWidth, osg::Group* root);
+
+/**
  * Creates the edges of a cuboid as line segments.
  * \param position - centre (m)
  * \param boxHalfVec3 - half of each side (m)
@@ -58,7 +91,7 @@ osg::Geode* createCubeLines(zor::Vec3 const& position, zor::Vec3 const& boxHalfV
                             zor::Real lineWidth = 2.0);
 
 /**
- * Creates a line between two points.
+ * Creates a line between two points. It is drawn as a dot at least, however far away.
  * \param p1 - first point (m)
  * \param p2 - second point (m)
  * \param color - red, green, blue and alpha, each 0 to 1
@@ -68,7 +101,7 @@ osg::Geode* createCubeLines(zor::Vec3 const& position, zor::Vec3 const& boxHalfV
 osg::Geode* createLine(zor::Vec3 const& p1, zor::Vec3 const& p2, zor::Vec4 const& color, float width);
 
 /**
- * Creates a line through several points.
+ * Creates a line through several points. It is drawn as a dot at least, however far away.
  * \param points - at least two points (m), else std::invalid_argument
  * \param color - red, green, blue and alpha, each 0 to 1
  * \param width - width (pixels); must be positive, else std::invalid_argument

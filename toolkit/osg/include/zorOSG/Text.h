@@ -62,8 +62,8 @@ public:
   /** What is drawn; bits that may be combined. */
   enum DrawModeMask : int {
     TEXT = 1,              ///< The letters.
-    BOUNDINGBOX = 2,       ///< The outline of the bounding box.
-    FILLEDBOUNDINGBOX = 4, ///< The bounding box, filled.
+    BOUNDINGBOX = 2,       ///< The outline of the bounding box, in the colour of the letters.
+    FILLEDBOUNDINGBOX = 4, ///< The bounding box, filled half black, or half white behind dark letters.
     ALIGNMENT = 8          ///< A cross at the position.
   };
 
@@ -87,8 +87,8 @@ public:
 
   /**
    * Sets the font.
-   * \param font - font file, looked up on the font path; one that cannot be read keeps the present font and
-   * warns
+   * \param font - font file, looked up on the font path, or the name of a family; where it cannot be read the
+   * present font stays, and the log tells of it
    */
   void setFont(zor::String const& font);
 
@@ -106,7 +106,7 @@ public:
 
   /**
    * Moves the text.
-   * \param position - where its alignment point lies (m)
+   * \param position - where its alignment point lies (m); not finite throws std::invalid_argument
    */
   void setPosition(zor::Vec3 const& position);
 

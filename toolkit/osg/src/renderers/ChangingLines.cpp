@@ -2,6 +2,7 @@
 
 #include <osg/LineWidth>
 
+#include "scene/LineBuilder.h"
 #include "scene/MeshBuilder.h"
 #include "scene/VisualState.h"
 
@@ -18,6 +19,7 @@ ChangingLines::ChangingLines(float width)
   useVertexBuffers(*m_geometry);
   drawWithVertexColors(*m_geometry);
   m_geometry->getStateSet()->setAttributeAndModes(new osg::LineWidth(width));
+  drawEvenIfSmall(*m_geometry);
 }
 
 void ChangingLines::begin() {

@@ -1,13 +1,13 @@
 #include "ParticleTrails.h"
 
 #include <algorithm>
-#include <cstdint>
 
 #include <osg/BlendFunc>
 #include <osg/Depth>
 
 #include <zorSDK/Simulation.h>
 
+#include "Sampling.h"
 #include "scene/Convert.h"
 
 namespace zorOSG {
@@ -47,15 +47,6 @@ void ParticleTrails::update() {
   write();
 }
 
-// The number's bits well mixed: neighbours in number, which often are neighbours in space, are chosen apart.
-bool ParticleTrails::isSampled(zor::UInt id) const {
-  auto bits = static_cast<uint64_t>(id) + 0x9E3779B97F4A7C15u;
-  bits = (bits ^ (bits >> 30)) * 0xBF58476D1CE4E5B9u;
-  bits = (bits ^ (bits >> 27)) * 0x94D049BB133111EBu;
-  bits ^= bits >> 31;
-  return static_cast<double>(bits >> 11) * 0x1p-53 < m_sampling;
-}
-
 void ParticleTrails::addPositions() {
   if (m_numPositions < 2 || m_sampling <= 0)
     return;
@@ -63,7 +54,7 @@ void ParticleTrails::addPositions() {
   for (zor::UInt i = 0; i < m_particles->getNumParticles(); ++i) {
     zor::UInt const id = m_particles->getParticleId(i);
     osg::Vec3 const position = toOsgFloat(m_particles->getPosition(i));
-    if (!isSampled(id) || !m_particles->getEnable(i) || !position.valid())
+    if (!isSampled(id, m_sampling) || !m_particles->getEnable(i) || !position.valid())
       continue;
     Trail& trail = m_trails[id];
     trail.round = m_round;

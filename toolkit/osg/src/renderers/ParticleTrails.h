@@ -28,7 +28,6 @@ private:
     zor::UInt round = 0;             // in which it was last added to
   };
 
-  bool isSampled(zor::UInt id) const;
   void update();
   void addPositions();
   void write();

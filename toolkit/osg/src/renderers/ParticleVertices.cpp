@@ -12,6 +12,8 @@
 
 #include <zorOSG/ParticleSystemDrawable.h>
 
+#include "scene/ParticleClips.h"
+
 namespace zorOSG {
 
 namespace {
@@ -161,11 +163,17 @@ osg::BoundingBox fillParticleGeometry(osg::Geometry& geometry, int mode,
   buffers.resize(total * each);
   std::vector<osg::Vec3> const* const sphere =
       mode == ParticleSystemDrawable::TRIANGLES ? &unitSphere().corners : nullptr;
+  std::vector<zor::Plane> const clips = particleClips(particles);
+  auto const isCutAway = [&clips](zor::Vec3 const& place) {
+    return std::any_of(clips.begin(), clips.end(),
+                       [&place](zor::Plane const& plane) { return plane.distance(place) < 0; });
+  };
   osg::BoundingBox box;
   size_t at = 0;
   for (size_t i = 0; i < total; ++i) {
     osg::Vec3 const center(osg::Vec3d(position[3 * i], position[3 * i + 1], position[3 * i + 2]));
-    if (!isEnabled[i] || !center.valid())
+    if (!isEnabled[i] || !center.valid() ||
+        (!clips.empty() && isCutAway({position[3 * i], position[3 * i + 1], position[3 * i + 2]})))
       continue;
     auto const r = static_cast<float>(radius[i]);
     box.expandBy(center - osg::Vec3(r, r, r));

@@ -28,6 +28,7 @@ zor::AffineMatrix4x4 placeIn(zor::Frame const* frame) {
 
 osg::MatrixTransform* addAxes(osg::Group& parent, zor::AffineMatrix4x4 const& place, float scale,
                               float width) {
+  requireFinite("createAxes", "transform", place);
   osg::ref_ptr<osg::MatrixTransform> const axes = createAxes(scale, width);
   axes->setMatrix(toOsg(place));
   parent.addChild(axes);

@@ -2,6 +2,8 @@
 
 #include "Ancestry.h"
 #include "SceneIndex.h"
+#include "renderers/FrameTrajectoryDrawable.h"
+#include "renderers/RigidBodySystemDrawable.h"
 
 namespace zorOSG {
 
@@ -27,6 +29,14 @@ zorOSG::GeometryNodePtrVector findGeometryNodes(zorCollide::Geometry const* geom
 
 zorOSG::ParticleSystemDrawable* findParticleSystemDrawable(osg::Group* root) {
   return findFirstBelow<ParticleSystemDrawable>(root);
+}
+
+zorOSG::RigidBodySystemDrawable* findRigidBodySystemDrawable(osg::Group* root) {
+  return findFirstBelow<RigidBodySystemDrawable>(root);
+}
+
+zorOSG::FrameTrajectoryDrawable* findFrameTrajectoryDrawable(osg::Group* root) {
+  return findFirstBelow<FrameTrajectoryDrawable>(root);
 }
 
 } // namespace zorOSG

@@ -24,10 +24,22 @@ osg::ref_ptr<osg::Geode> geodeOf(osg::Drawable* drawable) {
   return geode;
 }
 
-void requireCells(char const* name, unsigned int count) {
-  if (count < 1 || count > 10000)
-    throw std::invalid_argument(std::string("createGrid: ") + name + " must be 1 to 10000, not " +
-                                std::to_string(count));
+void requireCells(char const* function, char const* name, unsigned int count, unsigned int limit) {
+  if (count < 1 || count > limit)
+    throw std::invalid_argument(std::string(function) + ": " + name + " must be 1 to " +
+                                std::to_string(limit) + ", not " + std::to_string(count));
+}
+
+/** Lines along one axis of a grid, at all corners of the cells of two others. */
+void addGridLines(LineBuilder& lines, osg::Vec3 const& origin, osg::Vec3 const& along, osg::Vec3 const& axis1,
+                  unsigned int count1, osg::Vec3 const& axis2, unsigned int count2) {
+  for (unsigned int i = 0; i <= count1; ++i) {
+    for (unsigned int k = 0; k <= count2; ++k) {
+      osg::Vec3 const from = origin + axis1 * (static_cast<float>(i) / static_cast<float>(count1)) +
+                             axis2 * (static_cast<float>(k) / static_cast<float>(count2));
+      lines.segment(from, from + along, gridColor);
+    }
+  }
 }
 
 osg::ref_ptr<osg::Geometry> lineGrid(unsigned int resU, unsigned int resV, osg::Vec3 const& origin,
@@ -74,8 +86,11 @@ zor::Vec4f single(zor::Vec4 const& color) {
 
 osg::Geometry* createGrid(unsigned int resU, unsigned int resV, osg::Vec3 const& origin,
                           osg::Vec3 const& axisU, osg::Vec3 const& axisV, bool filled) {
-  requireCells("resU", resU);
-  requireCells("resV", resV);
+  requireCells("createGrid", "resU", resU, 10000);
+  requireCells("createGrid", "resV", resV, 10000);
+  requireFinite("createGrid", "origin", origin);
+  requireFinite("createGrid", "axisU", axisU);
+  requireFinite("createGrid", "axisV", axisV);
   return (filled ? filledGrid(resU, resV, origin, axisU, axisV) : lineGrid(resU, resV, origin, axisU, axisV))
       .release();
 }
@@ -89,9 +104,40 @@ osg::Geode* createGrid(unsigned int resU, unsigned int resV, zor::Vec3 const& or
   return geode.get();
 }
 
+osg::Geometry* create3DGrid(unsigned int resU, unsigned int resV, unsigned int resW, osg::Vec3 const& origin,
+                            osg::Vec3 const& axisU, osg::Vec3 const& axisV, osg::Vec3 const& axisW,
+                            float lineWidth) {
+  requireCells("create3DGrid", "resU", resU, 200);
+  requireCells("create3DGrid", "resV", resV, 200);
+  requireCells("create3DGrid", "resW", resW, 200);
+  requireFinite("create3DGrid", "origin", origin);
+  requireFinite("create3DGrid", "axisU", axisU);
+  requireFinite("create3DGrid", "axisV", axisV);
+  requireFinite("create3DGrid", "axisW", axisW);
+  requirePositive("create3DGrid", "lineWidth", lineWidth);
+  LineBuilder lines;
+  addGridLines(lines, origin, axisU, axisV, resV, axisW, resW);
+  addGridLines(lines, origin, axisV, axisU, resU, axisW, resW);
+  addGridLines(lines, origin, axisW, axisU, resU, axisV, resV);
+  return lines.finish(lineWidth).release();
+}
+
+osg::Geode* create3DGrid(unsigned int resU, unsigned int resV, unsigned int resW, zor::Vec3 const& origin,
+                         zor::Vec3 const& axisU, zor::Vec3 const& axisV, zor::Vec3 const& axisW,
+                         float lineWidth, osg::Group* root) {
+  requireGiven("create3DGrid", "root", root);
+  osg::ref_ptr<osg::Geode> const geode =
+      geodeOf(create3DGrid(resU, resV, resW, toOsgFloat(origin), toOsgFloat(axisU), toOsgFloat(axisV),
+                           toOsgFloat(axisW), lineWidth));
+  root->addChild(geode);
+  return geode.get();
+}
+
 osg::Geode* createCubeLines(zor::Vec3 const& position, zor::Vec3 const& boxHalfVec3,
                             zorRender::Color const& color, zor::Real lineWidth) {
   requirePositive("createCubeLines", "lineWidth", lineWidth);
+  requireFinite("createCubeLines", "position", position);
+  requireFinite("createCubeLines", "boxHalfVec3", boxHalfVec3);
   osg::Vec3 const centre = toOsgFloat(position), half = toOsgFloat(boxHalfVec3);
   auto const corner = [&](unsigned int bits) {
     osg::Vec3 const side(bits & 1 ? 1.0f : -1.0f, bits & 2 ? 1.0f : -1.0f, bits & 4 ? 1.0f : -1.0f);
@@ -107,9 +153,11 @@ osg::Geode* createCubeLines(zor::Vec3 const& position, zor::Vec3 const& boxHalfV
 
 osg::Geode* createLine(zor::Vec3 const& p1, zor::Vec3 const& p2, zor::Vec4 const& color, float width) {
   requirePositive("createLine", "width", width);
+  requireFinite("createLine", "p1", p1);
+  requireFinite("createLine", "p2", p2);
   LineBuilder lines;
   lines.segment(toOsgFloat(p1), toOsgFloat(p2), toOsgFloat(color));
-  return geodeOf(lines.finish(width)).release();
+  return geodeOf(lines.finish(width, LineBuilder::Ends::DOTS)).release();
 }
 
 osg::Geode* createPolyline(zor::Vec3Vector const& points, zor::Vec4 const& color, float width) {
@@ -117,14 +165,17 @@ osg::Geode* createPolyline(zor::Vec3Vector const& points, zor::Vec4 const& color
   if (points.size() < 2)
     throw std::invalid_argument("createPolyline: at least two points are needed, not " +
                                 std::to_string(points.size()));
+  for (zor::Vec3 const& point : points)
+    requireFinite("createPolyline", "each point", point);
   LineBuilder lines;
   for (size_t i = 0; i + 1 < points.size(); ++i)
     lines.segment(toOsgFloat(points[i]), toOsgFloat(points[i + 1]), toOsgFloat(color));
-  return geodeOf(lines.finish(width)).release();
+  return geodeOf(lines.finish(width, LineBuilder::Ends::DOTS)).release();
 }
 
 osg::Geode* createSphere(zor::Vec3 const& center, zor::Vec4 const& color, float radius) {
   requirePositive("createSphere", "radius", radius);
+  requireFinite("createSphere", "center", center);
   osg::ref_ptr<osg::Geometry> const mesh = tessellateSphere(radius, segmentsForDetail(1.0f));
   auto& positions = static_cast<osg::Vec3Array&>(*mesh->getVertexArray());
   for (osg::Vec3& position : positions)
@@ -138,6 +189,7 @@ osg::MatrixTransform* createCylinder(zor::AffineMatrix4x4 const& transform, zor:
                                      float radius, float height) {
   requirePositive("createCylinder", "radius", radius);
   requirePositive("createCylinder", "height", height);
+  requireFinite("createCylinder", "transform", transform);
   osg::ref_ptr<osg::MatrixTransform> node = new osg::MatrixTransform(toOsg(transform));
   node->addChild(geodeOf(tessellateCylinder(radius, height, segmentsForDetail(1.0f))));
   setDiffuseColor(node.get(), single(color));

@@ -1,6 +1,7 @@
 #include <zorOSG/Text.h>
 
 #include <osgText/String>
+#include <zor/Notify.h>
 
 #include "Checks.h"
 #include "Convert.h"
@@ -12,6 +13,12 @@ namespace zorOSG {
 namespace {
 
 constexpr float defaultCharacterSize = 0.2f;
+
+/** Half of black behind bright letters, half of white behind dark ones. */
+osg::Vec4 behind(osg::Vec4 const& letters) {
+  bool const isBright = 0.3f * letters.r() + 0.59f * letters.g() + 0.11f * letters.b() > 0.5f;
+  return isBright ? osg::Vec4(0, 0, 0, 0.5f) : osg::Vec4(1, 1, 1, 0.5f);
+}
 
 osgText::String decoded(zor::String const& text) {
   return osgText::String(text, osgText::String::ENCODING_UTF8);
@@ -26,7 +33,7 @@ Text::Text() : m_text(new osgText::Text) {
   m_text->setFontResolution(48, 48);
   m_text->setCharacterSize(defaultCharacterSize);
   m_text->setAxisAlignment(osgText::TextBase::SCREEN);
-  m_text->setColor(osg::Vec4(1.0f, 1.0f, 1.0f, 1.0f));
+  setColor(zor::Vec4f(1.0f, 1.0f, 1.0f, 1.0f));
   m_text->setUseDisplayList(false);
   m_text->setUseVertexBufferObjects(true);
   addDrawable(m_text);
@@ -39,11 +46,16 @@ Text::Text(zor::String const& text) : Text() {
 
 Text::Text(zor::String const& text, zor::Vec3 const& position, zor::Vec4 const& color) : Text(text) {
   setPosition(position);
-  m_text->setColor(toOsgFloat(color));
+  setColor(zor::Vec4f(color));
 }
 
 void Text::setFont(zor::String const& font) {
-  m_text->setFont(font);
+  osg::ref_ptr<osgText::Font> const read = readTextFont(font);
+  if (read)
+    m_text->setFont(read);
+  else
+    zor::notify(zor::Notify::NOTIFY_WARNING)
+        << "Text: font '" << font << "' cannot be read, the present one stays" << zor::endMessage;
 }
 
 void Text::setCharacterSize(float size) {
@@ -52,10 +64,13 @@ void Text::setCharacterSize(float size) {
 }
 
 void Text::setColor(zor::Vec4f const& color) {
+  requireFinite("Text::setColor", "color", color);
   m_text->setColor(toOsg(color));
+  m_text->setBoundingBoxColor(behind(toOsg(color)));
 }
 
 void Text::setPosition(zor::Vec3 const& position) {
+  requireFinite("Text::setPosition", "position", position);
   m_text->setPosition(toOsgFloat(position));
 }
 
@@ -74,6 +89,7 @@ void Text::setBackdropType(BackdropType type) {
 void Text::setDrawMode(DrawModeMask mode) {
   constexpr unsigned int all = TEXT | BOUNDINGBOX | FILLEDBOUNDINGBOX | ALIGNMENT;
   m_text->setDrawMode(static_cast<unsigned int>(mode) & all);
+  m_text->update(); // else boxes and crosses appear with the next text only
 }
 
 void Text::setText(zor::String const& text) {

@@ -1,26 +1,29 @@
 #include "TextFont.h"
 
-#include <string>
-
+#include <osgDB/FileNameUtils>
 #include <osgDB/FileUtils>
 
 namespace zorOSG {
 
 namespace {
 
-osg::ref_ptr<osgText::Font> readDefaultFont() {
-  // Distributions put it into a folder of its own, which is on no search path.
-  for (std::string const name : {"/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf", "DejaVuSans.ttf"})
-    if (!osgText::findFontFile(name).empty())
-      if (osg::ref_ptr<osgText::Font> font = osgText::readRefFontFile(name))
-        return font;
-  return nullptr;
-}
+/** Folder of the default font where distributions put it, which is on no search path. */
+std::string const FONT_FOLDER = "/usr/share/fonts/truetype/dejavu/";
 
 } // namespace
 
+osg::ref_ptr<osgText::Font> readTextFont(std::string const& name) {
+  if (name.empty())
+    return nullptr;
+  std::string file = osgText::findFontFile(name);
+  bool const isFile = !osgDB::getFileExtension(name).empty();
+  if (isFile && osgDB::getSimpleFileName(file) != osgDB::getSimpleFileName(name))
+    file = osgDB::fileExists(FONT_FOLDER + name) ? FONT_FOLDER + name : std::string();
+  return file.empty() ? nullptr : osgText::readRefFontFile(file);
+}
+
 osgText::Font* defaultTextFont() {
-  static osg::ref_ptr<osgText::Font> const font = readDefaultFont();
+  static osg::ref_ptr<osgText::Font> const font = readTextFont("DejaVuSans.ttf");
   return font.get();
 }
 

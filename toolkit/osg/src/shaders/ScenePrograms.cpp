@@ -538,6 +538,23 @@ void main() { gl_FragColor = vec4(1.0, gl_FragCoord.z, 0.0, 1.0); }
 )");
 }
 
+osg::ref_ptr<osg::Program> makeTrailProgram() {
+  return makeProgram("trails", R"(#version 130
+uniform vec2 zor_trailFade; // what is left at the older end of each line, which is its first, and at the newer
+varying vec4 color;
+void main() {
+  gl_Position = ftransform();
+  gl_ClipVertex = gl_ModelViewMatrix * gl_Vertex;
+  color = gl_Color;
+  color.a *= (gl_VertexID & 1) == 0 ? zor_trailFade.x : zor_trailFade.y;
+}
+)",
+                     R"(#version 130
+varying vec4 color;
+void main() { gl_FragColor = color; }
+)");
+}
+
 osg::ref_ptr<osg::Program> makeBackgroundProgram() {
   return makeProgram("background", R"(#version 120
 varying vec4 color;

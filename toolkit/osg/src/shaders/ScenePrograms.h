@@ -94,6 +94,9 @@ osg::ref_ptr<osg::Program> makeDepthProgram();
 /** \return program that writes 1 and the depth as red and green */
 osg::ref_ptr<osg::Program> makeSilhouetteProgram();
 
+/** \return program that draws lines in the colours of their vertices, and lets them fade */
+osg::ref_ptr<osg::Program> makeTrailProgram();
+
 /** \return program that draws vertices in normalized device coordinates in their colours, dithered */
 osg::ref_ptr<osg::Program> makeBackgroundProgram();
 

@@ -1,9 +1,9 @@
 #include "HudText.h"
 
+#include "scene/TextFont.h"
+
 #include <zor/Notify.h>
 
-#include <osgDB/FileNameUtils>
-#include <osgDB/FileUtils>
 #include <osgText/Font>
 
 #include <cmath>
@@ -18,22 +18,10 @@ constexpr float LINE_SPACING = 1.35f;
 
 char const* const DEFAULT_FONT = "DejaVuSans.ttf";
 
-/** Folder of the default font where distributions put it, which is on no search path. */
-std::string const FONT_FOLDER = "/usr/share/fonts/truetype/dejavu/";
-
-/** The search answers a file that it does not find with any other font; that is refused here. */
-osg::ref_ptr<osgText::Font> readFont(std::string const& name) {
-  std::string file = osgText::findFontFile(name);
-  bool const isFile = !osgDB::getFileExtension(name).empty();
-  if (isFile && osgDB::getSimpleFileName(file) != osgDB::getSimpleFileName(name))
-    file = osgDB::fileExists(FONT_FOLDER + name) ? FONT_FOLDER + name : std::string();
-  return file.empty() ? nullptr : osgText::readRefFontFile(file);
-}
-
 } // namespace
 
 HudText::HudText() : m_node(new osg::Geode) {
-  m_font = readFont(DEFAULT_FONT);
+  m_font = readTextFont(DEFAULT_FONT);
   m_fontName = m_font ? DEFAULT_FONT : "built-in";
   if (!m_font)
     m_font = osgText::Font::getDefaultFont();
@@ -97,7 +85,7 @@ void HudText::clear() {
 }
 
 void HudText::setFont(std::string const& name) {
-  osg::ref_ptr<osgText::Font> const font = name.empty() ? nullptr : readFont(name);
+  osg::ref_ptr<osgText::Font> const font = readTextFont(name);
   if (!font) {
     zor::notify(zor::Notify::NOTIFY_WARNING)
         << "HUD text: font '" << name << "' cannot be read, '" << m_fontName << "' stays" << zor::endMessage;

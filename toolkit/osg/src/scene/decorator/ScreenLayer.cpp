@@ -7,9 +7,7 @@
 
 namespace zorOSG {
 
-ScreenLayer::ScreenLayer(Projection projection, int order) : m_projection(std::move(projection)) {
-  setCullingActive(false);
-  osg::StateSet& state = *getOrCreateStateSet();
+void setScreenState(osg::StateSet& state, int order) {
   auto const off = osg::StateAttribute::OFF | osg::StateAttribute::PROTECTED;
   auto const on = osg::StateAttribute::ON | osg::StateAttribute::PROTECTED;
   state.setRenderBinDetails(order, "TraversalOrderBin");
@@ -22,6 +20,27 @@ ScreenLayer::ScreenLayer(Projection projection, int order) : m_projection(std::m
   state.setAttribute(new osg::Program, on); // the fixed pipeline, whatever the scene uses
 }
 
+ScreenScope::ScreenScope(osgUtil::CullVisitor& visitor, osg::Matrixd const& projection,
+                         osg::Matrixd const& placement)
+    : m_visitor(visitor), m_nearFar(visitor.getComputeNearFarMode()), m_culling(visitor.getCullingMode()) {
+  visitor.setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
+  visitor.setCullingMode(osg::CullSettings::NO_CULLING);
+  visitor.pushProjectionMatrix(new osg::RefMatrix(projection));
+  visitor.pushModelViewMatrix(new osg::RefMatrix(placement), osg::Transform::ABSOLUTE_RF);
+}
+
+ScreenScope::~ScreenScope() {
+  m_visitor.popModelViewMatrix();
+  m_visitor.popProjectionMatrix();
+  m_visitor.setCullingMode(m_culling);
+  m_visitor.setComputeNearFarMode(m_nearFar);
+}
+
+ScreenLayer::ScreenLayer(Projection projection, int order) : m_projection(std::move(projection)) {
+  setCullingActive(false);
+  setScreenState(*getOrCreateStateSet(), order);
+}
+
 void ScreenLayer::traverse(osg::NodeVisitor& visitor) {
   osgUtil::CullVisitor* const cull = visitor.asCullVisitor();
   if (!cull) {
@@ -31,17 +50,8 @@ void ScreenLayer::traverse(osg::NodeVisitor& visitor) {
   osg::Viewport const* const viewport = cull->getViewport();
   if (!viewport)
     return;
-  auto const nearFar = cull->getComputeNearFarMode();
-  auto const culling = cull->getCullingMode();
-  cull->setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
-  cull->setCullingMode(osg::CullSettings::NO_CULLING);
-  cull->pushProjectionMatrix(new osg::RefMatrix(m_projection(viewport->width(), viewport->height())));
-  cull->pushModelViewMatrix(new osg::RefMatrix, osg::Transform::ABSOLUTE_RF);
+  ScreenScope const scope(*cull, m_projection(viewport->width(), viewport->height()));
   osg::Group::traverse(visitor);
-  cull->popModelViewMatrix();
-  cull->popProjectionMatrix();
-  cull->setCullingMode(culling);
-  cull->setComputeNearFarMode(nearFar);
 }
 
 } // namespace zorOSG

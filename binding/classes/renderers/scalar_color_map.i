@@ -1,0 +1,2 @@
+// Colours for numbers.
+%include <zorOSG/ScalarColorMap.h>

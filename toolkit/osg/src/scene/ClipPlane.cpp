@@ -1,0 +1,130 @@
+#include <zorOSG/ClipPlane.h>
+
+#include <bitset>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "Checks.h"
+#include "ParticleClips.h"
+#include "VisualState.h"
+
+namespace zorOSG {
+
+namespace {
+
+/**
+ * The numbers of the planes that graphics drivers offer. Those of one picture share them even where they are
+ * not nested, so a number belongs to one plane.
+ */
+class ClipNumbers {
+public:
+  static ClipNumbers& instance() {
+    static ClipNumbers& numbers = *new ClipNumbers; // never destroyed: planes in static storage may go later
+    return numbers;
+  }
+
+  unsigned int take() {
+    std::scoped_lock const lock(m_mutex);
+    for (unsigned int number = 0; number < m_taken.size(); ++number) {
+      if (m_taken[number])
+        continue;
+      m_taken.set(number);
+      return number;
+    }
+    throw std::runtime_error("ClipPlane: only " + std::to_string(m_taken.size()) +
+                             " planes can be enabled at a time; disable another one first");
+  }
+
+  void giveBack(unsigned int number) {
+    std::scoped_lock const lock(m_mutex);
+    m_taken.reset(number);
+  }
+
+private:
+  std::mutex m_mutex;
+  std::bitset<8> m_taken;
+};
+
+GLenum modeOf(osg::ClipPlane const& clip) {
+  return GL_CLIP_PLANE0 + clip.getClipPlaneNum();
+}
+
+osg::Vec4d equationOf(zor::Plane const& plane) {
+  return {plane.a(), plane.b(), plane.c(), plane.d()};
+}
+
+zor::Plane planeAt(zor::Vec3 const& position, zor::Vec3 const& normal) {
+  requireFinite("ClipPlane", "position", position);
+  requireFinite("ClipPlane", "normal", normal);
+  return zor::Plane(normal, position);
+}
+
+} // namespace
+
+ClipPlane::ClipPlane(zor::Plane const& plane) {
+  place(plane, plane.getPoint());
+  setEnable(true);
+}
+
+ClipPlane::ClipPlane(zor::Vec3 const& position, zor::Vec3 const& normal) {
+  place(planeAt(position, normal), position);
+  setEnable(true);
+}
+
+ClipPlane::ClipPlane(zor::Real a, zor::Real b, zor::Real c, zor::Real d)
+    : ClipPlane(zor::Plane(a, b, c, d)) {}
+
+ClipPlane::~ClipPlane() {
+  removeParticleClip(*this);
+  if (m_clip)
+    ClipNumbers::instance().giveBack(m_clip->getClipPlaneNum());
+}
+
+void ClipPlane::place(zor::Plane const& plane, zor::Vec3 const& position) {
+  m_plane = plane;
+  m_position = position;
+  if (m_clip)
+    m_clip->setClipPlane(equationOf(plane));
+}
+
+void ClipPlane::setClipPlane(zor::Plane const& plane) {
+  place(plane, plane.getPoint());
+}
+
+void ClipPlane::setPosition(zor::Vec3 const& position) {
+  place(planeAt(position, getNormal()), position);
+}
+
+void ClipPlane::setNormal(zor::Vec3 const& normal) {
+  place(planeAt(m_position, normal), m_position);
+}
+
+void ClipPlane::setEnable(bool enable) {
+  if (enable == getEnable())
+    return;
+  osg::StateSet& state = ownState(*this);
+  if (enable) {
+    m_clip = new osg::ClipPlane(ClipNumbers::instance().take(), equationOf(m_plane));
+    getClipPlaneList().push_back(m_clip);
+    state.setMode(modeOf(*m_clip), osg::StateAttribute::ON);
+    return;
+  }
+  state.removeMode(modeOf(*m_clip));
+  std::erase(getClipPlaneList(), m_clip);
+  ClipNumbers::instance().giveBack(m_clip->getClipPlaneNum());
+  m_clip = nullptr;
+}
+
+void ClipPlane::setParticleSystemToClip(zor::ParticleSystem* system) {
+  removeParticleClip(*this);
+  m_particles = system;
+}
+
+void ClipPlane::clipAgainstParticleSystem() {
+  if (m_particles)
+    addParticleClip(*m_particles, *this);
+}
+
+} // namespace zorOSG
