@@ -12,10 +12,13 @@ import os
 import sys
 import tempfile
 from collections.abc import Callable, Iterable, Iterator
+from functools import cache
 from typing import NamedTuple
 
 import numpy
 from numpy.typing import NDArray
+
+from materials import Images
 
 import osg
 import osgDB
@@ -31,6 +34,7 @@ type Pixels = NDArray[numpy.uint8]
 type Point = tuple[float, float, float]
 
 WIDTH, HEIGHT, FINER = 236, 178, 2  # pixels of a cell, and how much finer it is drawn
+STRIP = 0.115  # height of a caption, as a part of the cell
 SKY, HORIZON = zor.Vec3(0.56, 0.66, 0.77), zor.Vec3(0.90, 0.92, 0.94)
 FLOOR, INK = zor.Vec4f(0.66, 0.68, 0.70, 1), zor.Vec4f(0.08, 0.10, 0.14, 1)
 RED, GOLD, BLUE, GREEN, WHITE = (zor.Vec4f(*rgb, 1) for rgb in
@@ -38,6 +42,19 @@ RED, GOLD, BLUE, GREEN, WHITE = (zor.Vec4f(*rgb, 1) for rgb in
 PAINTS = [RED, GOLD, BLUE, GREEN]
 PURE_WHITE = zor.Vec4f(1, 1, 1, 1)
 Drawable = zorOSG.ParticleSystemDrawable
+
+
+def text_on_panel(text: str, panel_height: float, size: float, color: zor.Vec4f, panel_width: float = 1.0) -> osgText.Text:
+    """Letters in the middle of a panel, as high as a part of it, and not distorted by its shape."""
+    label = osgText.Text()
+    label.setFont("DejaVuSans.ttf")
+    label.setFontResolution(48, 48)
+    label.setText(text)
+    label.setCharacterSize(size, panel_width * WIDTH / (panel_height * HEIGHT))
+    label.setAlignment(osgText.Text.CENTER_CENTER)
+    label.setPosition(osg.Vec3(0.5, 0.5, 0))
+    label.setColor(osg.Vec4(*color))
+    return label
 
 
 class Stage:
@@ -112,7 +129,13 @@ class Stage:
         self.viewer.frame()
         fine = numpy.asarray(self.viewer.grab())[::-1].astype(numpy.uint16)
         parts = fine.reshape(HEIGHT, FINER, WIDTH, FINER, 3)
-        return ((parts.sum(axis=(1, 3)) + FINER * FINER // 2) // (FINER * FINER)).astype(numpy.uint8)
+        mean: Pixels = ((parts.sum(axis=(1, 3)) + FINER * FINER // 2) // (FINER * FINER)).astype(numpy.uint8)
+        return mean
+
+    def caption(self, text: str) -> None:
+        """A text on a bright strip below the picture."""
+        strip = zorOSG.createPanel(self.root, zor.Vec2(0, 0), zor.Vec2(1, STRIP), zor.Vec4(1, 1, 1, 0.82))
+        strip.addDrawable(text_on_panel(text, STRIP, 0.62, INK))
 
 
 class Cell(NamedTuple):
@@ -135,20 +158,17 @@ def cell(caption: str) -> Callable[[Callable[[Stage], None]], Callable[[Stage], 
 
 # What things are made of: images and meshes.
 
+@cache
+def images() -> Images:
+    """The images of the materials example, made when they are wanted."""
+    return Images(tempfile.mkdtemp(prefix="gallery-"))
+
+
 def image_file(pixels: NDArray[numpy.float64]) -> str:
     """Stores a picture, numbers from 0 to 1, and tells where."""
     path = os.path.join(tempfile.mkdtemp(prefix="gallery-"), "image.png")
-    osgDB.writeImageFile(osg.Image.fromArray(numpy.ascontiguousarray(pixels.clip(0, 1) * 255).astype(numpy.uint8)), path)
+    store((pixels.clip(0, 1) * 255).astype(numpy.uint8), path)
     return path
-
-
-def bricks() -> NDArray[numpy.float64]:
-    y, x = numpy.mgrid[0:256, 0:256]
-    row = y // 32
-    joint = (y % 32 < 3) | ((x + 32 * (row % 2)) % 64 < 3)
-    shade = 0.85 + 0.15 * numpy.sin(row * 12.9 + ((x + 32 * (row % 2)) // 64) * 78.2)
-    colour = numpy.array([0.70, 0.31, 0.23]) * shade[..., None]
-    return numpy.where(joint[..., None], numpy.array([0.80, 0.78, 0.74]), colour)
 
 
 def checks(first: Point, second: Point, count: int = 8) -> NDArray[numpy.float64]:
@@ -384,18 +404,18 @@ def coloured_paths(stage: Stage) -> None:
 def frame_paths(stage: Stage) -> None:
     stage.floor()
     wheel = zor.RigidBody(zorCollide.Geometry(zorCollide.Cylinder(0.5, 0.15)))
-    wheel.setPosition(zor.Vec3(-1.7, 0, 0.5))
+    wheel.setPosition(zor.Vec3(-1.9, 0, 0.5))
     stage.simulation.add(wheel)
     zorOSG.setDiffuseColor(zorOSG.createVisual(wheel, stage.root), BLUE)
     for angle in (0.0, 2.1, 4.2):
         frame = zor.ObserverFrame(wheel, zor.AffineMatrix4x4(zor.Vec3(0.48 * math.sin(angle), -0.1, 0.48 * math.cos(angle))))
         stage.simulation.add(frame)
         zorOSG.createVisual(frame, stage.root, 0.25)
-    wheel.setVelocity(zor.Vec3(2.2, 0, 0))
-    wheel.setAngularVelocity(zor.Vec3(0, 4.4, 0))
+    wheel.setVelocity(zor.Vec3(1.5, 0, 0))
+    wheel.setAngularVelocity(zor.Vec3(0, 3.0, 0))
     zorOSG.createFrameTrajectoryDrawable(stage.simulation, stage.root, 200, zor.Vec4f(0.85, 0.25, 0.15, 1))
-    stage.run(1.45, 1)
-    stage.look((0.2, -4.6, 1.3), (0, 0, 0.5))
+    stage.run(1.9, 1)
+    stage.look((-0.1, -5.6, 1.5), (-0.3, 0, 0.5))
 
 
 @cell("contacts that a listener hears of")
@@ -407,8 +427,8 @@ def contacts(stage: Stage) -> None:
     for k in range(5):
         body = stage.body(zorCollide.Box(zor.Vec3(0.3, 0.25, 0.2)), (0.1 * k - 0.2, 0.06 * k, 0.25 + 0.45 * k))
         body.setRotation(zor.Quat(0.6 * k, zor.Vec3(0, 0, 1)))
-    zorOSG.setAlpha(stage.root, 0.75)
     stage.run(1.5)
+    stage.look((2.6, -4.2, 2.4), (0, 0, 0.85))
 
 
 @cell("observer frame")
@@ -436,7 +456,7 @@ def constraint_axes(stage: Stage) -> None:
 @cell("axes: scale and line width")
 def plain_axes(stage: Stage) -> None:
     stage.floor()
-    for x, scale, width in ((-1.1, 0.5, 2), (-0.2, 0.8, 5), (0.9, 1.0, 9)):
+    for x, scale, width in ((-1.3, 0.5, 2), (-0.5, 0.7, 5), (0.4, 0.9, 9)):
         zorOSG.createAxes(zor.AffineMatrix4x4(zor.Vec3(x, 0, 0.05)), stage.root, scale, width)
 
 
@@ -522,10 +542,9 @@ def text_modes(stage: Stage) -> None:
 
 @cell("text: fifteen alignments")
 def text_alignments(stage: Stage) -> None:
-    stage.look_from_front(6.4)
+    stage.look_from_front(6.0, -0.1)
     for k in range(15):
-        place = (-1.4 + 1.4 * (k // 3 % 3) - (0 if k < 9 else 0), 0, 1.1 - 0.42 * (k % 3) - (0 if k < 9 else 1.35))
-        text = stage.label("pq\nXy", place, 0.19, INK)
+        text = stage.label("pq\nXy", (-1.5 + 0.75 * (k // 3), 0, 0.85 - 0.85 * (k % 3)), 0.22, INK)
         text.setAlignment(k)
         text.setDrawMode(zorOSG.Text.TEXT | zorOSG.Text.ALIGNMENT)
 
@@ -555,16 +574,11 @@ def texts_on_bodies(stage: Stage) -> None:
 def panels(stage: Stage) -> None:
     stage.floor()
     stage.show(zorCollide.Box(zor.Vec3(0.6, 0.5, 0.5)))
-    zorOSG.createPanel(stage.root, zor.Vec2(0.04, 0.06), zor.Vec2(0.92, 0.16), zor.Vec4(0.1, 0.12, 0.16, 0.6))
+    zorOSG.createPanel(stage.root, zor.Vec2(0.04, 0.15), zor.Vec2(0.92, 0.16), zor.Vec4(0.1, 0.12, 0.16, 0.6))
     for k, color in enumerate(PAINTS):
-        zorOSG.createPanel(stage.root, zor.Vec2(0.08 + 0.22 * k, 0.09), zor.Vec2(0.18, 0.10), zor.Vec4(*color))
-    tall = zorOSG.createPanel(stage.root, zor.Vec2(0.7, 0.36), zor.Vec2(0.24, 0.4), zor.Vec4(1, 1, 1, 0.55))
-    note = osgText.Text()
-    note.setText("Panel")
-    note.setCharacterSize(0.3, 0.8)
-    note.setPosition(osg.Vec3(0.1, 0.4, 0))
-    note.setColor(osg.Vec4(0.1, 0.1, 0.1, 1))
-    tall.addDrawable(note)
+        zorOSG.createPanel(stage.root, zor.Vec2(0.08 + 0.22 * k, 0.18), zor.Vec2(0.18, 0.10), zor.Vec4(*color))
+    tall = zorOSG.createPanel(stage.root, zor.Vec2(0.7, 0.45), zor.Vec2(0.24, 0.4), zor.Vec4(1, 1, 1, 0.55))
+    tall.addDrawable(text_on_panel("Panel", 0.4, 0.2, INK, 0.24))
 
 
 # Clip planes.
@@ -585,8 +599,8 @@ def clip_planes(stage: Stage) -> None:
     second = zorOSG.ClipPlane(zor.Vec3(0.25, 0, 0), zor.Vec3(-1, 0, 0))
     stage.root.addChild(first)
     first.addChild(second)
-    stage.show(zorCollide.Box(zor.Vec3(0.25, 0.6, 0.6)), (-0.75, 0, 0.6), root=first)
-    zorOSG.setDiffuseColor(stage.show(zorCollide.Box(zor.Vec3(0.5, 0.6, 0.6)), (0.2, 0, 0.6), root=second), RED)
+    stage.show(zorCollide.Box(zor.Vec3(0.25, 0.6, 0.6)), (-0.75, 0, 0.63), root=first)
+    zorOSG.setDiffuseColor(stage.show(zorCollide.Box(zor.Vec3(0.5, 0.6, 0.6)), (0.2, 0, 0.63), root=second), RED)
 
 
 @cell("clip plane for particles")
@@ -611,8 +625,8 @@ def color_maps(stage: Stage) -> None:
         colours = Map(getattr(Map, name), 0, 63)
         for k in range(64):
             color = colours.getColor(k)
-            zorOSG.createPanel(stage.root, zor.Vec2(0.42 + 0.0085 * k, 0.82 - 0.078 * row), zor.Vec2(0.0087, 0.06), zor.Vec4(*color))
-        stage.label(name.lower().replace("_", " "), (-0.66, 0, 0.565 - 0.1297 * row), 0.085)
+            zorOSG.createPanel(stage.root, zor.Vec2(0.42 + 0.0085 * k, 0.90 - 0.072 * row), zor.Vec2(0.0087, 0.055), zor.Vec4(*color))
+        stage.label(name.lower().replace("_", " "), (-0.68, 0, 0.711 - 0.1197 * row), 0.085)
 
 
 @cell("diffuse, ambient, specular")
@@ -621,7 +635,7 @@ def fixed_materials(stage: Stage) -> None:
     for x, color in ((-1.05, RED), (0, GOLD), (1.05, BLUE)):
         node = stage.show(zorCollide.Sphere(0.48), (x, 0, 0.48), detail=2)
         zorOSG.setDiffuseColor(node, color)
-        zorOSG.setAmbientColor(node, zor.Vec4f(*(0.5 * part for part in (color[0], color[1], color[2])), 1))
+        zorOSG.setAmbientColor(node, zor.Vec4f(0.5 * color[0], 0.5 * color[1], 0.5 * color[2], 1))
         zorOSG.setSpecularColor(node, PURE_WHITE)
         zorOSG.setShininess(node, {-1.05: 8.0, 0: 40.0}.get(x, 110.0))
 
@@ -638,11 +652,10 @@ def alpha(stage: Stage) -> None:
 @cell("texture, repeated and scaled")
 def textures(stage: Stage) -> None:
     stage.floor()
-    wall = image_file(bricks())
-    one = stage.show(zorCollide.Box(zor.Vec3(0.45, 0.45, 0.45)), (-0.7, 0.2, 0.45))
-    zorOSG.setTexture(one, wall, True)
-    two = stage.show(zorCollide.Box(zor.Vec3(0.45, 0.45, 0.45)), (0.7, 0.2, 0.45))
-    zorOSG.setTexture(two, wall, True, zorOSG.DIFFUSE_TEXTURE, 3.0, 3.0)
+    for x, scale in ((-0.7, 1.0), (0.7, 2.0)):
+        node = stage.show(zorCollide.Box(zor.Vec3(0.45, 0.45, 0.45)), (x, 0.2, 0.45))
+        zorOSG.setDiffuseColor(node, PURE_WHITE)
+        zorOSG.setTexture(node, images().path("bricks"), True, zorOSG.DIFFUSE_TEXTURE, scale, scale)
 
 
 @cell("texture on round shapes")
@@ -654,23 +667,138 @@ def round_textures(stage: Stage) -> None:
         zorOSG.setTexture(node, board, True)
 
 
-@cell("wire frame")
-def wire_frame(stage: Stage) -> None:
+@cell("wire frame, outline")
+def drawn_otherwise(stage: Stage) -> None:
     stage.floor()
-    zorOSG.setEnableWireFrameMode(stage.show(zorCollide.Trimesh(*gear()), (0, 0, 0.3)), True)
+    wire = stage.show(zorCollide.Trimesh(*gear()), (-0.8, 0.2, 0.3))
+    zorOSG.setDiffuseColor(wire, zor.Vec4f(0.1, 0.2, 0.4, 1))
+    zorOSG.setEnableWireFrameMode(wire, True)
+    chosen = stage.upright(zorCollide.Capsule(0.3, 0.6), 0.6)
+    zorOSG.setDiffuseColor(chosen, BLUE)
+    zorOSG.setEnableOutline(chosen, True, zorRender.Color(1.0, 0.72, 0.1), 4 * FINER)
+    stage.look((2.6, -4.2, 2.7), (-0.3, 0, 0.45))
 
 
 @cell("normals as they come, and smoothed")
 def smooth(stage: Stage) -> None:
     stage.floor()
-    ring = [(0.5 * math.cos(k * math.pi / 5), 0.5 * math.sin(k * math.pi / 5)) for k in range(10)]
+    ring = [(0.5 * math.cos(k * math.pi / 3), 0.5 * math.sin(k * math.pi / 3)) for k in range(6)]
     barrel = [(x, y, z) for z in (0.0, 1.0) for x, y in ring]
-    sides = [i for k in range(10) for i in (k, (k + 1) % 10, 10 + (k + 1) % 10, k, 10 + (k + 1) % 10, 10 + k)]
+    sides = [i for k in range(6) for i in (k, (k + 1) % 6, 6 + (k + 1) % 6, k, 6 + (k + 1) % 6, 6 + k)]
     for x in (-0.7, 0.7):
-        node = stage.show(zorCollide.Trimesh(barrel, sides), (x, 0, 0.02))
+        node = stage.show(zorCollide.Trimesh(barrel, sides), (x, 0, 0.02), 0.4)
         zorOSG.setDiffuseColor(node, GREEN)
         if x > 0:
             zorOSG.smoothNormals(node, 1.5)
+
+
+@cell("from plastic to metal, from rough to smooth")
+def physical(stage: Stage) -> None:
+    surroundings(stage)
+    for row, color in enumerate((RED, GOLD, zor.Vec4f(1.0, 0.78, 0.36, 1))):
+        for column in range(4):
+            ball = stage.show(zorCollide.Sphere(0.29), (0.66 * column - 1, 0, 0.32 + 0.62 * row), detail=2)
+            zorOSG.setDiffuseColor(ball, color)
+            zorOSG.setMetallic(ball, row / 2)
+            zorOSG.setRoughness(ball, 1 - column / 3.2)
+            zorOSG.setEnvMapReflectionCoefficient(ball, 1)
+    stage.look((0, -5.2, 1.1), (0, 0, 0.85))
+
+
+def surroundings(stage: Stage) -> None:
+    """A sky of six images that what is below the root can reflect, and a floor."""
+    zorOSG.setCubeMapTexture(stage.root, images().folder, ".png")
+    zorOSG.setEnvMapReflectionCoefficient(stage.root, 0)  # what reflects says so
+    stage.floor()
+
+
+def role_cell(caption: str, shape: Callable[[], zorCollide.Shape], layers: list[tuple[str, int]], reflection: float = 0.0) -> None:
+    """Two of a thing: with the first image alone, and with all of them."""
+
+    def build(stage: Stage) -> None:
+        surroundings(stage)
+        for x, shown in ((-0.68, layers[:1]), (0.68, layers)):
+            node = stage.show(shape(), (x, 0.1, 0.52), 0.4, 2)
+            zorOSG.setDiffuseColor(node, PURE_WHITE)
+            zorOSG.setRoughness(node, 0.55 if len(layers) == 2 else 1.0)
+            for name, role in shown:
+                zorOSG.setTexture(node, images().path(name), True, role, 1, 1)
+            zorOSG.setEnvMapReflectionCoefficient(node, reflection)
+
+    cell(caption)(build)
+
+
+def cube() -> zorCollide.Shape:
+    return zorCollide.Box(zor.Vec3(0.45, 0.45, 0.45))
+
+
+role_cell("texture, with normal map", cube, [("wood", zorOSG.DIFFUSE_TEXTURE), ("wood_normal", zorOSG.NORMALMAP_TEXTURE)])
+role_cell("texture, with height map", cube, [("bricks", zorOSG.DIFFUSE_TEXTURE), ("bricks_height", zorOSG.HEIGHTMAP_TEXTURE)])
+role_cell("texture, with metallic and rough maps", lambda: zorCollide.Sphere(0.5),
+          [("rust", zorOSG.DIFFUSE_TEXTURE), ("rust_metallic", zorOSG.METALLIC_TEXTURE), ("rust_rough", zorOSG.ROUGHNESS_TEXTURE)], 1.0)
+
+
+@cell("stored shadows, noise at edges of shadows")
+def shadow_textures(stage: Stage) -> None:
+    y, x = numpy.mgrid[0:256, 0:256] / 256.0
+    stripes = image_file(numpy.repeat((numpy.sin(x * 40) > 0)[..., None], 3, axis=2).astype(float))
+    noise = image_file(numpy.random.default_rng(2).random((64, 64, 3)))
+    wall = stage.show(zorCollide.Box(zor.Vec3(0.6, 0.08, 0.6)), (-0.8, 0.4, 0.6))
+    zorOSG.setDiffuseColor(wall, WHITE)
+    zorOSG.setTexture(wall, stripes, True, zorOSG.SHADOW_TEXTURE)
+    stage.floor()
+    zorOSG.setTexture(stage.root, noise, True, zorOSG.SHADOW_JITTER_TEXTURE)
+    zorOSG.setDiffuseColor(stage.show(zorCollide.Sphere(0.4), (0.5, 0, 0.45), detail=2), RED)
+
+
+@cell("cube map: mirror, glass, a share of colour")
+def cube_map(stage: Stage) -> None:
+    surroundings(stage)
+    for x, color, share, alpha in ((-1.0, WHITE, 1.0, 1.0), (0, zor.Vec4f(0.55, 0.8, 0.75, 1), 1.0, 0.35), (1.0, BLUE, 0.5, 1.0)):
+        ball = stage.show(zorCollide.Sphere(0.46), (x, 0, 0.48), detail=3)
+        zorOSG.setDiffuseColor(ball, color)
+        if x < 1:
+            zorOSG.setMetallic(ball, 1.0 if x < 0 else 0.0)
+            zorOSG.setRoughness(ball, 0.03)
+        zorOSG.setAlpha(ball, alpha)
+        zorOSG.setEnvMapReflectionCoefficient(ball, share)
+
+
+@cell("gamma 0.5, 1 and 2")
+def gamma(stage: Stage) -> None:
+    stage.floor()
+    for x, value in ((-1.05, 0.5), (0, 1), (1.05, 2)):
+        node = stage.show(zorCollide.Sphere(0.46), (x, 0, 0.48), detail=2)
+        zorOSG.setDiffuseColor(node, GOLD)
+        zorOSG.setGamma(node, value)
+
+
+@cell("light switched off for one of three")
+def light_off(stage: Stage) -> None:
+    stage.floor()
+    for x in (-1.05, 0, 1.05):
+        node = stage.show(zorCollide.Sphere(0.46), (x, 0, 0.48), detail=2)
+        zorOSG.setDiffuseColor(node, GREEN)
+        if x == 0:
+            zorOSG.setEnableLight(False, 0, node)
+
+
+@cell("sky box")
+def sky_box(stage: Stage) -> None:
+    stage.root.addChild(zorOSG.SkyBox("sky", images().folder + "/sky", ".png"))
+    stage.floor(3)
+    stage.body(zorCollide.Box(zor.Vec3(0.5, 0.5, 0.5)), (0, 0, 0.5), RED)
+    stage.look((1.5, -4.2, 1.2), (0, 0, 0.9))
+
+
+@cell("sky sphere, horizon moved down")
+def sky_sphere(stage: Stage) -> None:
+    sides = osg.ImageVector()
+    zorOSG.loadCubeMapImages(images().folder + "/sky", "png", sides)
+    stage.root.addChild(zorOSG.createSkySphere("sky", sides, 1000.0, -150.0))
+    stage.floor(3)
+    stage.body(zorCollide.Sphere(0.5), (0, 0, 0.5), GOLD)
+    stage.look((-4.0, 1.5, 1.2), (0, 0, 0.9))
 
 
 @cell("spot light")
@@ -698,7 +826,7 @@ def draw(cells: Iterable[Cell]) -> Iterator[tuple[Cell, Pixels]]:
     for one in cells:
         stage = Stage(viewer)
         one.build(stage)
-        stage.decorator.setText(0, one.caption, INK)
+        stage.caption(one.caption)
         yield one, stage.picture()
 
 

@@ -149,3 +149,13 @@ def test_materials_are_told_apart(tmp_path):
     plastic, gold, sky = (red > 150) & (green < 60), (red > 1.3 * blue) & (green > 1.2 * blue) & (green > 0.7 * red), (blue > 1.15 * red) & (blue > 150)
     outline = (red > 200) & (green > 140) & (green < 210) & (blue < 80)
     assert min(plastic.sum(), gold.sum(), outline.sum() * 10) > 600 and sky[:60].mean() > 0.2
+
+
+def test_the_gallery_draws_the_cells_it_is_asked_for(tmp_path):
+    sheet = tmp_path / "sheet.png"
+    told = subprocess.run([sys.executable, EXAMPLES / "gallery.py", "--only", "clip plane", "--output", sheet, "--cells", tmp_path / "cells"],
+                          capture_output=True, text=True, timeout=300)
+    assert told.returncode == 0 and "3 pictures" in told.stdout, told.stdout + told.stderr
+    cells = [pixels_of(path) for path in sorted((tmp_path / "cells").iterdir())]
+    assert len(cells) == 3 and all(cell.std() > 10 for cell in cells)
+    assert pixels_of(sheet).shape[1] > 3 * cells[0].shape[1]
