@@ -537,7 +537,7 @@ def text_modes(stage: Stage) -> None:
     modes = [("letters", Text.TEXT), ("box", Text.TEXT | Text.BOUNDINGBOX), ("filled box", Text.TEXT | Text.FILLEDBOUNDINGBOX),
              ("position", Text.TEXT | Text.ALIGNMENT), ("all", Text.TEXT | Text.BOUNDINGBOX | Text.FILLEDBOUNDINGBOX | Text.ALIGNMENT)]
     for k, (name, mode) in enumerate(modes):
-        stage.label(name, (0, 0, 0.9 - 0.47 * k), 0.34, RED).setDrawMode(mode)
+        stage.label(name, (0, 0, 1.05 - 0.44 * k), 0.32, RED).setDrawMode(mode)
 
 
 @cell("text: fifteen alignments")
@@ -670,16 +670,16 @@ def round_textures(stage: Stage) -> None:
 @cell("wire frame, outline")
 def drawn_otherwise(stage: Stage) -> None:
     stage.floor()
-    wire = stage.show(zorCollide.Trimesh(*gear()), (-0.8, 0.2, 0.3))
+    wire = stage.show(zorCollide.Trimesh(*gear()), (-1.1, 0.2, 0.3))
     zorOSG.setDiffuseColor(wire, zor.Vec4f(0.1, 0.2, 0.4, 1))
     zorOSG.setEnableWireFrameMode(wire, True)
     chosen = stage.upright(zorCollide.Capsule(0.3, 0.6), 0.6)
     zorOSG.setDiffuseColor(chosen, BLUE)
     zorOSG.setEnableOutline(chosen, True, zorRender.Color(1.0, 0.72, 0.1), 4 * FINER)
-    stage.look((2.6, -4.2, 2.7), (-0.3, 0, 0.45))
+    stage.look((1.6, -4.6, 2.7), (-0.5, 0, 0.4))
 
 
-@cell("normals as they come, and smoothed")
+@cell("normals, and smoothed ones")
 def smooth(stage: Stage) -> None:
     stage.floor()
     ring = [(0.5 * math.cos(k * math.pi / 3), 0.5 * math.sin(k * math.pi / 3)) for k in range(6)]
@@ -692,7 +692,7 @@ def smooth(stage: Stage) -> None:
             zorOSG.smoothNormals(node, 1.5)
 
 
-@cell("from plastic to metal, from rough to smooth")
+@cell("plastic to metal, rough to smooth")
 def physical(stage: Stage) -> None:
     surroundings(stage)
     for row, color in enumerate((RED, GOLD, zor.Vec4f(1.0, 0.78, 0.36, 1))):
@@ -734,11 +734,11 @@ def cube() -> zorCollide.Shape:
 
 role_cell("texture, with normal map", cube, [("wood", zorOSG.DIFFUSE_TEXTURE), ("wood_normal", zorOSG.NORMALMAP_TEXTURE)])
 role_cell("texture, with height map", cube, [("bricks", zorOSG.DIFFUSE_TEXTURE), ("bricks_height", zorOSG.HEIGHTMAP_TEXTURE)])
-role_cell("texture, with metallic and rough maps", lambda: zorCollide.Sphere(0.5),
+role_cell("metallic and rough maps", lambda: zorCollide.Sphere(0.5),
           [("rust", zorOSG.DIFFUSE_TEXTURE), ("rust_metallic", zorOSG.METALLIC_TEXTURE), ("rust_rough", zorOSG.ROUGHNESS_TEXTURE)], 1.0)
 
 
-@cell("stored shadows, noise at edges of shadows")
+@cell("stored shadows, noise at edges")
 def shadow_textures(stage: Stage) -> None:
     y, x = numpy.mgrid[0:256, 0:256] / 256.0
     stripes = image_file(numpy.repeat((numpy.sin(x * 40) > 0)[..., None], 3, axis=2).astype(float))
@@ -751,7 +751,7 @@ def shadow_textures(stage: Stage) -> None:
     zorOSG.setDiffuseColor(stage.show(zorCollide.Sphere(0.4), (0.5, 0, 0.45), detail=2), RED)
 
 
-@cell("cube map: mirror, glass, a share of colour")
+@cell("cube map: mirror, glass, a share")
 def cube_map(stage: Stage) -> None:
     surroundings(stage)
     for x, color, share, alpha in ((-1.0, WHITE, 1.0, 1.0), (0, zor.Vec4f(0.55, 0.8, 0.75, 1), 1.0, 0.35), (1.0, BLUE, 0.5, 1.0)):
@@ -850,7 +850,7 @@ def main() -> int:
     parser.add_argument("--output", default="gallery.png", help="the picture")
     parser.add_argument("--only", default="", help="a word in the captions of the cells to draw")
     parser.add_argument("--cells", default="", help="folder for a picture of each cell")
-    parser.add_argument("--columns", type=int, default=8)
+    parser.add_argument("--columns", type=int, default=10, help="cells in a row")
     options = parser.parse_args()
     cells = [one for one in CELLS if options.only in one.caption]
     if not cells:
