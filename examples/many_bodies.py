@@ -109,7 +109,6 @@ def main() -> int:
     reach = field.reach()
     display = Display(field)
     application.addListener(display)
-    application.setTargetFPS(10)  # as many bodies take their time to draw
     application.setCameraHome(zor.Vec3(0, -1.5 * reach, 1.05 * reach), zor.Vec3(0, -0.12 * reach, 0), zor.Vec3(0, 0, 1))
     application.getSceneDecorator().setBackgroundColor(zor.Vec3(0.10, 0.12, 0.17), zor.Vec3(0.03, 0.03, 0.05))
     if not arguments.has("--stopAfter"):
