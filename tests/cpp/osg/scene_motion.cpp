@@ -11,6 +11,7 @@
 #include <zorOSG/CreateVisual.h>
 #include <zorOSG/Lookup.h>
 #include <zorOSG/RenderState.h>
+#include <zorOSG/SmoothNormals.h>
 #include <zorSDK/Simulation.h>
 
 #include <gtest/gtest.h>
