@@ -49,6 +49,23 @@ bool isRigid(osg::Matrixd const& m) {
   return true;
 }
 
+/** State of surfaces that are seen from outside alone: a third of the work of many small bodies is their
+ * backs. */
+osg::StateSet& closedSurface() {
+  static osg::ref_ptr<osg::StateSet> const state = [] {
+    osg::ref_ptr<osg::StateSet> const made = new osg::StateSet;
+    made->setMode(GL_CULL_FACE, osg::StateAttribute::ON);
+    return made;
+  }();
+  return *state;
+}
+
+/** True if a matrix swaps left and right, and with them the sides of a face. */
+bool mirrors(osg::Matrixd const& m) {
+  osg::Vec3d const x(m(0, 0), m(0, 1), m(0, 2)), y(m(1, 0), m(1, 1), m(1, 2)), z(m(2, 0), m(2, 1), m(2, 2));
+  return (x ^ y) * z < 0.0;
+}
+
 /** Gives access to a function that the cull visitor has for those who derive from it. */
 struct CullAccess : osgUtil::CullVisitor {
   static constexpr auto createMatrix = &CullAccess::createOrReuseMatrix;
@@ -224,7 +241,10 @@ bool GeometryNode::cullMesh(osgUtil::CullVisitor& visitor) {
   std::pair<double, double> const depth = depthRange(box, *place);
   if (nearFar != osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR && !extendDepth(visitor, depth))
     return true;
-  osg::StateSet* const states[] = {m_defaultLook.get(), getStateSet(), mesh->getStateSet()};
+  bool const oneSided = ShapeMeshCache::isClosed(*mesh) && !mirrors(*place);
+  // What is said of the node comes after, and wins.
+  osg::StateSet* const states[] = {oneSided ? &closedSurface() : nullptr, m_defaultLook.get(), getStateSet(),
+                                   mesh->getStateSet()};
   for (osg::StateSet* const state : states)
     if (state)
       visitor.pushStateSet(state);

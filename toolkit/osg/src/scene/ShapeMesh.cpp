@@ -73,24 +73,27 @@ osg::ref_ptr<osg::Geometry> shared(ShapeKey const& key, ShapeMeshCache::Maker co
 
 osg::ref_ptr<osg::Geometry> boxMesh(zorCollide::Box const& box) {
   zor::Vec3 const half = box.getHalfExtents();
-  return shared({.type = Shape::BOX, .size = {half.x(), half.y(), half.z()}},
+  return shared({.type = Shape::BOX, .closed = true, .size = {half.x(), half.y(), half.z()}},
                 [&] { return tessellateBox(toOsgFloat(half)); });
 }
 
 osg::ref_ptr<osg::Geometry> sphereMesh(zorCollide::Sphere const& sphere, unsigned int segments) {
   double const radius = sphere.getRadius();
-  return shared({.type = Shape::SPHERE, .segments = segments, .size = {radius}},
+  return shared({.type = Shape::SPHERE, .closed = true, .segments = segments, .size = {radius}},
                 [&] { return tessellateSphere(static_cast<float>(radius), segments); });
 }
 
 /** Capsule, cylinder and cone: round about y, with a radius and a height. */
 template <class RoundShape, class Tessellate>
 osg::ref_ptr<osg::Geometry> roundMesh(RoundShape const& shape, unsigned int segments, Tessellate tessellate) {
-  return shared(
-      {.type = shape.getType(), .segments = segments, .size = {shape.getRadius(), shape.getHeight()}}, [&] {
-        return tessellate(static_cast<float>(shape.getRadius()), static_cast<float>(shape.getHeight()),
-                          segments);
-      });
+  return shared({.type = shape.getType(),
+                 .closed = true,
+                 .segments = segments,
+                 .size = {shape.getRadius(), shape.getHeight()}},
+                [&] {
+                  return tessellate(static_cast<float>(shape.getRadius()),
+                                    static_cast<float>(shape.getHeight()), segments);
+                });
 }
 
 osg::ref_ptr<osg::Geometry> planeMesh(zorCollide::Plane const& plane) {

@@ -8,7 +8,13 @@ namespace zorOSG {
 namespace {
 
 /** Carried by shared meshes as user data. */
-osg::Referenced* sharedMark() {
+osg::Referenced* openMark() {
+  static osg::ref_ptr<osg::Referenced> const mark = new osg::Referenced;
+  return mark.get();
+}
+
+/** The same, by closed ones. */
+osg::Referenced* closedMark() {
   static osg::ref_ptr<osg::Referenced> const mark = new osg::Referenced;
   return mark.get();
 }
@@ -37,7 +43,7 @@ osg::ref_ptr<osg::Geometry> ShapeMeshCache::get(ShapeKey const& key, Maker const
   if (place != m_meshes.end() && place->second.lock(mesh))
     return mesh;
   mesh = make();
-  mesh->setUserData(sharedMark());
+  mesh->setUserData(key.closed ? closedMark() : openMark());
   m_meshes[key] = mesh;
   if (m_meshes.size() >= m_sizeToCleanAt)
     dropDead();
@@ -45,7 +51,11 @@ osg::ref_ptr<osg::Geometry> ShapeMeshCache::get(ShapeKey const& key, Maker const
 }
 
 bool ShapeMeshCache::isShared(osg::Geometry const& mesh) {
-  return mesh.getUserData() == sharedMark();
+  return mesh.getUserData() == openMark() || isClosed(mesh);
+}
+
+bool ShapeMeshCache::isClosed(osg::Geometry const& mesh) {
+  return mesh.getUserData() == closedMark();
 }
 
 osg::ref_ptr<osg::Geometry> ShapeMeshCache::makePrivate(osg::Geometry const& mesh) {

@@ -15,6 +15,7 @@ namespace zorOSG {
 /** What decides how a shape's mesh looks: equal keys, equal meshes. */
 struct ShapeKey {
   int type = 0;
+  bool closed = false;                 // a surface without holes or inner sides, as solid shapes have
   unsigned int segments = 0;           // 0 where the detail makes no difference
   std::array<double, 4> size{};        // dimensions
   std::array<std::uint64_t, 2> hash{}; // of vertices and indices, where there are such
@@ -40,6 +41,9 @@ public:
 
   /** True for meshes from here, which must not be changed. */
   static bool isShared(osg::Geometry const& mesh);
+
+  /** True for meshes from here of which nobody sees the back. */
+  static bool isClosed(osg::Geometry const& mesh);
 
   /** A deep copy that may be changed. */
   static osg::ref_ptr<osg::Geometry> makePrivate(osg::Geometry const& mesh);

@@ -22,6 +22,8 @@ bool isWireFrame(osg::Node const& node) {
 void drawAsLines(osg::Node& node, osg::StateAttribute::OverrideValue value) {
   ownState(node).setAttributeAndModes(
       new osg::PolygonMode(osg::PolygonMode::FRONT_AND_BACK, osg::PolygonMode::LINE), value);
+  // Backs are seen through the lines.
+  node.getStateSet()->setMode(GL_CULL_FACE, osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE);
 }
 
 } // namespace
@@ -31,8 +33,11 @@ bool setEnableWireFrameMode(osg::Node* node, bool flag) {
     return false;
   if (flag)
     drawAsLines(*node, osg::StateAttribute::ON);
-  else if (node->getStateSet())
-    ownState(*node).removeAttribute(osg::StateAttribute::POLYGONMODE);
+  else if (isWireFrame(*node)) {
+    osg::StateSet& state = ownState(*node);
+    state.removeAttribute(osg::StateAttribute::POLYGONMODE);
+    state.removeMode(GL_CULL_FACE);
+  }
   return flag;
 }
 
