@@ -109,9 +109,12 @@ void ClipPlane::setEnable(bool enable) {
     m_clip = new osg::ClipPlane(ClipNumbers::instance().take(), equationOf(m_plane));
     getClipPlaneList().push_back(m_clip);
     state.setMode(modeOf(*m_clip), osg::StateAttribute::ON);
+    state.setMode(GL_CULL_FACE,
+                  osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE); // cut bodies show their inside
     return;
   }
   state.removeMode(modeOf(*m_clip));
+  state.removeMode(GL_CULL_FACE);
   std::erase(getClipPlaneList(), m_clip);
   ClipNumbers::instance().giveBack(m_clip->getClipPlaneNum());
   m_clip = nullptr;

@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include <osg/CullFace>
+#include <osg/FrontFace>
 #include <osg/Geode>
 #include <osg/NodeVisitor>
 #include <osgUtil/CullVisitor>
@@ -54,7 +56,8 @@ bool isRigid(osg::Matrixd const& m) {
 osg::StateSet& closedSurface() {
   static osg::ref_ptr<osg::StateSet> const state = [] {
     osg::ref_ptr<osg::StateSet> const made = new osg::StateSet;
-    made->setMode(GL_CULL_FACE, osg::StateAttribute::ON);
+    made->setAttributeAndModes(new osg::CullFace(osg::CullFace::BACK));
+    made->setAttribute(new osg::FrontFace(osg::FrontFace::COUNTER_CLOCKWISE)); // a host may leave another
     return made;
   }();
   return *state;
@@ -64,6 +67,11 @@ osg::StateSet& closedSurface() {
 bool mirrors(osg::Matrixd const& m) {
   osg::Vec3d const x(m(0, 0), m(0, 1), m(0, 2)), y(m(1, 0), m(1, 1), m(1, 2)), z(m(2, 0), m(2, 1), m(2, 2));
   return (x ^ y) * z < 0.0;
+}
+
+/** True for a look that shows what lies behind, a body's own back as well. */
+bool isTransparent(osg::StateSet const* state) {
+  return state && state->getRenderingHint() == osg::StateSet::TRANSPARENT_BIN;
 }
 
 /** Gives access to a function that the cull visitor has for those who derive from it. */
@@ -241,7 +249,7 @@ bool GeometryNode::cullMesh(osgUtil::CullVisitor& visitor) {
   std::pair<double, double> const depth = depthRange(box, *place);
   if (nearFar != osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR && !extendDepth(visitor, depth))
     return true;
-  bool const oneSided = ShapeMeshCache::isClosed(*mesh) && !mirrors(*place);
+  bool const oneSided = ShapeMeshCache::isClosed(*mesh) && !isTransparent(getStateSet()) && !mirrors(*place);
   // What is said of the node comes after, and wins.
   osg::StateSet* const states[] = {oneSided ? &closedSurface() : nullptr, m_defaultLook.get(), getStateSet(),
                                    mesh->getStateSet()};
