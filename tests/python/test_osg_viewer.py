@@ -256,3 +256,15 @@ def test_files_that_cannot_be_read_are_named(tmp_path):
     for wrong in ("text", None, 5):
         with pytest.raises(TypeError):
             osgDB.readImage(wrong, "png")
+
+
+def test_the_camera_is_no_part_of_its_scene():
+    viewer = osgViewer.Viewer()
+    viewer.setUpOffScreen(16, 16)
+    group = osg.Group()
+    group.addChild(viewer.getCamera())
+    for scene in (viewer.getCamera(), group):
+        with pytest.raises(RuntimeError, match="the viewer's own camera can't be in the scene"):
+            viewer.setSceneData(scene)
+    viewer.setSceneData(osg.Group())
+    viewer.frame()
