@@ -48,6 +48,24 @@ def new_application():
 
 
 @pytest.fixture
+def shot(application, tmp_path):
+    """Draws the main view of the test's `application` and gives its pixels, upper row first."""
+    import numpy
+    import osgDB
+    import zor
+
+    def draw():
+        path = str(tmp_path / "shot.png")
+        timer = zor.HighAccuracyTimer(True)
+        application.executeOneStepWithGraphics(timer)
+        application.takeScreenShot(path)
+        application.executeOneStepWithGraphics(timer)
+        return numpy.array(numpy.asarray(osgDB.readImageFile(path)))[::-1, :, :3].astype(int)
+
+    return draw
+
+
+@pytest.fixture
 def run_python(tmp_path):
     """Runs Python code in a fresh interpreter with every warning an error; gives its standard output."""
 

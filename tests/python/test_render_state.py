@@ -33,21 +33,6 @@ def root(application):
 
 
 @pytest.fixture
-def shot(application, tmp_path):
-    """Draws the main view and gives its pixels, upper row first."""
-
-    def draw():
-        path = str(tmp_path / "shot.png")
-        timer = zor.HighAccuracyTimer(True)
-        application.executeOneStepWithGraphics(timer)
-        application.takeScreenShot(path)
-        application.executeOneStepWithGraphics(timer)
-        return numpy.array(numpy.asarray(osgDB.readImageFile(path)))[::-1, :, :3].astype(int)
-
-    return draw
-
-
-@pytest.fixture
 def add(application, root):
     """Adds a body that stays, in grey."""
 

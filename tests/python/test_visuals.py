@@ -27,21 +27,6 @@ def application(new_application):
     return app
 
 
-@pytest.fixture
-def shot(application, tmp_path):
-    """Draws the main view and gives its pixels, upper row first."""
-
-    def draw():
-        path = str(tmp_path / "shot.png")
-        timer = zor.HighAccuracyTimer(True)
-        application.executeOneStepWithGraphics(timer)
-        application.takeScreenShot(path)
-        application.executeOneStepWithGraphics(timer)
-        return numpy.array(numpy.asarray(osgDB.readImageFile(path)))[::-1, :, :3].astype(int)
-
-    return draw
-
-
 def body_of(shape, simulation, position=(0, 0, 0), name="", static=False):
     body = zor.RigidBody(name)
     if static:
