@@ -45,10 +45,11 @@ class Field:
             body = zor.RigidBody(zorCollide.Geometry(shapes[number % len(shapes)]))
             body.setMotionControl(zor.RigidBody.STATIC)
             body.setRotation(UPRIGHT * zor.Quat(angle, zor.Vec3(0, 0, 1)))
-            simulation.add(body)
             self.bodies.append(body)
         self.lifted = range(0)
         self.place(range(count), -1e9)
+        for body in self.bodies:  # when they have their places: ten thousand bodies at one place all touch each other
+            simulation.add(body)
 
     def reach(self) -> float:
         return SPACING * math.sqrt(len(self.bodies))
@@ -98,7 +99,7 @@ def main() -> int:
     field = Field(simulation, options.count)
 
     start = time.monotonic()
-    visuals = zorOSG.createVisual(simulation, root)
+    visuals = zorOSG.createVisual(simulation, root, 0.4)  # small on the screen: fewer triangles do
     made = time.monotonic()
     for number, body in enumerate(field.bodies):
         hue = 0.02 + 0.62 * number / len(field.bodies)
