@@ -23,7 +23,7 @@ import zorIO
 import zorOSG
 
 SIZES = ((640, 480), (1920, 1080))
-FRAMES = int(sys.argv[1]) if len(sys.argv) > 1 else 200
+FRAMES = int(sys.argv[1]) if sys.argv[1:] and sys.argv[1].isdigit() else 200
 TURN = 5  # frames of a case before the next one draws
 STORED = 20  # of those that are stored, whose start and end count, too
 BODIES = 200
