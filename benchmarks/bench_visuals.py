@@ -21,7 +21,7 @@ BODIES = 10_000
 SPACING = 1.5
 PIXELS = (640, 480)
 COLORS = [(0.80, 0.25, 0.20), (0.25, 0.55, 0.80), (0.95, 0.75, 0.25), (0.40, 0.70, 0.35), (0.60, 0.45, 0.75)]
-SECONDS = 8.0  # of frames, for each case
+SECONDS = 5.0  # of frames, for each case
 
 
 def place(index: int, count: int, frame: int = 0) -> tuple[float, float, float]:
@@ -322,7 +322,7 @@ def compare(pattern: str) -> None:
             if case == "find" and name == Glyphs.name:
                 cells.append(f"{'-':>16}")  # glyphs are no objects
                 continue
-            value = statistics.median(in_own_process(name, case, count) for _ in range(3 if case != "find" else 1))
+            value = statistics.median(in_own_process(name, case, count) for _ in range(3 if case in ("create", "memory") else 1))
             cells.append(f"{factor * value:>13.2f} {unit}")
         print(f"{title:28}" + "".join(cells), flush=True)
 
