@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <set>
 #include <stdexcept>
 #include <vector>
 
@@ -33,6 +34,22 @@ void checkChildrenFree(osg::Group const& group) {
           "the children of '" + group.getName() +
           "' can't be changed by a visitor or callback below it: change them afterwards");
   }
+}
+
+bool isAtOrAbove(osg::Node const& node, osg::Node const& below) {
+  // Nodes have several parents: each is visited once, for there may be very many paths.
+  std::set<osg::Node const*> seen{&below};
+  std::vector<osg::Node const*> open{&below};
+  while (!open.empty()) {
+    osg::Node const* const at = open.back();
+    open.pop_back();
+    if (at == &node)
+      return true;
+    for (osg::Group const* const parent : at->getParents())
+      if (seen.insert(parent).second)
+        open.push_back(parent);
+  }
+  return false;
 }
 
 void checkNobodyVisits() {

@@ -21,6 +21,9 @@ public:
  */
 void checkChildrenFree(osg::Group const& group);
 
+/** \return true if a node is another one or anywhere above it */
+bool isAtOrAbove(osg::Node const& node, osg::Node const& below);
+
 /** \throws std::runtime_error if a visitor in Python code is under way, for code that may change any group */
 void checkNobodyVisits();
 

@@ -7,11 +7,10 @@ import osgGA
 %}
 
 %{
-#include <set>
-#include <vector>
 #include "headers/osg.h"
 #include "headers/osgGA.h"
 #include "headers/osgViewer.h"
+#include "runtime/Traversal.h"
 #include <zorOSG/OffscreenContext.h>
 %}
 
@@ -35,20 +34,6 @@ public:
 private:
   static inline thread_local bool isDrawing = false;
 };
-
-// The camera gets the scene as a child, which must not lead back to it.
-static bool zorIsAtOrAbove(osg::Node const* node, osg::Node const* camera) {
-  std::set<osg::Node const*> seen{camera};
-  std::vector<osg::Node const*> open{camera};
-  while (!open.empty()) {
-    osg::Node const* const at = open.back();
-    open.pop_back();
-    if (at == node) return true;
-    for (unsigned int i = 0; i < at->getNumParents(); ++i)
-      if (seen.insert(at->getParent(i)).second) open.push_back(at->getParent(i));
-  }
-  return false;
-}
 
 // Reads what a camera has drawn, at the end of a frame.
 class ZorGrabber : public osg::Camera::DrawCallback {
@@ -161,7 +146,8 @@ public:
   }
   /** \param node - what is drawn; None for nothing. The viewer's camera, or what it is below, throws std::invalid_argument */
   void setSceneData(osg::Node* node) {
-    if (zorIsAtOrAbove(node, $self->getCamera())) throw std::invalid_argument("the viewer's own camera can't be in the scene that it draws");
+    // The camera gets the scene as a child, which must not lead back to it.
+    if (node && zorBinding::isAtOrAbove(*node, *$self->getCamera())) throw std::invalid_argument("the viewer's own camera can't be in the scene that it draws");
     $self->setSceneData(node);
   }
   /**

@@ -37,17 +37,7 @@ static void zorChangeChildren(osg::Group const* parent) {
 
 static void zorOsgCheckChild(osg::Node* parent, osg::Node* child) {
   if (!child) throw std::invalid_argument("a node is expected, not None");
-  // Nodes have several parents: each is visited once, for there may be very many paths.
-  std::set<osg::Node*> seen{parent};
-  std::vector<osg::Node*> open{parent};
-  while (!open.empty()) {
-    osg::Node* node = open.back();
-    open.pop_back();
-    if (node == child) throw std::invalid_argument("a node can't be its own descendant");
-    for (unsigned int i = 0; i < node->getNumParents(); ++i) {
-      if (seen.insert(node->getParent(i)).second) open.push_back(node->getParent(i));
-    }
-  }
+  if (zorBinding::isAtOrAbove(*child, *parent)) throw std::invalid_argument("a node can't be its own descendant");
 }
 
 // Callbacks of a node are a chain, which must not lead back into itself.

@@ -18,6 +18,7 @@
 #include "MovedNodes.h"
 #include "ShapeMeshCache.h"
 #include "ShapeVisual.h"
+#include "VisualState.h"
 
 namespace zorOSG {
 
@@ -67,11 +68,6 @@ osg::StateSet& closedSurface() {
 bool mirrors(osg::Matrixd const& m) {
   osg::Vec3d const x(m(0, 0), m(0, 1), m(0, 2)), y(m(1, 0), m(1, 1), m(1, 2)), z(m(2, 0), m(2, 1), m(2, 2));
   return (x ^ y) * z < 0.0;
-}
-
-/** True for a look that shows what lies behind, a body's own back as well. */
-bool isTransparent(osg::StateSet const* state) {
-  return state && state->getRenderingHint() == osg::StateSet::TRANSPARENT_BIN;
 }
 
 /** Gives access to a function that the cull visitor has for those who derive from it. */
@@ -249,7 +245,8 @@ bool GeometryNode::cullMesh(osgUtil::CullVisitor& visitor) {
   std::pair<double, double> const depth = depthRange(box, *place);
   if (nearFar != osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR && !extendDepth(visitor, depth))
     return true;
-  bool const oneSided = ShapeMeshCache::isClosed(*mesh) && !isTransparent(getStateSet()) && !mirrors(*place);
+  bool const seeThrough = getStateSet() && isTransparent(*getStateSet());
+  bool const oneSided = ShapeMeshCache::isClosed(*mesh) && !seeThrough && !mirrors(*place);
   // What is said of the node comes after, and wins.
   osg::StateSet* const states[] = {oneSided ? &closedSurface() : nullptr, m_defaultLook.get(), getStateSet(),
                                    mesh->getStateSet()};

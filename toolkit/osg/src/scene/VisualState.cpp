@@ -154,11 +154,15 @@ osg::Material& ownMaterial(osg::Node& node, bool override, MaterialValue value) 
   return *material;
 }
 
+bool isTransparent(osg::StateSet const& state) {
+  return state.getRenderingHint() == osg::StateSet::TRANSPARENT_BIN;
+}
+
 void setTransparency(osg::StateSet& state, float alpha, bool override) {
   if (alpha < 1.0f) {
     state.setMode(GL_BLEND, onValue(override));
     state.setRenderingHint(osg::StateSet::TRANSPARENT_BIN);
-  } else if (state.getRenderingHint() == osg::StateSet::TRANSPARENT_BIN) {
+  } else if (isTransparent(state)) {
     state.removeMode(GL_BLEND);
     state.setRenderingHint(osg::StateSet::DEFAULT_BIN);
   }

@@ -35,6 +35,9 @@ osg::StateSet& groundLook();
 /** True if a node, or one above it, says how what is below it looks; default looks say nothing. */
 bool hasLook(osg::Node const& node);
 
+/** True for a state whose things are drawn sorted, after all others: what lies behind shines through. */
+bool isTransparent(osg::StateSet const& state);
+
 /** Turns blending and sorted drawing on for an alpha below 1, else off. */
 void setTransparency(osg::StateSet& state, float alpha, bool override);
 

@@ -3,6 +3,7 @@
 #include "Boxes.h"
 #include "Defines.h"
 #include "scene/ShapeMeshCache.h"
+#include "scene/VisualState.h"
 
 #include <zorOSG/ExampleApplication.h>
 #include <zorOSG/GeometryNode.h>
@@ -117,8 +118,7 @@ void SceneSurvey::enter(osg::Node& node) {
     mirrorLights(*state);
     mirrorTexture(*state);
   }
-  m_inherited.transparent =
-      m_inherited.transparent || state->getRenderingHint() == osg::StateSet::TRANSPARENT_BIN;
+  m_inherited.transparent = m_inherited.transparent || isTransparent(*state);
   takeMaterial(*state);
 }
 
@@ -166,7 +166,7 @@ bool SceneSurvey::applyPlain(GeometryNode& visual) {
   if (!mesh || !ShapeMeshCache::isShared(*mesh) || mesh->getStateSet() ||
       (visual.getNodeMask() & mesh->getNodeMask() & shadows) != shadows)
     return false;
-  if (state && (hasMirrored(*state) || state->getRenderingHint() == osg::StateSet::TRANSPARENT_BIN))
+  if (state && (hasMirrored(*state) || isTransparent(*state)))
     return false;
   if (m_shadowed && mesh->getBoundingBox().valid())
     collect(*mesh, visual.getMatrix() * m_matrices.back());
