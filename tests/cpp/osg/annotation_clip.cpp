@@ -8,6 +8,7 @@
 #include <zorOSG/CreateVisual.h>
 #include <zorOSG/Lookup.h>
 #include <zorOSG/Primitives.h>
+#include <zorOSG/RenderState.h>
 
 #include <limits>
 #include <stdexcept>
@@ -135,6 +136,42 @@ TEST_F(ClipPictures, WhatIsCutAwayCastsNoShadow) {
   osg::ref_ptr<osg::Image> const with = scene.render(3);
   EXPECT_LT(scene.at(*with, {0, 0, 0}), 0.7 * scene.at(*without, {0, 0, 0}));
   EXPECT_NEAR(scene.at(*without, {0, 0, 0}), scene.at(*without, {-3, 0, 0}), 0.05);
+}
+
+TEST_F(ClipPictures, OutlinesGoAroundWhatIsLeft) {
+  Clip const plane = new ClipPlane(Vec3(0, 0, 0.8), Vec3(0, 0, -1));
+  osg::ref_ptr<osg::MatrixTransform> const box = zorTest::place(new osg::Box({}, 3.0f), osg::Matrixd());
+  osg::ref_ptr<osg::Group> const outlined = new osg::Group;
+  outlined->addChild(box);
+  zorTest::paint(*box, {0, 0, 0, 1});
+  zorOSG::setEnableOutline(outlined, true, zorRender::Color(1, 1, 1), 4);
+  scene.decorator->addChild(plane);
+  plane->addChild(outlined);
+  // Heights above the upper edge of the box, the cut, the lower edge and its left one, half a line away.
+  std::vector<osg::Vec3d> const places = {{0, -1.5, 1.57},  {0, -1.5, 0.87},    {0, -1.5, -1.57},
+                                          {-1.57, -1.5, 0}, {-1.57, -1.5, 1.2}, {0, -1.5, 0.5}};
+  auto const lines = [&](char const* name) {
+    osg::ref_ptr<osg::Image> const image = scene.render(2);
+    zorTest::keepImage(*image, name);
+    std::string found;
+    for (osg::Vec3d const& at : places)
+      found += scene.at(*image, at) > 0.5 ? '1' : '0';
+    return found;
+  };
+  EXPECT_EQ(lines("outline_cut"), "011100");
+  plane->setEnable(false);
+  EXPECT_EQ(lines("outline_whole"), "101110");
+  // The plane below the outlined node.
+  plane->setEnable(true);
+  plane->removeChild(outlined);
+  scene.decorator->replaceChild(plane, outlined);
+  outlined->replaceChild(box, plane);
+  plane->addChild(box);
+  EXPECT_EQ(lines("outline_cut_below"), "011100");
+  Clip const left = new ClipPlane(Vec3(-1, 0, 0), Vec3(1, 0, 0));
+  scene.decorator->replaceChild(outlined, left);
+  left->addChild(outlined);
+  EXPECT_EQ(lines("outline_cut_twice"), "011000");
 }
 
 TEST_F(ClipPictures, ParticlesAreCutWhereverTheyAreDrawn) {

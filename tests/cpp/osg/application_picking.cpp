@@ -2,11 +2,13 @@
 
 #include <zor/HighAccuracyTimer.h>
 #include <zorOSG/CameraFunctions.h>
+#include <zorOSG/ClipPlane.h>
 #include <zorOSG/GeometryNode.h>
 #include <zorOSG/Lookup.h>
 #include <zorOSG/PickHandler.h>
 
 #include <osg/Camera>
+#include <osg/MatrixTransform>
 
 using namespace zorTest;
 using zorSDK::GuiEventListener;
@@ -171,6 +173,64 @@ TEST_F(ApplicationPicking, the_nearest_shape_is_met_and_others_are_seen_through_
   EXPECT_TRUE(zorOSG::getHoveredGeometryContact(app->getCamera(), space, 1, 1).isEmpty());
   EXPECT_THROW(zorOSG::getHoveredGeometryContact(nullptr, space, 1, 1), std::invalid_argument);
   EXPECT_THROW(zorOSG::getHoveredGeometryContact(app->getCamera(), nullptr, 1, 1), std::invalid_argument);
+}
+
+TEST_F(ApplicationPicking, what_a_clip_plane_cuts_away_is_not_met) {
+  osg::Group* const root = app->getSceneRoot();
+  osg::ref_ptr<zorOSG::GeometryNode> const visual =
+      zorOSG::findGeometryNode(box->getGeometries()[0].get(), root);
+  osg::ref_ptr<osg::Group> const above = visual->getParent(0);
+  osg::ref_ptr<zorOSG::ClipPlane> const cut = new zorOSG::ClipPlane(zor::Vec3(0, 0.2, 0), zor::Vec3(0, 1, 0));
+  osg::ref_ptr<osg::MatrixTransform> const shifted = new osg::MatrixTransform,
+                                           back = new osg::MatrixTransform;
+  shifted->addChild(cut);
+  cut->addChild(back);
+  back->addChild(visual);
+  above->replaceChild(visual, shifted);
+  frames(1);
+
+  // The front is gone: what is seen is the inside of the back.
+  zorSDK::PickResult const inside = handler->intersect(160, 120, false);
+  EXPECT_EQ(inside.getRigidBody(), box);
+  EXPECT_TRUE(inside.getPoint().equals(zor::Vec3(0, 0.5, 0), 0.05)) << inside.getPoint();
+  EXPECT_TRUE(inside.getNormal().equals(zor::Vec3(0, -1, 0), 1e-6)) << inside.getNormal();
+  auto* const space = app->getSimulation()->getSpace();
+  auto const hovered = zorOSG::getHoveredGeometryContact(app->getCamera(), space, 160, 120);
+  EXPECT_EQ(hovered.getGeometry1(), visual->getGeometry());
+  EXPECT_EQ(handler->pick(160, 120).getRigidBody(), box);
+  EXPECT_TRUE(handler->getGrabPoint().equals(inside.getPoint(), 1e-6));
+  handler->reset();
+  zor::Vec3 const behind(0, 5, 0), ahead(0, -5, 0), within(0, 0, 0);
+  EXPECT_TRUE(handler->intersect(behind, ahead, true).getPoint().equals(zor::Vec3(0, 0.5, 0), 1e-6));
+  EXPECT_TRUE(handler->intersect(within, behind, false).getPoint().equals(zor::Vec3(0, 0.5, 0), 1e-6))
+      << "also if the camera is inside";
+  EXPECT_EQ(space->castRay(ahead, zor::Vec3(0, 1, 0), 10).getPoint(), zor::Vec3(0, -0.5, 0))
+      << "the simulation knows of no planes";
+
+  // What is beside or behind is met through the hole, and planes move with the nodes above them.
+  zor::ref_ptr<zorCollide::Geometry> const wall =
+      new zorCollide::Geometry(new zorCollide::Box(zor::Vec3(2, 0.1, 2)));
+  wall->setPosition(zor::Vec3(0, 3, 0));
+  app->getSimulation()->add(wall.get());
+  zorOSG::createVisual(wall.get(), root);
+  frames(1);
+  shifted->setMatrix(osg::Matrixd::translate(0, 0.5, 0));
+  back->setMatrix(osg::Matrixd::translate(0, -0.5, 0));
+  EXPECT_EQ(handler->intersect(160, 120, false).getGeometry(), wall.get());
+  EXPECT_FALSE(handler->intersect(160, 120, true).hasHit());
+  cut->setNormal(zor::Vec3(0, -1, 0));
+  EXPECT_TRUE(handler->intersect(160, 120, false).getPoint().equals(zor::Vec3(0, -0.5, 0), 0.05));
+
+  // Another, whole visual counts in the scene of its camera.
+  cut->setNormal(zor::Vec3(0, 1, 0));
+  osg::ref_ptr<osg::Group> const elsewhere = new osg::Group;
+  zorOSG::createVisual(box, elsewhere.get());
+  EXPECT_EQ(handler->intersect(160, 120, false).getGeometry(), wall.get());
+  root->addChild(elsewhere);
+  EXPECT_EQ(handler->intersect(160, 120, false).getRigidBody(), box);
+  root->removeChild(elsewhere);
+  cut->setEnable(false);
+  EXPECT_EQ(handler->intersect(160, 120, false).getRigidBody(), box);
 }
 
 TEST_F(ApplicationPicking, what_goes_while_it_is_dragged_is_let_go_of) {

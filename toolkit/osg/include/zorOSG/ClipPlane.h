@@ -14,8 +14,10 @@ namespace zorOSG {
 
 /**
  * Cuts what lies below it in the scene graph with a plane: what is on the negative side, which the normal
- * points away from, is not drawn, and casts no shadow. Planes may be nested; a thing is drawn where all that
- * are above it let it through. A group that is no clip plane, or nodes beside it, are not affected.
+ * points away from, is not drawn, casts no shadow, gets no outline and cannot be picked with the mouse, nor
+ * by the rays of a PickHandler; the inside of a body that is cut open can. Planes may be nested; a thing is
+ * drawn where all that are above it let it through. A group that is no clip plane, or nodes beside it, are
+ * not affected, and neither is the simulation: rays of its space, contacts and sensors meet whole bodies.
  *
  * The plane is given in the coordinates of the node's parent. At most eight planes can be enabled at a time,
  * as many as graphics drivers offer.

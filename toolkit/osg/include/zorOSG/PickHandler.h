@@ -60,7 +60,8 @@ public:
    * \param start - in simulation coordinates, metres
    * \param end - in simulation coordinates, metres; another point than start
    * \param onlyDynamics - true to see through whatever is not part of a dynamic body
-   * \return the geometry met that is nearest to start, by its exact shape, or a miss
+   * \return the geometry met that is nearest to start, by its exact shape, or a miss. What clip planes have
+   * cut away in the picture of the camera is not met
    * Throws std::runtime_error without a simulation.
    */
   zorSDK::PickResult intersect(zor::Vec3 const& start, zor::Vec3 const& end, bool onlyDynamics);
@@ -70,7 +71,8 @@ public:
    * \param screenX - pixels from the left edge
    * \param screenY - pixels from the lower edge
    * \param onlyDynamics - true to see through whatever is not part of a dynamic body
-   * \return the geometry met that is nearest to the camera, by its exact shape, or a miss
+   * \return the geometry met that is nearest to the camera, by its exact shape, or a miss. What clip planes
+   * have cut away is not met
    * Throws std::runtime_error without a simulation or a camera.
    */
   zorSDK::PickResult intersect(float screenX, float screenY, bool onlyDynamics);

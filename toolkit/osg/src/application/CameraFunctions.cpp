@@ -38,7 +38,7 @@ zorCollide::GeometryContact getHoveredGeometryContact(osg::Camera const* camera,
   requireGiven("getHoveredGeometryContact", "space", space);
   zor::Vec3 near, far;
   getNearFarPoints(camera, x, y, near, far);
-  return toContact(nearestHit("getHoveredGeometryContact", *space, near, far, false));
+  return toContact(nearestHit("getHoveredGeometryContact", *space, near, far, false, camera));
 }
 
 } // namespace zorOSG

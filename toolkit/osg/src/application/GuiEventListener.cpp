@@ -20,7 +20,7 @@ zorCollide::GeometryContact GuiEventListener::intersect(float x, float y, osg::C
   zor::Vec3 end;
   getNearFarPoints(camera, m_rayOrigin, end, x, y);
   return toContact(nearestHit("GuiEventListener::intersect", *getSimulation()->getSpace(), m_rayOrigin, end,
-                              onlyDynamics));
+                              onlyDynamics, camera));
 }
 
 size_t

@@ -67,7 +67,7 @@ zorSDK::PickResult PickHandler::intersect(zor::Vec3 const& start, zor::Vec3 cons
   if (!simulation)
     throw std::runtime_error("PickHandler: there is no simulation; give it one with setSimulation()");
   return zorSDK::PickResult(
-      nearestHit("PickHandler::intersect", *simulation->getSpace(), start, end, onlyDynamics));
+      nearestHit("PickHandler::intersect", *simulation->getSpace(), start, end, onlyDynamics, getCamera()));
 }
 
 zorSDK::PickResult PickHandler::intersect(float screenX, float screenY, bool onlyDynamics) {

@@ -1,51 +1,15 @@
 #include <zorOSG/ClipPlane.h>
 
-#include <bitset>
-#include <mutex>
-#include <stdexcept>
-#include <string>
 #include <vector>
 
 #include "Checks.h"
+#include "ClipNumbers.h"
 #include "ParticleClips.h"
 #include "VisualState.h"
 
 namespace zorOSG {
 
 namespace {
-
-/**
- * The numbers of the planes that graphics drivers offer. Those of one picture share them even where they are
- * not nested, so a number belongs to one plane.
- */
-class ClipNumbers {
-public:
-  static ClipNumbers& instance() {
-    static ClipNumbers& numbers = *new ClipNumbers; // never destroyed: planes in static storage may go later
-    return numbers;
-  }
-
-  unsigned int take() {
-    std::scoped_lock const lock(m_mutex);
-    for (unsigned int number = 0; number < m_taken.size(); ++number) {
-      if (m_taken[number])
-        continue;
-      m_taken.set(number);
-      return number;
-    }
-    throw std::runtime_error("ClipPlane: only " + std::to_string(m_taken.size()) +
-                             " planes can be enabled at a time; disable another one first");
-  }
-
-  void giveBack(unsigned int number) {
-    std::scoped_lock const lock(m_mutex);
-    m_taken.reset(number);
-  }
-
-private:
-  std::mutex m_mutex;
-  std::bitset<8> m_taken;
-};
 
 GLenum modeOf(osg::ClipPlane const& clip) {
   return GL_CLIP_PLANE0 + clip.getClipPlaneNum();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <map>
 
 #include <osg/ColorMask>
 #include <osg/Depth>
@@ -13,6 +14,7 @@
 #include <osgUtil/CullVisitor>
 #include <osgUtil/RenderStage>
 
+#include "ClipNumbers.h"
 #include "VisualState.h"
 #include "decorator/ShadowVolumes.h"
 #include "shaders/OutlineProgram.h"
@@ -46,37 +48,57 @@ bool hasTrianglesOnly(osg::Geometry const& geometry) {
   return geometry.getNumPrimitiveSets() > 0;
 }
 
-/** Collects the solid drawables below a node with their places. */
+/** \return the clip planes that cut what is below a node, a bit for each, from those above it */
+int cutsBelow(osg::Node const& node, int cuts) {
+  osg::StateSet const* const state = node.getStateSet();
+  if (!state || state->getModeList().empty())
+    return cuts;
+  for (unsigned int i = 0; i < ClipNumbers::COUNT; ++i) {
+    unsigned int const mode = state->getMode(GL_CLIP_PLANE0 + i);
+    if ((mode & osg::StateAttribute::INHERIT) == 0)
+      cuts = (mode & osg::StateAttribute::ON) != 0 ? cuts | 1 << i : cuts & ~(1 << i);
+  }
+  return cuts;
+}
+
+using Solids = std::vector<std::pair<osg::Geometry*, osg::ref_ptr<osg::RefMatrix>>>;
+
+/** Collects the solid drawables below a node with their places, by the clip planes that cut them. */
 class SolidCollector : public osg::NodeVisitor {
 public:
-  struct Solid {
-    osg::Geometry* geometry;
-    osg::Matrixd place;
-  };
-
   explicit SolidCollector(osgUtil::CullVisitor& visitor)
       : osg::NodeVisitor(TRAVERSE_ACTIVE_CHILDREN), m_place(*visitor.getModelViewMatrix()) {
     setTraversalMask(visitor.getTraversalMask() & castsShadowsMask); // labels do not
+    for (osg::Node const* const node : visitor.getNodePath())
+      m_cuts = cutsBelow(*node, m_cuts);
+  }
+
+  void apply(osg::Node& node) override {
+    int const above = m_cuts;
+    m_cuts = cutsBelow(node, m_cuts);
+    traverse(node);
+    m_cuts = above;
   }
 
   void apply(osg::Transform& transform) override {
     osg::Matrixd const above = m_place;
     transform.computeLocalToWorldMatrix(m_place, this);
-    traverse(transform);
+    apply(static_cast<osg::Node&>(transform));
     m_place = above;
   }
 
   void apply(osg::Geometry& geometry) override {
     if (hasTrianglesOnly(geometry))
-      solids.push_back({&geometry, m_place});
+      solids[cutsBelow(geometry, m_cuts)].emplace_back(&geometry, new osg::RefMatrix(m_place));
   }
 
   void apply(osg::Drawable&) override {}
 
-  std::vector<Solid> solids;
+  std::map<int, Solids> solids;
 
 private:
   osg::Matrixd m_place;
+  int m_cuts = 0;
 };
 
 /** Takes away what others have left in the stencil buffer. */
@@ -131,15 +153,28 @@ osg::ref_ptr<osg::StateSet> makeMarkState(int mark) {
   return state;
 }
 
+/** Has exactly some clip planes cut. \return null where none does */
+osg::ref_ptr<osg::StateSet> makeCutState(int cuts) {
+  if (cuts == 0)
+    return nullptr;
+  osg::ref_ptr<osg::StateSet> state = new osg::StateSet;
+  for (unsigned int i = 0; i < ClipNumbers::COUNT; ++i)
+    state->setMode(GL_CLIP_PLANE0 + i, (cuts & 1 << i) != 0 ? ON : OFF);
+  return state;
+}
+
 bool isFirstHere(osgUtil::CullVisitor& visitor) {
   return !visitor.getCurrentRenderBin()->getStage()->getRenderBinList().contains(OUTLINE_BIN);
 }
 
-void add(osgUtil::CullVisitor& visitor, osg::StateSet* state,
-         std::vector<std::pair<osg::Geometry*, osg::ref_ptr<osg::RefMatrix>>> const& drawn) {
+void add(osgUtil::CullVisitor& visitor, osg::StateSet* state, osg::StateSet* more, Solids const& drawn) {
   visitor.pushStateSet(state);
+  if (more)
+    visitor.pushStateSet(more);
   for (auto const& [geometry, place] : drawn)
     visitor.addDrawable(geometry, place);
+  if (more)
+    visitor.popStateSet();
   visitor.popStateSet();
 }
 
@@ -162,9 +197,6 @@ void OutlineCallback::draw(osg::Node& node, osgUtil::CullVisitor& visitor) {
     collector.apply(*geometry);
   else
     node.traverse(collector);
-  std::vector<std::pair<osg::Geometry*, osg::ref_ptr<osg::RefMatrix>>> drawn;
-  for (auto const& [geometry, place] : collector.solids)
-    drawn.emplace_back(geometry, new osg::RefMatrix(place));
   osg::Camera const* const view = visitor.getCurrentCamera();
   bool const marked = view && ShadowVolumes::arePossible(*view);
   if (marked) {
@@ -173,28 +205,36 @@ void OutlineCallback::draw(osg::Node& node, osgUtil::CullVisitor& visitor) {
       visitor.addDrawable(&stencilClear(), visitor.getModelViewMatrix());
       visitor.popStateSet();
     }
-    add(visitor, m_markState, drawn);
+    for (auto const& [cuts, solids] : collector.solids)
+      add(visitor, m_markState, makeCutState(cuts), solids);
   }
-  add(visitor, stateFor(visitor, marked), drawn);
+  for (auto const& [cuts, solids] : collector.solids)
+    add(visitor, stateFor(visitor, marked, cuts), nullptr, solids);
 }
 
-osg::StateSet* OutlineCallback::stateFor(osgUtil::CullVisitor& visitor, bool marked) {
-  constexpr size_t MOST_LINES = 8;
+osg::StateSet* OutlineCallback::stateFor(osgUtil::CullVisitor& visitor, bool marked, int cuts) {
+  constexpr size_t MOST_LINES = 16;
   double const width = visitor.getViewport()->width(), height = visitor.getViewport()->height();
   std::lock_guard const lock(m_mutex);
   for (Line const& line : m_lines)
-    if (line.width == width && line.height == height && line.marked == marked)
+    if (line.width == width && line.height == height && line.marked == marked && line.cuts == cuts)
       return line.state;
   if (m_lines.size() == MOST_LINES) // a window that is being resized
     m_lines.erase(m_lines.begin());
-  m_lines.push_back({width, height, marked, makeLineState(width, height, marked)});
+  m_lines.push_back({width, height, marked, cuts, makeLineState(width, height, marked, cuts)});
   return m_lines.back().state;
 }
 
-osg::ref_ptr<osg::StateSet> OutlineCallback::makeLineState(double width, double height, bool marked) const {
+osg::ref_ptr<osg::StateSet> OutlineCallback::makeLineState(double width, double height, bool marked,
+                                                           int cuts) const {
   osg::ref_ptr<osg::StateSet> state = makeState();
   osg::Vec2d const reach(2.0 * m_width / std::max(width, 1.0), 2.0 * m_width / std::max(height, 1.0));
-  state->setAttribute(&outlineProgram(), ON);
+  state->setAttribute(cuts ? &cutOutlineProgram() : &outlineProgram(), ON);
+  if (cuts) {
+    state->addUniform(new osg::Uniform("zor_outlineCuts", cuts), ON);
+    for (unsigned int i = 0; i < ClipNumbers::COUNT; ++i)
+      state->setMode(GL_CLIP_PLANE0 + i, OFF); // the program cuts itself
+  }
   state->addUniform(new osg::Uniform("zor_outlineReach", osg::Vec2(reach)), ON);
   state->addUniform(new osg::Uniform("zor_outlineColor", m_color), ON);
   state->addUniform(new osg::Uniform("zor_outlineAll", marked), ON);

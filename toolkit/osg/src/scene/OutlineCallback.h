@@ -31,12 +31,13 @@ private:
     double width;
     double height;
     bool marked;
+    int cuts;
     osg::ref_ptr<osg::StateSet> state;
   };
 
   void draw(osg::Node& node, osgUtil::CullVisitor& visitor);
-  osg::StateSet* stateFor(osgUtil::CullVisitor& visitor, bool marked);
-  osg::ref_ptr<osg::StateSet> makeLineState(double width, double height, bool marked) const;
+  osg::StateSet* stateFor(osgUtil::CullVisitor& visitor, bool marked, int cuts);
+  osg::ref_ptr<osg::StateSet> makeLineState(double width, double height, bool marked, int cuts) const;
 
   osg::Vec4 m_color;
   float m_width;

@@ -75,18 +75,115 @@ void main() {
 }
 )";
 
+// Below clip planes: triangles are cut first, so that the line runs along the cut as well. Then a band is
+// laid around what is left; what it surrounds has its mark, or lies in front.
+constexpr char const* CUT_VERTEX = R"(#version 150 compatibility
+void main() { gl_Position = gl_ModelViewMatrix * gl_Vertex; }
+)";
+
+constexpr char const* CUT_GEOMETRY = R"(#version 150 compatibility
+layout(triangles) in;
+layout(triangle_strip, max_vertices = 68) out;
+uniform vec2 zor_outlineReach;
+uniform bool zor_outlineAll;
+uniform int zor_outlineCuts; // a bit for each clip plane
+const float NEARER = 0.01;
+const int CORNERS = 11; // three, and one more for each of eight planes
+
+vec4 projected(vec4 eye) {
+  vec4 place = gl_ProjectionMatrix * eye;
+  if (zor_outlineAll) {
+    vec4 nearer = gl_ProjectionMatrix * vec4(eye.xyz * (1.0 - NEARER), eye.w);
+    place.z = max(nearer.z / nearer.w, -0.9999) * place.w;
+  }
+  return place;
+}
+
+vec2 outwards(vec2 from, vec2 to) {
+  vec2 side = to - from;
+  float size = length(side);
+  return size > 1.0e-5 ? vec2(side.y, -side.x) / size : vec2(0.0);
+}
+
+void emit(vec2 at, vec4 place) {
+  gl_Position = vec4(at * zor_outlineReach * place.w, place.zw);
+  EmitVertex();
+}
+
+void main() {
+  vec4 eye[CORNERS], rest[CORNERS];
+  int count = 3;
+  for (int i = 0; i < 3; ++i)
+    eye[i] = gl_in[i].gl_Position;
+  for (int number = 0; number < 8; ++number) {
+    if ((zor_outlineCuts & (1 << number)) == 0)
+      continue;
+    vec4 plane = gl_ClipPlane[number];
+    int left = 0;
+    for (int i = 0; i < count; ++i) {
+      vec4 here = eye[i], next = eye[i + 1 < count ? i + 1 : 0];
+      float height = dot(plane, here), then = dot(plane, next);
+      if (height >= 0.0 && left < CORNERS)
+        rest[left++] = here;
+      if ((height < 0.0) != (then < 0.0) && left < CORNERS)
+        rest[left++] = mix(here, next, height / (height - then));
+    }
+    count = left;
+    for (int i = 0; i < count; ++i)
+      eye[i] = rest[i];
+  }
+  if (count < 3)
+    return;
+  vec2 at[CORNERS];
+  vec2 center = vec2(0.0);
+  for (int i = 0; i < count; ++i) {
+    eye[i] = projected(eye[i]);
+    if (eye[i].w <= 1.0e-6)
+      return; // reaches behind the eye
+    at[i] = eye[i].xy / eye[i].w / zor_outlineReach;
+    center += at[i];
+  }
+  center /= float(count);
+  float area = 0.0;
+  for (int i = 0; i < count; ++i) {
+    vec2 a = at[i] - center, b = at[i + 1 < count ? i + 1 : 0] - center;
+    area += a.x * b.y - a.y * b.x;
+  }
+  if (!zor_outlineAll && area >= 0.0)
+    return;
+  float turn = area < 0.0 ? -1.0 : 1.0; // corners that run around to the right have their outside on the left
+  vec2 before = turn * outwards(at[count - 1], at[0]);
+  for (int i = 0; i <= count; ++i) {
+    int k = i < count ? i : 0;
+    vec2 after = turn * outwards(at[k], at[k + 1 < count ? k + 1 : 0]);
+    vec2 middle = before + after + 1.0e-3 * (at[k] - center);
+    emit(at[k] + before, eye[k]);
+    emit(at[k], eye[k]);
+    if (i == count)
+      break;
+    emit(at[k] + middle / max(length(middle), 1.0e-6), eye[k]);
+    emit(at[k], eye[k]);
+    emit(at[k] + after, eye[k]);
+    emit(at[k], eye[k]);
+    before = after;
+  }
+  EndPrimitive();
+}
+)";
+
 constexpr char const* FRAGMENT = R"(#version 150 compatibility
 uniform vec4 zor_outlineColor;
 void main() { gl_FragColor = zor_outlineColor; }
 )";
 
-osg::ref_ptr<osg::Program> makeOutlineProgram() {
+osg::ref_ptr<osg::Program> makeProgram(char const* name, char const* vertex, char const* geometry,
+                                       GLint mostVertices) {
   osg::ref_ptr<osg::Program> program = new osg::Program;
-  program->setName("outline");
-  program->addShader(new osg::Shader(osg::Shader::VERTEX, VERTEX));
-  program->addShader(new osg::Shader(osg::Shader::GEOMETRY, GEOMETRY));
+  program->setName(name);
+  program->addShader(new osg::Shader(osg::Shader::VERTEX, vertex));
+  program->addShader(new osg::Shader(osg::Shader::GEOMETRY, geometry));
   program->addShader(new osg::Shader(osg::Shader::FRAGMENT, FRAGMENT));
-  program->setParameter(GL_GEOMETRY_VERTICES_OUT_EXT, 9);
+  program->setParameter(GL_GEOMETRY_VERTICES_OUT_EXT, mostVertices);
   program->setParameter(GL_GEOMETRY_INPUT_TYPE_EXT, GL_TRIANGLES);
   program->setParameter(GL_GEOMETRY_OUTPUT_TYPE_EXT, GL_TRIANGLE_STRIP);
   return program;
@@ -95,7 +192,12 @@ osg::ref_ptr<osg::Program> makeOutlineProgram() {
 } // namespace
 
 osg::Program& outlineProgram() {
-  static osg::ref_ptr<osg::Program> const program = makeOutlineProgram();
+  static osg::ref_ptr<osg::Program> const program = makeProgram("outline", VERTEX, GEOMETRY, 9);
+  return *program;
+}
+
+osg::Program& cutOutlineProgram() {
+  static osg::ref_ptr<osg::Program> const program = makeProgram("cut outline", CUT_VERTEX, CUT_GEOMETRY, 68);
   return *program;
 }
 

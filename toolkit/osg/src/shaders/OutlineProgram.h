@@ -11,4 +11,10 @@ namespace zorOSG {
  */
 osg::Program& outlineProgram();
 
+/**
+ * \return program for what is below clip planes: triangles are cut by those that have a bit in
+ * `zor_outlineCuts`, whose modes must be off, and only the band around what is left is drawn
+ */
+osg::Program& cutOutlineProgram();
+
 } // namespace zorOSG
