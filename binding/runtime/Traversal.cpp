@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <set>
 #include <stdexcept>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace zorBinding {
@@ -11,14 +13,53 @@ namespace {
 
 thread_local std::vector<osg::NodeVisitor*> visitorsInPython;
 
+/** Gives access to the list that groups walk over. */
+struct ChildrenAccess : osg::Group {
+  static constexpr auto list = &ChildrenAccess::_children;
+};
+
+/** \return where a visitor is, whose own list is not walked over yet; null if it is nowhere */
+osg::Node const* currentNode(osg::NodeVisitor& visitor, bool isUpwards) {
+  osg::NodePath const& path = visitor.getNodePath();
+  return path.empty() ? nullptr : isUpwards ? path.front() : path.back();
+}
+
 } // namespace
 
-InVisitor::InVisitor(osg::NodeVisitor& visitor) {
+InVisitor::InVisitor(osg::NodeVisitor& visitor)
+    : m_visitor(visitor), m_isUpwards(visitor.getTraversalMode() == osg::NodeVisitor::TRAVERSE_PARENTS) {
+  osg::Node const* const here = currentNode(visitor, m_isUpwards);
+  for (osg::Node* const node : visitor.getNodePath())
+    if (node != here && node->referenceCount() > 0) // else nobody can take it away
+      m_walked.push_back(asItIs(*node, m_isUpwards));
   visitorsInPython.push_back(&visitor);
 }
 
 InVisitor::~InVisitor() {
   visitorsInPython.pop_back();
+}
+
+InVisitor::Walked InVisitor::asItIs(osg::Node& node, bool isUpwards) {
+  osg::Group* const group = node.asGroup();
+  if (isUpwards)
+    return {&node, std::as_const(node).getParents().data(), node.getNumParents()};
+  if (!group)
+    return {&node, nullptr, 0};
+  return {&node, (group->*ChildrenAccess::list).data(), group->getNumChildren()};
+}
+
+void InVisitor::checkListsKept() const {
+  auto const changed = std::find_if(m_walked.begin(), m_walked.end(), [this](Walked const& walked) {
+    return asItIs(*walked.node, m_isUpwards) != walked;
+  });
+  if (changed == m_walked.end())
+    return;
+  // What the visitor came through may be gone when it is used again. Where Python sent it on, PathGuard helps.
+  if (std::count(visitorsInPython.begin(), visitorsInPython.end(), &m_visitor) == 1)
+    m_visitor.getNodePath().clear();
+  throw std::runtime_error("the " + std::string(m_isUpwards ? "parents" : "children") + " of '" +
+                           changed->node->getName() +
+                           "' were changed by a visitor or callback below it: change them afterwards");
 }
 
 void checkChildrenFree(osg::Group const& group) {

@@ -2,16 +2,45 @@
 
 #include <osg/Group>
 #include <osg/NodeVisitor>
+#include <osg/ref_ptr>
+
+#include <cstddef>
+#include <vector>
 
 namespace zorBinding {
 
-/** Says that a visitor, or a callback that it runs, is in Python code for as long as the scope lasts. */
+/**
+ * Says that a visitor, or a callback that it runs, is in Python code for as long as the scope lasts. The
+ * nodes on the visitor's way stay alive meanwhile.
+ */
 class InVisitor {
 public:
   explicit InVisitor(osg::NodeVisitor& visitor);
   InVisitor(InVisitor const&) = delete;
   InVisitor& operator=(InVisitor const&) = delete;
   ~InVisitor();
+
+  /**
+   * To be called before the visitor goes on. Where checkChildrenFree() is not asked, a change shows here: the
+   * toolkit takes the visuals of removed bodies out of the scene, for one.
+   * \throws std::runtime_error if a list that the visitor is walking over has changed
+   */
+  void checkListsKept() const;
+
+private:
+  /** A list of children or parents, as it was. */
+  struct Walked {
+    osg::ref_ptr<osg::Node> node;
+    void const* data;
+    std::size_t size;
+    bool operator==(Walked const&) const = default;
+  };
+
+  static Walked asItIs(osg::Node& node, bool isUpwards);
+
+  osg::NodeVisitor& m_visitor;
+  bool const m_isUpwards;
+  std::vector<Walked> m_walked;
 };
 
 /**

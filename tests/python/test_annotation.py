@@ -83,6 +83,9 @@ def test_clip_planes_in_all_forms(scene):
     planes = []
     with pytest.raises(RuntimeError, match="only 8 planes can be enabled at a time"):
         planes += [zorOSG.ClipPlane(0, 0, 1, 0) for _ in range(9)]
+    numbered = zorOSG.ClipPlane(0, 0, 1, 0)
+    numbered.getClipPlane(0).setClipPlaneNum(100)
+    del numbered
 
 
 def test_colour_maps(scene):
@@ -92,6 +95,7 @@ def test_colour_maps(scene):
     assert colours.getMinScalar() == 0
     assert colours.getColor(5) == zor.Vec4f(0.5, 0.25, 0, 1) and colours.getColor(5, True) == zor.Vec4f(0.5, 0.25, 0, 0.5)
     assert type(colours.getColorOSG(5)) is type(osg.Vec4(0, 0, 0, 0)) and tuple(colours.getColorOSG(10, True)) == (1, 0.5, 0, 1)
+    assert zorOSG.ScalarColorMap(zorOSG.ScalarColorMap.GRAYSCALE, 1.5e-323, 2.5e-323).getColor(2e-323) == zor.Vec4f(0.5, 0.5, 0.5, 1)
     assert len(colours.getColors()) == 2 and len(zorOSG.ScalarColorMap().getColors()) > 20
     colours.setColorsFromPreset(zorOSG.ScalarColorMap.GRAYSCALE)
     kept = colours.getOsgColorRange()

@@ -7,9 +7,12 @@ import gc
 import pytest
 
 import osg
+import osgViewer
 import zor
+import zorCollide
 import zorOSG
 import zorPython
+import zorSDK
 
 
 def tree():
@@ -167,6 +170,59 @@ def test_groups_do_not_change_under_a_visitor(change):
         root.accept(Removing(change))
     assert len(root) == 2 and len(root[0]) == 2
     change(root[0][0])
+
+
+def scene_of_bodies():
+    """A simulation, and a group with the visuals of its bodies: nothing else holds them."""
+    simulation, root = zorSDK.Simulation(), osg.Group()
+    root.setName("root")
+    for _ in range(3):
+        simulation.add(zor.RigidBody(zorCollide.Geometry(zorCollide.Box(1, 1, 1))))
+        zorOSG.createVisual(simulation.getRigidBodies()[-1].getGeometries()[0], root)
+    return simulation, root
+
+
+def remove_bodies(simulation, root):
+    for body in list(simulation.getRigidBodies()):
+        simulation.remove(body)
+
+
+def draw_more(simulation, root):
+    for _ in range(50):
+        simulation.add(zorCollide.Geometry(zorCollide.Sphere(1)))
+        zorOSG.createVisual(simulation.getGeometries()[-1], root)
+
+
+@pytest.mark.parametrize("change", [remove_bodies, draw_more])
+def test_changes_by_the_toolkit_end_a_traversal(change):
+    simulation, root = scene_of_bodies()
+    called = []
+
+    class Changing(osg.NodeVisitor):
+        def apply(self, node):
+            if isinstance(node, zorOSG.GeometryNode):
+                called.append("visitor")
+                change(simulation, root)
+            self.traverse(node)
+
+    visitor = Changing()
+    with pytest.raises(RuntimeError, match="children of 'root' were changed.*afterwards"):
+        root.accept(visitor)
+    assert visitor.getNodePath() == []
+
+    simulation, root = scene_of_bodies()
+    viewer = osgViewer.Viewer()
+    viewer.setUpOffScreen(16, 16)
+    viewer.setSceneData(root)
+    for set_callback in (osg.Node.setUpdateCallback, osg.Node.setCullCallback):
+        added = root.addChild(osg.Group()) and root[-1]
+        added.setCullingActive(False)
+        set_callback(added, lambda node, visitor: called.append("frame") or draw_more(simulation, root))
+        with pytest.raises(RuntimeError, match="afterwards"):
+            viewer.frame()
+        root.removeChild(added)
+        viewer.frame()
+    assert called == ["visitor", "frame", "frame"]
 
 
 def test_visitors_may_change_what_they_come_to():

@@ -412,6 +412,10 @@ class TestLights:
         zorOSG.setEnableLight(True, 5, root)
         after = shot()[60, 80]
         assert after[1] > before[1] + 60 and abs(after[0] - before[0]) < 4
+        source.setLight(None)
+        with pytest.raises(RuntimeError, match="taken away"):
+            handle.getAmbient()
+        shot()
 
     def test_lights_that_there_are_not(self, root):
         for number in (-1, 8):
@@ -525,3 +529,12 @@ def test_a_mismatch_lists_all_forms_of_set_texture():
     with pytest.raises(TypeError) as error:
         _zorOSG.setTexture(1, 2)
     assert str(error.value).count("zorOSG::setTexture(") == 31
+
+
+def test_pixels_of_texture_data_are_copies():
+    pixels = zorCollide.TextureData(2, 1, zorCollide.TextureData.RGB, range(6)).getPixels()
+    assert list(pixels) == [0, 1, 2, 3, 4, 5]
+    data = zorCollide.TextureData(2, 1, zorCollide.TextureData.RGB, pixels)
+    changed = data.getPixels()
+    changed.extend([7] * 1000)
+    assert list(data.getPixels()) == list(pixels) and zorOSG.createTexture(zorCollide.TextureDataRef(data)).getImage() is not None

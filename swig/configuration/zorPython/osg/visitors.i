@@ -64,6 +64,7 @@ private:
     bool const goesOn = result != Py_False;
     for (PyObject* object : {result, arguments[0], arguments[1]}) Py_XDECREF(object);
     if (!result) zorBinding::registerDirectorError("osg::NodeCallback::operator()", "operator()", "swig/configuration/zorPython/osg.i", 23);
+    inside.checkListsKept();
     return goesOn;
   }
 
@@ -84,7 +85,7 @@ private:
   zorBinding::InVisitor const zorInside(VISITOR);
 %}
 %feature("threadendblock") METHOD %{
-  // The lock goes with its scope.
+  zorInside.checkListsKept();
 %}
 %enddef
 
@@ -94,6 +95,7 @@ OSG_CALLBACK(osg::NodeCallback::operator(), *visitor)
 %feature("director:except") osg::NodeCallback::operator() {
   if ($error != NULL) {
     zorBinding::registerDirectorError("osg::NodeCallback::operator()", "operator()", "swig/configuration/zorPython/osg.i", 23);
+    zorInside.checkListsKept();
     return;
   }
 }

@@ -28,7 +28,7 @@ private:
   osg::ref_ptr<osg::Geometry> m_geometry;
   osg::ref_ptr<osg::Vec3Array> m_positions;
   osg::ref_ptr<osg::Vec4ubArray> m_colors;
-  osg::ref_ptr<osg::DrawArrayLengths> m_strips;
+  osg::ref_ptr<osg::DrawElementsUInt> m_pieces; // one draw call, however many strips there are
   size_t m_ended = 0; // corners of the strips that have ended
 };
 

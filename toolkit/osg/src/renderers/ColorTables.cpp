@@ -59,6 +59,7 @@ std::vector<osg::Vec4> unpacked(Numbers const& numbers) {
 template <class Ramp>
 std::vector<osg::Vec4> sampled(int count, Ramp ramp) {
   std::vector<osg::Vec4> colors;
+  colors.reserve(static_cast<size_t>(count));
   for (int i = 0; i < count; ++i)
     colors.push_back(ramp(static_cast<float>(i) / static_cast<float>(count - 1)));
   return colors;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "scene/Convert.h"
 
@@ -13,7 +14,7 @@ constexpr std::array<std::array<double, 3>, 4> RAMP = {
     {{0.13, 0.29, 0.76}, {0.10, 0.68, 0.48}, {0.97, 0.80, 0.16}, {0.86, 0.12, 0.10}}};
 
 unsigned char mixed(double from, double to, double part) {
-  return static_cast<unsigned char>((from + (to - from) * part) * 255 + 0.5);
+  return static_cast<unsigned char>(std::lround((from + (to - from) * part) * 255));
 }
 
 } // namespace

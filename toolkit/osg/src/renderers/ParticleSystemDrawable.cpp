@@ -1,6 +1,7 @@
 #include <zorOSG/ParticleSystemDrawable.h>
 
 #include <algorithm>
+#include <atomic>
 
 #include <osg/BlendFunc>
 #include <osg/Depth>
@@ -17,7 +18,7 @@ namespace zorOSG {
 
 namespace {
 
-ParticleSystemDrawable::ParticleRenderingMode allowedMode = ParticleSystemDrawable::SPRITES;
+std::atomic<ParticleSystemDrawable::ParticleRenderingMode> allowedMode = ParticleSystemDrawable::SPRITES;
 
 class ParticleUpdate : public osg::NodeCallback {
 public:
@@ -111,7 +112,7 @@ void ParticleSystemDrawable::setUpMode() {
 }
 
 ParticleSystemDrawable::ParticleRenderingMode ParticleSystemDrawable::usedMode() const {
-  return std::max(m_renderMode, allowedMode);
+  return std::max(m_renderMode, allowedMode.load());
 }
 
 void ParticleSystemDrawable::setParticleShaderMode(ParticleShaderMode flag) {

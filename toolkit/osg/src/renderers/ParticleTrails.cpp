@@ -8,15 +8,12 @@
 #include <zorSDK/Simulation.h>
 
 #include "Sampling.h"
+#include "scene/ColorByte.h"
 #include "scene/Convert.h"
 
 namespace zorOSG {
 
 namespace {
-
-unsigned char toByte(float part) {
-  return static_cast<unsigned char>(std::clamp(part, 0.0f, 1.0f) * 255.0f + 0.5f); // a spoilt number gives 0
-}
 
 void drawBlended(osg::StateSet& state) {
   state.setAttributeAndModes(new osg::BlendFunc);
@@ -42,6 +39,8 @@ void ParticleTrails::update() {
   double const time = simulation ? simulation->getTimeStamp() : m_time;
   if (time == m_time)
     return;
+  if (time < m_time) // set back: no lines to where things are again
+    m_trails.clear();
   m_time = time;
   addPositions();
   write();

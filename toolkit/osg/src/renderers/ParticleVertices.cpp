@@ -12,6 +12,7 @@
 
 #include <zorOSG/ParticleSystemDrawable.h>
 
+#include "scene/ColorByte.h"
 #include "scene/ParticleClips.h"
 
 namespace zorOSG {
@@ -96,10 +97,6 @@ struct Buffers {
       corners->dirty();
   }
 };
-
-unsigned char toByte(float part) {
-  return static_cast<unsigned char>(std::clamp(part, 0.0f, 1.0f) * 255.0f + 0.5f); // a spoilt number gives 0
-}
 
 osg::Vec3 axisOf(double const* q) { // the z axis, turned
   return osg::Vec3(static_cast<float>(2 * (q[0] * q[2] + q[1] * q[3])),

@@ -67,6 +67,9 @@ double ScalarColorMap::partOf(zor::Real scalar) const {
     return 1;
   if (scalar <= m_min)
     return 0;
+  double const length = m_max - m_min;
+  if (std::isfinite(length))
+    return std::clamp((scalar - m_min) / length, 0.0, 1.0);
   return std::clamp((scalar / 2 - m_min / 2) / (m_max / 2 - m_min / 2), 0.0, 1.0); // halves don't overflow
 }
 

@@ -9,6 +9,7 @@
 #include <osg/NodeVisitor>
 #include <osg/Program>
 
+#include "scene/ColorByte.h"
 #include "scene/Convert.h"
 #include "scene/LineBuilder.h"
 #include "scene/VisualState.h"
@@ -30,10 +31,6 @@ public:
 osg::Program& trailProgram() {
   static osg::ref_ptr<osg::Program> const program = makeTrailProgram();
   return *program;
-}
-
-unsigned char toByte(float part) {
-  return static_cast<unsigned char>(std::clamp(part, 0.0f, 1.0f) * 255.0f + 0.5f); // a spoilt number gives 0
 }
 
 /** Where the program that is in use wants how much is left of a layer's older and newer ends. */

@@ -1,5 +1,6 @@
 #include "ClipNumbers.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 
@@ -10,26 +11,26 @@ ClipNumbers& ClipNumbers::instance() {
   return numbers;
 }
 
-unsigned int ClipNumbers::take() {
+unsigned int ClipNumbers::take(ClipPlane const& plane) {
   std::scoped_lock const lock(m_mutex);
-  for (unsigned int number = 0; number < COUNT; ++number) {
-    if (m_taken[number])
-      continue;
-    m_taken.set(number);
-    return number;
-  }
-  throw std::runtime_error("ClipPlane: only " + std::to_string(COUNT) +
-                           " planes can be enabled at a time; disable another one first");
+  auto const place = std::find(m_owners.begin(), m_owners.end(), nullptr);
+  if (place == m_owners.end())
+    throw std::runtime_error("ClipPlane: only " + std::to_string(COUNT) +
+                             " planes can be enabled at a time; disable another one first");
+  *place = &plane;
+  return static_cast<unsigned int>(place - m_owners.begin());
 }
 
-void ClipNumbers::giveBack(unsigned int number) {
+unsigned int ClipNumbers::giveBack(ClipPlane const& plane) {
   std::scoped_lock const lock(m_mutex);
-  m_taken.reset(number);
+  auto const place = std::find(m_owners.begin(), m_owners.end(), &plane);
+  *place = nullptr;
+  return static_cast<unsigned int>(place - m_owners.begin());
 }
 
 bool ClipNumbers::areAnyTaken() const {
   std::scoped_lock const lock(m_mutex);
-  return m_taken.any();
+  return std::any_of(m_owners.begin(), m_owners.end(), [](auto const* owner) { return owner != nullptr; });
 }
 
 } // namespace zorOSG

@@ -1,13 +1,16 @@
 #pragma once
 
-#include <bitset>
+#include <array>
 #include <mutex>
 
 namespace zorOSG {
 
+class ClipPlane;
+
 /**
  * The numbers of the planes that graphics drivers offer. Those of one picture share them even where they are
- * not nested, so a number belongs to one plane.
+ * not nested, so a number belongs to one plane. Scripts may change the one that a plane tells, so it is not
+ * asked.
  */
 class ClipNumbers {
 public:
@@ -15,16 +18,18 @@ public:
 
   static ClipNumbers& instance();
 
-  /** Throws std::runtime_error if all are taken. */
-  unsigned int take();
-  void giveBack(unsigned int number);
+  /** \param plane - has none yet. Throws std::runtime_error if all are taken. */
+  unsigned int take(ClipPlane const& plane);
+
+  /** \param plane - has taken one \return its number, which is free now */
+  unsigned int giveBack(ClipPlane const& plane);
 
   /** \return true if there is a plane that cuts */
   bool areAnyTaken() const;
 
 private:
   mutable std::mutex m_mutex;
-  std::bitset<COUNT> m_taken;
+  std::array<ClipPlane const*, COUNT> m_owners{}; // null where a number is free
 };
 
 } // namespace zorOSG

@@ -11,10 +11,6 @@ namespace zorOSG {
 
 namespace {
 
-GLenum modeOf(osg::ClipPlane const& clip) {
-  return GL_CLIP_PLANE0 + clip.getClipPlaneNum();
-}
-
 osg::Vec4d equationOf(zor::Plane const& plane) {
   return {plane.a(), plane.b(), plane.c(), plane.d()};
 }
@@ -43,7 +39,7 @@ ClipPlane::ClipPlane(zor::Real a, zor::Real b, zor::Real c, zor::Real d)
 ClipPlane::~ClipPlane() {
   removeParticleClip(*this);
   if (m_clip)
-    ClipNumbers::instance().giveBack(m_clip->getClipPlaneNum());
+    ClipNumbers::instance().giveBack(*this);
 }
 
 void ClipPlane::place(zor::Plane const& plane, zor::Vec3 const& position) {
@@ -70,17 +66,17 @@ void ClipPlane::setEnable(bool enable) {
     return;
   osg::StateSet& state = ownState(*this);
   if (enable) {
-    m_clip = new osg::ClipPlane(ClipNumbers::instance().take(), equationOf(m_plane));
+    unsigned int const number = ClipNumbers::instance().take(*this);
+    m_clip = new osg::ClipPlane(number, equationOf(m_plane));
     getClipPlaneList().push_back(m_clip);
-    state.setMode(modeOf(*m_clip), osg::StateAttribute::ON);
+    state.setMode(GL_CLIP_PLANE0 + number, osg::StateAttribute::ON);
     state.setMode(GL_CULL_FACE,
                   osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE); // cut bodies show their inside
     return;
   }
-  state.removeMode(modeOf(*m_clip));
+  state.removeMode(GL_CLIP_PLANE0 + ClipNumbers::instance().giveBack(*this));
   state.removeMode(GL_CULL_FACE);
   std::erase(getClipPlaneList(), m_clip);
-  ClipNumbers::instance().giveBack(m_clip->getClipPlaneNum());
   m_clip = nullptr;
 }
 

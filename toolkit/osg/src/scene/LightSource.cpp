@@ -9,7 +9,9 @@ namespace zorOSG {
 namespace {
 
 osg::Light& lightOf(osg::LightSource& source) {
-  return *static_cast<osg::Light*>(source.getLight());
+  if (osg::Light* const light = source.getLight())
+    return *light;
+  throw std::runtime_error("Light source: its light has been taken away");
 }
 
 zor::Vec4f fromOsg(osg::Vec4 const& v) {

@@ -19,8 +19,9 @@ public:
   bool cull(osg::NodeVisitor* visitor, osg::Drawable* drawable, osg::RenderInfo*) const override {
     osgUtil::CullVisitor* const culling = visitor->asCullVisitor();
     osg::BoundingBox const& box = drawable->getBoundingBox();
-    if (!culling || !box.valid() ||
-        (culling->getCullingMode() & osg::CullSettings::VIEW_FRUSTUM_CULLING) == 0)
+    if (!box.valid()) // nothing to draw
+      return true;
+    if (!culling || (culling->getCullingMode() & osg::CullSettings::VIEW_FRUSTUM_CULLING) == 0)
       return false;
     return !culling->getCurrentCullingSet().getFrustum().contains(box);
   }

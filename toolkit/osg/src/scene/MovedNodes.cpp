@@ -54,7 +54,10 @@ void MovedNodes::remove(GeometryNode& node) {
   std::lock_guard const lock(m_mutex);
   if (node.m_movedPlace == GeometryNode::NOT_MOVED)
     return;
-  m_nodes[node.m_movedPlace] = nullptr;
+  GeometryNode* const last = m_nodes.back();
+  m_nodes[node.m_movedPlace] = last;
+  last->m_movedPlace = node.m_movedPlace;
+  m_nodes.pop_back();
   node.m_movedPlace = GeometryNode::NOT_MOVED;
   askForUpdate(node, false);
 }
@@ -64,8 +67,6 @@ void MovedNodes::follow(osg::Node const& root) {
   BelowTest isBelow(root);
   std::uint32_t waiting = 0;
   for (GeometryNode* const node : m_nodes) {
-    if (!node)
-      continue;
     if (!isBelow(*node)) {
       node->m_movedPlace = waiting;
       m_nodes[waiting++] = node;

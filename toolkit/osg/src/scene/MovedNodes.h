@@ -28,7 +28,7 @@ private:
   static void askForUpdate(GeometryNode& node, bool ask);
 
   std::mutex m_mutex;
-  std::vector<GeometryNode*> m_nodes; // null where one was removed
+  std::vector<GeometryNode*> m_nodes; // each knows its place
 };
 
 /** \return where an update traversal began that has come to a node */

@@ -27,7 +27,7 @@ namespace {
 /** After shadow volumes, which use the stencil buffer as well, and the sky; before what is seen through. */
 constexpr int OUTLINE_BIN = 9;
 
-constexpr int MARKS = 255;
+constexpr unsigned int MARKS = 255;
 
 constexpr auto ON = osg::StateAttribute::ON | osg::StateAttribute::OVERRIDE | osg::StateAttribute::PROTECTED;
 constexpr auto OFF =
@@ -35,8 +35,8 @@ constexpr auto OFF =
 
 /** Neighbours rarely get the same mark, so that their lines show before one another. */
 int nextMark() {
-  static std::atomic<int> last = 0;
-  return 1 + last++ % MARKS;
+  static std::atomic<unsigned int> last = 0;
+  return static_cast<int>(1 + last++ % MARKS);
 }
 
 bool hasTrianglesOnly(osg::Geometry const& geometry) {
@@ -212,7 +212,7 @@ void OutlineCallback::draw(osg::Node& node, osgUtil::CullVisitor& visitor) {
     add(visitor, stateFor(visitor, marked, cuts), nullptr, solids);
 }
 
-osg::StateSet* OutlineCallback::stateFor(osgUtil::CullVisitor& visitor, bool marked, int cuts) {
+osg::ref_ptr<osg::StateSet> OutlineCallback::stateFor(osgUtil::CullVisitor& visitor, bool marked, int cuts) {
   constexpr size_t MOST_LINES = 16;
   double const width = visitor.getViewport()->width(), height = visitor.getViewport()->height();
   std::lock_guard const lock(m_mutex);

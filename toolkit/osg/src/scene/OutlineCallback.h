@@ -36,7 +36,7 @@ private:
   };
 
   void draw(osg::Node& node, osgUtil::CullVisitor& visitor);
-  osg::StateSet* stateFor(osgUtil::CullVisitor& visitor, bool marked, int cuts);
+  osg::ref_ptr<osg::StateSet> stateFor(osgUtil::CullVisitor& visitor, bool marked, int cuts);
   osg::ref_ptr<osg::StateSet> makeLineState(double width, double height, bool marked, int cuts) const;
 
   osg::Vec4 m_color;

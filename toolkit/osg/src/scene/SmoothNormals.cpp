@@ -1,6 +1,6 @@
 #include <zorOSG/SmoothNormals.h>
 
-#include <algorithm>
+#include <set>
 #include <vector>
 
 #include <osg/Geometry>
@@ -22,7 +22,7 @@ public:
   struct Place {
     osg::ref_ptr<osg::Geometry> mesh;
     osg::Group* parent;
-    bool operator==(Place const&) const = default;
+    auto operator<=>(Place const&) const = default;
   };
 
   MeshCollector() : osg::NodeVisitor(TRAVERSE_ALL_CHILDREN) { setNodeMaskOverride(~0u); }
@@ -31,11 +31,14 @@ public:
     osg::NodePath const& path = getNodePath();
     osg::Group* parent = path.size() > 1 ? path[path.size() - 2]->asGroup() : nullptr;
     Place const place{&mesh, parent};
-    if (std::find(places.begin(), places.end(), place) == places.end())
+    if (m_seen.insert(place).second)
       places.push_back(place);
   }
 
   std::vector<Place> places;
+
+private:
+  std::set<Place> m_seen;
 };
 
 } // namespace

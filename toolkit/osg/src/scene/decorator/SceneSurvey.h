@@ -37,7 +37,7 @@ public:
 
   /** Something solid that casts shadows. */
   struct Mesh {
-    osg::Geometry* geometry;
+    osg::ref_ptr<osg::Geometry> geometry; // culling may run code that takes it out of the scene
     osg::Matrixd place;
     osg::BoundingBoxd box;
   };
