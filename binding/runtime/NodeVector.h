@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <unordered_map>
+
+#include <osg/observer_ptr>
 
 namespace zorBinding {
 
@@ -86,6 +89,48 @@ struct ListOperations {
     vector.erase(found);
     return true;
   }
+};
+
+/**
+ * Tells which of the nodes that came into vectors are alive: vectors do not own them, and hand them out again. Used
+ * with the interpreter lock held.
+ */
+template <class Node>
+class WatchedNodes {
+public:
+  static WatchedNodes& instance() {
+    static WatchedNodes& nodes = *new WatchedNodes; // never destroyed: scripts may outlive static objects
+    return nodes;
+  }
+
+  /** \param node - alive, or null \return the same */
+  Node* watch(Node* node) {
+    if (!node)
+      return node;
+    osg::observer_ptr<Node>& observer = m_observers[node];
+    if (!observer.valid())
+      observer = node;
+    if (m_observers.size() >= m_sizeToCleanAt)
+      forgetDead();
+    return node;
+  }
+
+  /** \param node - that was watched, or null \return the node; null if it has died */
+  Node* alive(Node* node) const {
+    auto const place = m_observers.find(node);
+    return place != m_observers.end() && place->second.valid() ? node : nullptr;
+  }
+
+private:
+  static constexpr std::size_t SMALL = 1024;
+
+  void forgetDead() {
+    std::erase_if(m_observers, [](auto const& entry) { return !entry.second.valid(); });
+    m_sizeToCleanAt = std::max(SMALL, 2 * m_observers.size());
+  }
+
+  std::unordered_map<Node*, osg::observer_ptr<Node>> m_observers;
+  std::size_t m_sizeToCleanAt = SMALL;
 };
 
 } // namespace zorBinding

@@ -65,3 +65,5 @@ def test_node_vector_is_a_list_of_pointers():
         assert error_text(ValueError, call) == "invalid range"
     vector[1] = None
     assert None in vector and vector[1] is None and places(vector_of()) == []
+    del nodes[0]  # and with it the node, which vectors do not hold
+    assert len(vector) == 4 and vector[2] is None and vector.GetRange(2, 1)[0] is None and vector[3] == nodes[1]

@@ -1,8 +1,7 @@
 // The vector of nodes that the lookup functions return: pointers that it does not own. Positions count from the
-// start only.
+// start only. A node that has died is read as None.
 
 %{
-#include "runtime/NodeVector.h"
 typedef zor::Vector<zorOSG::GeometryNode*> ZorNodeVector;
 typedef zorBinding::ListOperations<zorOSG::GeometryNode*> ZorNodeList;
 %}
@@ -47,16 +46,16 @@ public:
   void reserve(size_t n);
   %extend {
     /** Adds a node at the end. */
-    void append(zorOSG::GeometryNode* x) { $self->push_back(x); }
+    void append(zorOSG::GeometryNode* x) { $self->push_back(zorWatched(x)); }
     zorOSG::GeometryNode* __getitem__(int index) const {
-      return (*$self)[zorBinding::checkedPosition(index, $self->size())];
+      return ZorWatchedNodes::instance().alive((*$self)[zorBinding::checkedPosition(index, $self->size())]);
     }
     void __setitem__(int index, zorOSG::GeometryNode* val) {
-      (*$self)[zorBinding::checkedPosition(index, $self->size())] = val;
+      (*$self)[zorBinding::checkedPosition(index, $self->size())] = zorWatched(val);
     }
     /** Inserts a node before a position. IndexError for a position that is not 0 to the length. */
     void Insert(int index, zorOSG::GeometryNode* x) {
-      $self->insert($self->begin() + zorBinding::checkedPosition(index, $self->size() + 1), x);
+      $self->insert($self->begin() + zorBinding::checkedPosition(index, $self->size() + 1), zorWatched(x));
     }
     /** Inserts all nodes of another vector before a position. IndexError as Insert. */
     void InsertRange(int index, zor::Vector<zorOSG::GeometryNode*> const& values) {
@@ -88,7 +87,7 @@ public:
     PyObject* __iter__() { return nullptr; }
     /** \return a new vector that holds a node count times; IndexError for a negative count */
     static zor::Vector<zorOSG::GeometryNode*>* Repeat(zorOSG::GeometryNode* value, int count) {
-      return new ZorNodeVector(zorBinding::checkedCount(count), value);
+      return new ZorNodeVector(zorBinding::checkedCount(count), zorWatched(value));
     }
     /** Turns the order around. */
     void Reverse() { std::reverse($self->begin(), $self->end()); }
