@@ -537,4 +537,4 @@ def test_pixels_of_texture_data_are_copies():
     data = zorCollide.TextureData(2, 1, zorCollide.TextureData.RGB, pixels)
     changed = data.getPixels()
     changed.extend([7] * 1000)
-    assert list(data.getPixels()) == list(pixels) and zorOSG.createTexture(zorCollide.TextureDataRef(data)).getImage() is not None
+    assert list(data.getPixels()) == list(pixels) and zorOSG.createTexture(zorCollide.TextureDataRef(data), True).getImage().s() == 2

@@ -36,6 +36,9 @@ ZOR_INNER_RESULT(zorCollide::GeometryContact::getPoints)
 %include <zorCollide/HeightField.h>
 %include <zorCollide/Compound.h>
 %include <zorCollide/RenderData.h>
+// A list, or a copy: pixels that changed their number behind the back of a texture would be read beyond their end.
+ZOR_ITERABLE_ARGUMENT(zor::Vector<zor::UInt8>, zorBinding::newNumberVector<uint8_t>)
+ZOR_COPIED_RESULT(zor::Vector<zor::UInt8>)
 %include <zorCollide/TextureData.h>
 
 // A reference as an object of its own, for functions that take one.
