@@ -375,3 +375,14 @@ class TestSeveralScenes:
     def test_a_slip_of_the_pen(self, tmp_path):
         result = self.run_example(tmp_path, "--unitTest")
         assert result.returncode == 2 and "did you mean --unitTests?" in result.stderr and result.stdout == ""
+
+
+def test_a_root_is_not_its_own_descendant(new_application):
+    app = new_application()
+    root = app.getRoot()
+    inner = [node.getChild(0).asGroup() for node in root if node.asGroup()]  # the decorator's, those of the panels
+    for group in [node.asGroup() for node in root] + inner:
+        with pytest.raises(RuntimeError, match="its own descendant"):
+            app.initScene(group)
+    app.initScene(root)
+    assert app.getRoot() == root

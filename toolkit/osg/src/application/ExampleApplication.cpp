@@ -79,10 +79,15 @@ void ExampleApplication::initScene(osg::Group* root) {
   requireGiven("initScene", "root", root);
   Impl& m = *m_impl;
   osg::ref_ptr<osg::Group> const previous = m.graph.root();
-  for (auto const& added : m.targets)
+  osg::Node* const overlays[] = {m.help.node(), m.statistics.node(), m.errors.node()};
+  for (osg::Node* const overlay : overlays)
+    requireNoCircle("initScene", root, overlay);
+  for (auto const& added : m.targets) {
     requireNoCircle("initScene", root, added.node);
+    requireNoCircle("initScene", root, added.target->getCamera());
+  }
   m.graph.setRoot(root);
-  for (osg::Node* const overlay : {m.help.node(), m.statistics.node(), m.errors.node()}) {
+  for (osg::Node* const overlay : overlays) {
     previous->removeChild(overlay);
     root->addChild(overlay);
   }
