@@ -5,6 +5,8 @@
 
 #include <zor/ObserverFrame.h>
 #include <zor/RigidBody.h>
+#include <zorCollide/Geometry.h>
+#include <zorCollide/Sphere.h>
 #include <zorOSG/Lookup.h>
 #include <zorOSG/ScalarColorMap.h>
 #include <zorOSG/Trajectories.h>
@@ -151,6 +153,39 @@ TEST_F(Trails, StartAnewWhenTimeGoesBack) {
   body->setPosition(Vec3(0, 0, 2));
   simulation = nullptr; // observed only
   zorTest::update(*root);
+}
+
+TEST_F(Trails, HaveGapsWhereThingsWerePutSomewhereElse) {
+  ref_ptr<zor::RigidBody> const put = addBody(1, 2), carried = addBody(0, 0), struck = addBody(-1, 0);
+  carried->add(new zorCollide::Geometry(new zorCollide::Sphere(0.2)));
+  carried->setMotionControl(zor::RigidBody::KINEMATICS);
+  ref_ptr<zor::ObserverFrame> const frame = new zor::ObserverFrame;
+  frame->attachWithLocalTransform(put.get(), zor::AffineMatrix4x4(Vec3(0, 0, 1)));
+  simulation->add(frame.get());
+  zorOSG::createRigidBodyTrajectoriesVisual(simulation.get(), root, 1, 100);
+  zorOSG::createFrameTrajectoryDrawable(simulation.get(), root, 100, zor::Vec4f(1, 1, 1, 1));
+  auto const run = [&] {
+    for (int i = 0; i < 10; ++i) {
+      carried->setPosition(carried->getPosition() + Vec3(0.18, 0, 0));
+      step(1);
+    }
+  };
+  run();
+  put->setPosition(Vec3(1, 0, 1));
+  carried->setPosition(carried->getPosition() + Vec3(2, 0, 0));
+  struck->setVelocity(Vec3(4, 0, 0));
+  run();
+  osg::ref_ptr<osg::Image> const image = picture();
+  auto const row = [&](double z) {
+    std::string seen;
+    for (double const x : {-3.0, -1.0, 1.4})
+      seen += lightAt(*image, x, z) > 0.1 ? '1' : '0';
+    return seen;
+  };
+  EXPECT_EQ(row(1), "101");
+  EXPECT_EQ(row(2), "101") << "a frame goes with its body";
+  EXPECT_EQ(row(0), "101") << "moved by less than its radius at a time";
+  EXPECT_EQ(row(-1), "110") << "faster all at once";
 }
 
 TEST_F(Trails, OfThePartThatIsAskedFor) {

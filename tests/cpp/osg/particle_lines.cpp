@@ -117,6 +117,22 @@ TEST_F(ParticleLines, PathsAreAsLongAsAskedAndFade) {
   EXPECT_TRUE(Lines(*path).strips.empty());
 }
 
+TEST_F(ParticleLines, PathsHaveGapsWhereParticlesWerePut) {
+  simulation->setUniformGravity(Vec3());
+  particles->addParticle(Vec3(0, 0, 5), 0.1, Vec3(6, 0, 0));
+  osg::Geode* const path = zorOSG::createParticleTrajectoriesVisual(particles.get(), root, 1.0, 5);
+  show(3);
+  show(3);
+  particles->setPosition(0, Vec3(9, 0, 5));
+  show(3);
+  EXPECT_EQ(Lines(*path).strips, std::vector<int>({1, 3}));
+  show(3);
+  EXPECT_EQ(Lines(*path).strips, std::vector<int>({2, 3}));
+  particles->setVelocity(0, Vec3(0, 60, 0));
+  show(3);
+  EXPECT_EQ(Lines(*path).strips, std::vector<int>({3, 2})) << "its own motion, and the oldest has gone";
+}
+
 TEST_F(ParticleLines, TheSamePartOfTheParticlesLeavesPaths) {
   simulation->setUniformGravity(Vec3());
   for (int i = 0; i < 2000; ++i)

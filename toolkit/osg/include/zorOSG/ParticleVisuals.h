@@ -25,7 +25,8 @@ osg::Geode* createParticleContactGraph(zor::ParticleSystem* particleSystem, osg:
 
 /**
  * Creates a visual of the paths of some particles: lines in the particles' colours, which fade towards their
- * older ends. A position is added in every frame before which the simulation has made a step.
+ * older ends. A position is added in every frame before which the simulation has made a step. Paths have gaps
+ * where particles were put somewhere else, as those of createRigidBodyTrajectoriesVisual.
  * \param particleSystem - the particle system, which the visual holds; null gives null
  * \param root - the group that gets and owns the node; null gives null
  * \param sampling - part of the particles that leave a path, 0 for none to 1 for all; outside throws

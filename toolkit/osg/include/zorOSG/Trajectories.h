@@ -15,6 +15,11 @@ namespace zorOSG {
  * position is added in every frame before which the simulation has made a step. Bodies that come later leave
  * paths as well, those of bodies that have left fade away, and where the simulation is set back in time the
  * paths start anew. What is shown costs as much for long paths as for short ones, but for drawing them.
+ *
+ * A path has a gap where a body was put somewhere else: where it is farther from its last position than it
+ * can have moved itself. That is taken to be twice the time between the two multiplied by its speed at either
+ * end, whichever is greater, and as far as it falls in that time from rest, and the radius of its bounds. A
+ * script that moves a body by less than its radius at a time draws a whole path.
  * \param simulation - the simulation, which the visual does not hold; null gives null
  * \param root - the group that gets and owns the node, in the simulation's coordinates; null gives null
  * \param sampling - part of the bodies that leave a path, 0 for none to 1 for all; outside throws
@@ -31,7 +36,8 @@ osg::Geode* createRigidBodyTrajectoriesVisual(zorSDK::Simulation* simulation, os
 
 /**
  * Creates a visual of the paths of the origins of all observer frames of a simulation that are enabled, as
- * createRigidBodyTrajectoriesVisual does for bodies.
+ * createRigidBodyTrajectoriesVisual does for bodies. Where a frame's body was put somewhere else, or the
+ * frame on another body, its path has a gap; what moves a frame without a body is always drawn.
  * \param simulation - the simulation, which the visual does not hold; null gives null
  * \param root - the group that gets and owns the node, in the simulation's coordinates; null gives null
  * \param numPositions - positions that a path has at most; a line needs two. More than 10000 throws

@@ -1,6 +1,7 @@
 #include "FrameTrajectoryDrawable.h"
 
 #include "TrailEntries.h"
+#include "debug/DebugSizes.h"
 
 namespace zorOSG {
 
@@ -13,13 +14,21 @@ FrameTrajectoryDrawable::FrameTrajectoryDrawable(zorSDK::Simulation& simulation,
 void FrameTrajectoryDrawable::addPositions(zorSDK::Simulation const& simulation) {
   zor::ObserverFrameRefVector const& frames = simulation.getObserverFrames();
   followObjects(m_entries, frames, [](zor::ObserverFrame& frame) {
-    return Entry{zor::observer_ptr<zor::ObserverFrame>(&frame), {}};
+    return Entry{zor::observer_ptr<zor::ObserverFrame>(&frame), frame.getRigidBody(), {}};
   });
   for (size_t i = 0; i < m_entries.size(); ++i) {
-    if (frames[i]->getEnable())
-      moveTo(m_entries[i].head, frames[i]->getPosition(), m_color);
-    else
-      m_entries[i].head.valid = false;
+    Entry& entry = m_entries[i];
+    zor::ObserverFrame const& frame = *frames[i];
+    zor::RigidBody const* const body = frame.getRigidBody();
+    if (!frame.getEnable() || entry.body != body)
+      entry.head.valid = false;
+    entry.body = body;
+    if (!frame.getEnable())
+      continue;
+    zor::Vec3 const position = frame.getPosition();
+    if (body)
+      endIfPut(entry.head, position, frame.getVelocity().length(), [&] { return radiusOf(*body); });
+    moveTo(entry.head, position, m_color);
   }
 }
 

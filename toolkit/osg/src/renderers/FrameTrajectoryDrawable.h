@@ -24,6 +24,7 @@ protected:
 private:
   struct Entry {
     zor::observer_ptr<zor::ObserverFrame> object;
+    zor::RigidBody const* body; // only compared
     Head head;
   };
 

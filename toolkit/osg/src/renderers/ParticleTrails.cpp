@@ -1,6 +1,7 @@
 #include "ParticleTrails.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <osg/BlendFunc>
 #include <osg/Depth>
@@ -41,12 +42,13 @@ void ParticleTrails::update() {
     return;
   if (time < m_time) // set back: no lines to where things are again
     m_trails.clear();
+  double const gravity = simulation ? simulation->getUniformGravity().length() : 0.0;
+  addPositions({time - m_time, gravity});
   m_time = time;
-  addPositions();
   write();
 }
 
-void ParticleTrails::addPositions() {
+void ParticleTrails::addPositions(TrailReach const& reach) {
   if (m_numPositions < 2 || m_sampling <= 0)
     return;
   ++m_round;
@@ -56,10 +58,14 @@ void ParticleTrails::addPositions() {
     if (!isSampled(id, m_sampling) || !m_particles->getEnable(i) || !position.valid())
       continue;
     Trail& trail = m_trails[id];
+    double const speed = m_particles->getVelocity(i).length();
+    double const most = reach.of(std::max(speed, trail.speed), m_particles->getRadius(i));
+    bool const begins = trail.places.empty() || (position - trail.places.front().position).length() > most;
     trail.round = m_round;
-    if (trail.positions.size() == m_numPositions)
-      trail.positions.pop_back();
-    trail.positions.push_front(position);
+    trail.speed = std::isfinite(speed) ? speed : 0.0;
+    if (trail.places.size() == m_numPositions)
+      trail.places.pop_back();
+    trail.places.push_front({position, begins});
   }
   std::erase_if(m_trails, [this](auto const& entry) { return entry.second.round != m_round; });
 }
@@ -73,13 +79,15 @@ void ParticleTrails::write() {
 }
 
 void ParticleTrails::writeTrail(Trail const& trail, zor::Vec4f const& color) {
-  size_t const count = trail.positions.size();
+  size_t const count = trail.places.size();
   if (count < 2)
     return;
   for (size_t k = 0; k < count; ++k) {
     float const age = static_cast<float>(k) / static_cast<float>(count - 1);
-    m_lines.corner(trail.positions[k],
+    m_lines.corner(trail.places[k].position,
                    {toByte(color.x()), toByte(color.y()), toByte(color.z()), toByte(color.w() * (1 - age))});
+    if (trail.places[k].begins && k + 1 < count)
+      m_lines.endStrip();
   }
   m_lines.endStrip();
 }

@@ -9,6 +9,7 @@
 #include <zor/ref_ptr.h>
 
 #include "ChangingLines.h"
+#include "TrailReach.h"
 
 namespace zorOSG {
 
@@ -23,13 +24,19 @@ public:
   void operator()(osg::Node* node, osg::NodeVisitor* visitor) override;
 
 private:
+  struct Place {
+    osg::Vec3 position;
+    bool begins; // was put here
+  };
+
   struct Trail {
-    std::deque<osg::Vec3> positions; // newest first
-    zor::UInt round = 0;             // in which it was last added to
+    std::deque<Place> places; // newest first
+    double speed = 0.0;       // in the newest (m/s)
+    zor::UInt round = 0;      // in which it was last added to
   };
 
   void update();
-  void addPositions();
+  void addPositions(TrailReach const& reach);
   void write();
   void writeTrail(Trail const& trail, zor::Vec4f const& color);
 

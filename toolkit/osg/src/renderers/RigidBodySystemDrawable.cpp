@@ -5,6 +5,7 @@
 
 #include "Sampling.h"
 #include "TrailEntries.h"
+#include "debug/DebugSizes.h"
 
 namespace zorOSG {
 
@@ -40,9 +41,12 @@ void RigidBodySystemDrawable::addPositions(zorSDK::Simulation const& simulation)
     Entry& entry = m_entries[i];
     if (!entry.sampled)
       continue;
-    zor::Real const speed = m_colorMap ? bodies[i]->getVelocity().length() : 0;
+    zor::RigidBody const& body = *bodies[i];
+    zor::Vec3 const position = body.getCmPosition();
+    zor::Real const speed = body.getVelocity().length();
     bool const colored = m_colorMap && !std::isnan(speed);
-    moveTo(entry.head, bodies[i]->getCmPosition(), colored ? m_colorMap->getColorOSG(speed) : entry.color);
+    endIfPut(entry.head, position, speed, [&] { return radiusOf(body); });
+    moveTo(entry.head, position, colored ? m_colorMap->getColorOSG(speed) : entry.color);
   }
 }
 

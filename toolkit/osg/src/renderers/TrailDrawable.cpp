@@ -62,6 +62,7 @@ void TrailDrawable::update() {
     return;
   if (simulation->getTimeStamp() < m_time) // set back: no lines to where things are again
     clear();
+  m_reach = {simulation->getTimeStamp() - m_time, simulation->getUniformGravity().length()};
   m_time = simulation->getTimeStamp();
   TrailLayer& layer = nextLayer();
   layer.begin();

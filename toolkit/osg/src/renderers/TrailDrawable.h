@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <vector>
 
@@ -11,6 +13,8 @@
 #include <zorSDK/Simulation.h>
 
 #include "TrailLayer.h"
+#include "TrailReach.h"
+#include "application/Conversion.h"
 
 namespace zorOSG {
 
@@ -39,6 +43,7 @@ protected:
   struct Head {
     osg::Vec3 position;
     bool valid = false; // has a position
+    double speed = 0.0; // there (m/s)
   };
 
   /** \param numPositions - that a path has at most; less than two draws nothing */
@@ -53,6 +58,20 @@ protected:
   /** Goes on with a path; a position that is not finite ends it. \param color - of the new piece */
   void moveTo(Head& head, zor::Vec3 const& position, osg::Vec4 const& color);
 
+  /**
+   * Ends a path if what leaves it was put somewhere else.
+   * \param speed - in the new position
+   * \param radiusOf - gives its radius, which is only asked for where it matters
+   */
+  template <class RadiusOf>
+  void endIfPut(Head& head, zor::Vec3 const& position, double speed, RadiusOf const& radiusOf) const {
+    double const fastest = std::isfinite(speed) ? std::max(speed, head.speed) : head.speed;
+    double const distance = (position - fromOsg(head.position)).length();
+    if (head.valid && distance > m_reach.of(fastest, 0.0) && distance > m_reach.of(fastest, radiusOf()))
+      head.valid = false;
+    head.speed = std::isfinite(speed) ? speed : 0.0;
+  }
+
 private:
   TrailLayer& nextLayer();
   void clear();
@@ -60,6 +79,7 @@ private:
   zor::observer_ptr<zorSDK::Simulation> m_simulation;
   size_t m_numLayers;
   double m_time = -1.0; // of the simulation, at the last position
+  TrailReach m_reach;
   std::vector<osg::ref_ptr<TrailLayer>> m_layers;
   size_t m_newest = 0;
   osg::BoundingBox m_box;
