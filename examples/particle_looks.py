@@ -1,4 +1,4 @@
-"""One stream of grains, drawn nine times: everything that particles can look like, side by side.
+"""One stream of grains, drawn eleven times: everything that particles can look like, side by side.
 
 ./zor run examples/particle_looks.py --stopAfter 2.5 --screenShot looks.png
 """
@@ -19,13 +19,8 @@ HALF = 0.7  # of a tray (m)
 COLOURS = [(0.88, 0.35, 0.22), (0.96, 0.72, 0.22), (0.25, 0.55, 0.72), (0.92, 0.90, 0.82)]
 
 Drawable = zorOSG.ParticleSystemDrawable
-LOOKS = [("points, plain", Drawable.SPRITES, Drawable.SIMPLE_SPRITES),
-         ("points, banded", Drawable.SPRITES, Drawable.ROTATION_SPRITES),
-         ("points, soft", Drawable.SPRITES, Drawable.ALPHA_SPRITES),
-         ("squares, plain", Drawable.QUAD_SPRITES, Drawable.SIMPLE_SPRITES),
-         ("squares, banded", Drawable.QUAD_SPRITES, Drawable.ROTATION_SPRITES),
-         ("squares, soft", Drawable.QUAD_SPRITES, Drawable.ALPHA_SPRITES),
-         ("triangles", Drawable.TRIANGLES, Drawable.SIMPLE_SPRITES)]
+MADE_OF = [("points", Drawable.SPRITES), ("squares", Drawable.QUAD_SPRITES), ("triangles", Drawable.TRIANGLES)]
+COLOURED = [("plain", Drawable.SIMPLE_SPRITES), ("banded", Drawable.ROTATION_SPRITES), ("soft", Drawable.ALPHA_SPRITES)]
 
 
 def add_fixed(simulation: zorSDK.Simulation, half: zor.Vec3, place: zor.AffineMatrix4x4) -> zorCollide.Geometry:
@@ -64,9 +59,9 @@ def add_grains(simulation: zorSDK.Simulation) -> zor.ParticleSystem:
     return particles
 
 
-def cell(root: osg.Group, number: int, text: str, fixed: list[zorCollide.Geometry]) -> osg.Group:
+def cell(root: osg.Group, row: float, column: float, text: str, fixed: list[zorCollide.Geometry]) -> osg.Group:
     """A place on the sheet, with the tray and a label; what is drawn below it stands there."""
-    place = osg.MatrixTransform(osg.Matrixd.translate(SPACING.x() * (number % 3 - 1), SPACING.y() * (1 - number // 3), 0))
+    place = osg.MatrixTransform(osg.Matrixd.translate(SPACING.x() * (column - 1.5), SPACING.y() * (1 - row), 0))
     root.addChild(place)
     for geometry in fixed:
         zorOSG.setDiffuseColor(zorOSG.createVisual(geometry, place), zor.Vec4f(0.40, 0.45, 0.52, 1))
@@ -78,13 +73,14 @@ def build(application: zorOSG.ExampleApplication) -> None:
     simulation, root = application.getSimulation(), application.getSceneRoot()
     fixed = add_tray(simulation)
     particles = add_grains(simulation)
-    ground = add_fixed(simulation, zor.Vec3(8, 8, 0.1), zor.AffineMatrix4x4(zor.Vec3(0, 0, -0.1)))
+    ground = add_fixed(simulation, zor.Vec3(12, 10, 0.1), zor.AffineMatrix4x4(zor.Vec3(0, 0, -0.1)))
     zorOSG.setDiffuseColor(zorOSG.createVisual(ground, root), zor.Vec4f(0.62, 0.65, 0.66, 1))
 
-    for number, (text, rendering, shader) in enumerate(LOOKS):
-        zorOSG.createVisual(particles, cell(root, number, text, fixed), rendering, shader)
-    zorOSG.createParticleTrajectoriesVisual(particles, cell(root, 7, "trajectories", fixed), 0.5, 40)
-    zorOSG.createParticleContactGraph(particles, cell(root, 8, "contact forces", fixed), 0.0, 60.0)
+    for row, (made_of, rendering) in enumerate(MADE_OF):
+        for column, (coloured, shader) in enumerate(COLOURED):
+            zorOSG.createVisual(particles, cell(root, row, column, f"{made_of}, {coloured}", fixed), rendering, shader)
+    zorOSG.createParticleTrajectoriesVisual(particles, cell(root, 0.5, 3, "trajectories", fixed), 0.5, 40)
+    zorOSG.createParticleContactGraph(particles, cell(root, 1.5, 3, "contact forces", fixed), 0.0, 60.0)
 
 
 def main() -> int:
@@ -94,7 +90,7 @@ def main() -> int:
         return application.getExitCode()
     application.initSimulation()
     build(application)
-    application.setCameraHome(zor.Vec3(0, -6.2, 9.6), zor.Vec3(0, -0.3, 0))
+    application.setCameraHome(zor.Vec3(0, -6.5, 9.9), zor.Vec3(0, -0.35, 0))
     if not arguments.has("--stopAfter"):
         application.stopAfter(6)
     return application.run()

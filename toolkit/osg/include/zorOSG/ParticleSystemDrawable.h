@@ -29,10 +29,10 @@ public:
     TRIANGLES = 2     ///< a sphere of triangles
   };
 
-  /** How points and squares are coloured. */
+  /** How particles are coloured, whatever they are made of. */
   enum ParticleShaderMode : int {
     SIMPLE_SPRITES = 0,   ///< as plain spheres
-    ROTATION_SPRITES = 1, ///< with a band that turns with the particle
+    ROTATION_SPRITES = 1, ///< with a dark band that turns with the particle
     ALPHA_SPRITES = 2     ///< with soft, see-through edges
   };
 
@@ -54,9 +54,9 @@ public:
   ParticleSystemDrawable& operator=(ParticleSystemDrawable const&) = delete;
 #endif
 
-  /** \return how points and squares are coloured */
+  /** \return how particles are coloured */
   zorOSG::ParticleSystemDrawable::ParticleShaderMode getParticleShaderMode() const { return m_shaderMode; }
-  /** \param flag - how points and squares are coloured; values out of range are taken as ROTATION_SPRITES */
+  /** \param flag - how particles are coloured; values out of range are taken as ROTATION_SPRITES */
   void setParticleShaderMode(zorOSG::ParticleSystemDrawable::ParticleShaderMode flag);
 
   /** \return a new drawable of the same particle system with the default modes */

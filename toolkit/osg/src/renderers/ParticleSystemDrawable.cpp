@@ -46,6 +46,11 @@ osg::Program& particleProgram() {
   return *program;
 }
 
+osg::Program& ballProgram() {
+  static osg::ref_ptr<osg::Program> const program = makeBallProgram();
+  return *program;
+}
+
 /** The colours of the vertices stand for ambient and diffuse light; a faint highlight makes them round. */
 osg::ref_ptr<osg::Material> makeMaterial() {
   osg::ref_ptr<osg::Material> material = new osg::Material;
@@ -92,14 +97,17 @@ void ParticleSystemDrawable::setUpMode() {
   state.clear();
   state.setDataVariance(osg::Object::DYNAMIC);
   state.setAttributeAndModes(makeMaterial());
-  if (m_mode == TRIANGLES) {
-    state.setDefine(define::VERTEX_COLOR);
-    return;
-  }
   m_shader = new osg::Uniform("zor_particleShader", static_cast<int>(m_shaderMode));
   state.addUniform(m_shader);
-  state.addUniform(new osg::Uniform("zor_particlePoints", m_mode == SPRITES));
-  state.setAttributeAndModes(&particleProgram());
+  if (m_mode == TRIANGLES) {
+    state.setDefine(define::VERTEX_COLOR);
+    state.setMode(GL_CULL_FACE, osg::StateAttribute::ON);
+    if (m_shaderMode != SIMPLE_SPRITES) // plain spheres need no program of their own
+      state.setAttributeAndModes(&ballProgram());
+  } else {
+    state.addUniform(new osg::Uniform("zor_particlePoints", m_mode == SPRITES));
+    state.setAttributeAndModes(&particleProgram());
+  }
   if (m_mode == SPRITES) {
     state.setTextureAttributeAndModes(0, new osg::PointSprite);
     state.setMode(GL_VERTEX_PROGRAM_POINT_SIZE, osg::StateAttribute::ON);

@@ -73,28 +73,26 @@ struct Buffers {
   osg::Vec3Array& positions;
   osg::Vec3Array& normals; // for sprites, the axis about which the band runs
   osg::Vec4ubArray& colors;
-  osg::Vec3Array* corners; // of sprites: place on the square, and the radius
+  osg::Vec3Array& corners; // of sprites: place on the square, and the radius; for triangles, the axis
 
   explicit Buffers(osg::Geometry& geometry)
       : positions(static_cast<osg::Vec3Array&>(*geometry.getVertexArray())),
         normals(static_cast<osg::Vec3Array&>(*geometry.getNormalArray())),
         colors(static_cast<osg::Vec4ubArray&>(*geometry.getColorArray())),
-        corners(static_cast<osg::Vec3Array*>(geometry.getTexCoordArray(0))) {}
+        corners(static_cast<osg::Vec3Array&>(*geometry.getTexCoordArray(0))) {}
 
   void resize(size_t count) {
     positions.resize(count);
     normals.resize(count);
     colors.resize(count);
-    if (corners)
-      corners->resize(count);
+    corners.resize(count);
   }
 
   void dirty() {
     positions.dirty();
     normals.dirty();
     colors.dirty();
-    if (corners)
-      corners->dirty();
+    corners.dirty();
   }
 };
 
@@ -135,13 +133,12 @@ osg::ref_ptr<osg::Geometry> makeParticleGeometry(int mode) {
   osg::ref_ptr<osg::Vec4ubArray> const colors = new osg::Vec4ubArray;
   colors->setNormalize(true);
   geometry->setColorArray(colors, osg::Array::BIND_PER_VERTEX);
-  if (mode == ParticleSystemDrawable::TRIANGLES) {
+  geometry->setTexCoordArray(0, new osg::Vec3Array, osg::Array::BIND_PER_VERTEX);
+  if (mode == ParticleSystemDrawable::TRIANGLES)
     geometry->addPrimitiveSet(new osg::DrawElementsUInt(GL_TRIANGLES));
-  } else {
-    geometry->setTexCoordArray(0, new osg::Vec3Array, osg::Array::BIND_PER_VERTEX);
+  else
     geometry->addPrimitiveSet(
         new osg::DrawArrays(mode == ParticleSystemDrawable::SPRITES ? GL_POINTS : GL_QUADS, 0, 0));
-  }
   return geometry;
 }
 
@@ -182,8 +179,8 @@ osg::BoundingBox fillParticleGeometry(osg::Geometry& geometry, int mode,
       buffers.colors[at] = tint;
       buffers.positions[at] = sphere ? center + (*sphere)[k] * r : center;
       buffers.normals[at] = sphere ? (*sphere)[k] : axis;
-      if (buffers.corners)
-        (*buffers.corners)[at].set(k == 1 || k == 2 ? 1.0f : -1.0f, k >= 2 ? 1.0f : -1.0f, r);
+      buffers.corners[at] =
+          sphere ? axis : osg::Vec3(k == 1 || k == 2 ? 1.0f : -1.0f, k >= 2 ? 1.0f : -1.0f, r);
     }
   }
   setPrimitives(geometry, mode, at / each);

@@ -21,11 +21,18 @@ char const* const DEFINES = R"(#version 130
 #define ONE_MAP // whose coordinates are interpolated
 #endif
 #endif
-#ifdef ZOR_SPHERE
+#if defined(ZOR_SPHERE) || defined(ZOR_BALLS)
+#define PARTICLES
 #undef ZOR_UNLIT
 #undef ZOR_TEXTURE
+#ifdef ZOR_BALLS
+#undef ZOR_FLAT
+#ifndef ZOR_VERTEXCOLOR
+#define ZOR_VERTEXCOLOR
 #endif
-#if defined(ZOR_SPHERE) || defined(ZOR_UNLIT)
+#endif
+#endif
+#if defined(PARTICLES) || defined(ZOR_UNLIT)
 #undef ZOR_STOREDSHADOW
 #undef ZOR_NORMALMAP
 #undef ZOR_HEIGHTMAP
@@ -49,6 +56,9 @@ char const* const DEFINES = R"(#version 130
 #if defined(BENT) || defined(ZOR_STOREDSHADOW) || defined(ZOR_ROUGHNESSMAP) || defined(ZOR_METALLICMAP)
 #define ROLES // textures beside the colour
 #endif
+#endif
+#ifdef PARTICLES
+varying vec3 zorAxis; // about which the band runs
 #endif
 #ifdef ZOR_SPHERE
 vec3 zorEye;
@@ -79,7 +89,6 @@ uniform bool zor_particlePoints;
 uniform float zor_pointScale;
 varying vec3 zorCenter;
 varying vec3 zorOnQuad;
-varying vec3 zorAxis;
 varying float zorRadius;
 
 void main() {
@@ -103,13 +112,24 @@ void main() {
 }
 )";
 
-char const* const SPHERE_FRAGMENT = R"(
+// How a particle is coloured where its surface faces a direction.
+char const* const PARTICLE_SOURCE = R"(
 uniform int zor_particleShader;
+
+vec4 particleColor(vec4 color, vec3 normal, vec3 toEye) {
+  if (zor_particleShader == 1)
+    color.rgb *= mix(0.62, 1.0, smoothstep(0.16, 0.24, abs(dot(normal, normalize(zorAxis)))));
+  if (zor_particleShader == 2)
+    color.a *= max(dot(normal, toEye), 0.0);
+  return color;
+}
+)";
+
+char const* const SPHERE_FRAGMENT = R"(
 uniform bool zor_particlePoints;
 uniform float zor_pointScale;
 varying vec3 zorCenter;
 varying vec3 zorOnQuad;
-varying vec3 zorAxis;
 varying float zorRadius;
 vec3 zorSphereNormal;
 vec4 zorSphereColor;
@@ -142,13 +162,7 @@ void meetSphere() {
   // A little behind itself where it is drawn for a shadow, so that it does not darken itself.
   vec4 clip = gl_ProjectionMatrix * vec4(zorEye.xy, flatView ? zorEye.z - 0.4 * zorRadius : zorEye.z, 1.0);
   gl_FragDepth = clamp(0.5 * clip.z / clip.w + 0.5, 0.0, 1.0);
-  zorSphereColor = zorColor;
-  if (zor_particleShader == 1) {
-    float band = smoothstep(0.16, 0.24, abs(dot(zorSphereNormal, zorAxis)));
-    zorSphereColor.rgb *= mix(0.62, 1.0, band);
-  }
-  if (zor_particleShader == 2)
-    zorSphereColor.a *= max(dot(zorSphereNormal, normalize(-zorEye)), 0.0);
+  zorSphereColor = particleColor(zorColor, zorSphereNormal, normalize(-zorEye));
 #ifdef ONE_MAP
   vec4 coord = zor_shadowMatrix * vec4(zorEye, 1.0);
   zorShadowCoord = zor_shadowMatrix * vec4(zorEye + zorSphereNormal * (zor_shadowOffset.x * coord.w), 1.0);
@@ -167,6 +181,9 @@ void main() {
   gl_ClipVertex = gl_ModelViewMatrix * gl_Vertex; // for clip planes
 #if defined(ZOR_UNLIT) || defined(ZOR_VERTEXCOLOR)
   zorColor = gl_Color;
+#endif
+#ifdef ZOR_BALLS
+  zorAxis = gl_NormalMatrix * gl_MultiTexCoord0.xyz;
 #endif
 #if defined(ROLES)
   zorTexCoord = gl_MultiTexCoord0.st;
@@ -367,6 +384,8 @@ void main() {
 #else
 #if defined(ZOR_SPHERE)
   vec4 surface = zorSphereColor;
+#elif defined(ZOR_BALLS)
+  vec4 surface = particleColor(zorColor, normal, toEye);
 #elif defined(ZOR_VERTEXCOLOR)
   vec4 surface = zorColor;
 #else
@@ -383,7 +402,7 @@ void main() {
   vec3 diffuse = vec3(0.0);
   vec3 specular = vec3(0.0);
 @LIGHTS@
-#ifdef ZOR_SPHERE
+#ifdef PARTICLES
 #if !defined(ZOR_LIGHT0) && !defined(ZOR_LIGHT1) && !defined(ZOR_LIGHT2)
   flatLight = vec3(0.25); // nobody says which lights there are: one at the viewer's place
   diffuse = vec3(0.75 * max(dot(normal, toEye), 0.0));
@@ -398,6 +417,9 @@ void main() {
   vec3 around = flatLight;
 #ifdef ZOR_SURROUNDINGS
   around = surroundings(reflect(-toEye, normal), mirrors.roughness) * zor_reflection;
+#if ZOR_SURROUNDINGS == 3
+  flatLight *= mix(vec3(1.0), tintAround(normal), zor_reflection);
+#endif
 #endif
   vec3 color = (flatLight * ambientColor + diffuse * baseColor) * image.rgb * (1.0 - mirrors.metallic);
   color += decoded(gl_FrontMaterial.emission.rgb) * image.rgb;
@@ -521,7 +543,14 @@ osg::ref_ptr<osg::Program> makeSceneProgram() {
 
 osg::ref_ptr<osg::Program> makeParticleProgram() {
   std::string const defines = replaced(DEFINES, "#version 130\n", "#version 130\n#define ZOR_SPHERE\n");
-  return makeProgram("particles", defines + SPHERE_VERTEX, defines + SPHERE_FRAGMENT + sceneFragment());
+  return makeProgram("particles", defines + SPHERE_VERTEX,
+                     defines + PARTICLE_SOURCE + SPHERE_FRAGMENT + sceneFragment());
+}
+
+osg::ref_ptr<osg::Program> makeBallProgram() {
+  std::string const defines = replaced(DEFINES, "#version 130\n", "#version 130\n#define ZOR_BALLS\n");
+  return makeProgram("particles of triangles", defines + SCENE_VERTEX,
+                     defines + PARTICLE_SOURCE + sceneFragment());
 }
 
 osg::ref_ptr<osg::Program> makeDepthProgram() {

@@ -41,6 +41,7 @@ inline std::string const METALLIC_MAP = "ZOR_METALLICMAP";
 inline std::string const SURROUNDINGS = "ZOR_SURROUNDINGS";
 inline std::string const CUBE = "1";
 inline std::string const MIRROR_BALL = "2";
+inline std::string const FILTERED_CUBE = "3"; ///< smaller images are what rougher surfaces see
 /** There are shadows; the value is the number of the light that casts them. */
 inline std::string const SHADOW = "ZOR_SHADOW";
 /** What the shadows of that light come from; its values follow. */
@@ -87,6 +88,9 @@ osg::ref_ptr<osg::Program> makeSceneProgram();
 
 /** \return as makeSceneProgram(), for quads and points that stand for spheres */
 osg::ref_ptr<osg::Program> makeParticleProgram();
+
+/** \return as makeSceneProgram(), for particles that are spheres of triangles */
+osg::ref_ptr<osg::Program> makeBallProgram();
 
 /** \return program that writes nothing but depth */
 osg::ref_ptr<osg::Program> makeDepthProgram();

@@ -101,13 +101,38 @@ float storedLight() { return texture2D(zor_storedShadow, placeIn(gl_TextureMatri
 
 char const* const REFLECTION_SOURCE = R"(
 #ifdef ZOR_SURROUNDINGS
-#if ZOR_SURROUNDINGS == 1
+#if ZOR_SURROUNDINGS != 2
 uniform samplerCube zor_surroundings;
 uniform mat4 zor_eyeToScene;
 
+vec3 cubePlace(vec3 direction) {
+  return (mat3(gl_TextureMatrix[6]) * (mat3(zor_eyeToScene) * direction)).xzy; // y points up, z ahead
+}
+#endif
+#if ZOR_SURROUNDINGS == 3
+// Smaller images are what rougher surfaces see. The number of the one for 0.25 rough:
+float quarterRough() { return ceil(log2(float(textureSize(zor_surroundings, 0).x) / 128.0) - 0.001); }
+
+vec3 surroundings(vec3 direction, float roughness) {
+  float steps = 4.0 * roughness;
+  float level = steps < 1.0 ? steps * quarterRough() : quarterRough() + steps - 1.0;
+  return decoded(textureLod(zor_surroundings, cubePlace(direction), level).rgb);
+}
+
+// What falls on a dull surface, in parts of the mean from all sides: ambient light keeps its strength, which belongs
+// to the lights of the scene, and gets a direction.
+vec3 tintAround(vec3 normal) {
+  vec3 place = cubePlace(normal);
+  float level = quarterRough() + 4.0;
+  vec3 here = decoded(textureLod(zor_surroundings, place, level).rgb);
+  vec3 behind = decoded(textureLod(zor_surroundings, -place, level).rgb);
+  return here / max(dot(here + behind, vec3(0.5 / 3.0)), 0.001);
+}
+#elif ZOR_SURROUNDINGS == 1
+
 // What lies in a direction, blurred as much as a rough mirror does. Four places make up for coarse texels.
 vec3 surroundings(vec3 direction, float roughness) {
-  vec3 toward = (mat3(gl_TextureMatrix[6]) * (mat3(zor_eyeToScene) * direction)).xzy; // y points up, z ahead
+  vec3 toward = cubePlace(direction);
   float side = float(textureSize(zor_surroundings, 0).x);
   float spread = roughness * roughness;
   if (spread * side < 1.0)
