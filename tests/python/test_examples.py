@@ -111,14 +111,16 @@ def test_dominoes_fall_along_their_arms(tmp_path):
     assert max(overexposed for _, _, overexposed in shown.values()) < 0.01
 
 
-def test_particles_look_nine_ways(tmp_path):
+def test_particles_look_eleven_ways(tmp_path):
     picture = tmp_path / "looks.png"
     run_example("particle_looks.py", "--screenShot", picture, "--stopAfter", "1.6", window="960x540")
     pixels = pixels_of(picture)
     coloured = pixels.max(axis=2) > 1.6 * pixels.min(axis=2) + 20
     for row in numpy.array_split(coloured, 3):
-        for cell in numpy.array_split(row, 3, axis=1):
+        for cell in numpy.array_split(row, 4, axis=1)[:3]:
             assert cell.sum() > 300
+    for lines in numpy.array_split(numpy.array_split(coloured, 4, axis=1)[3], 2):
+        assert lines.sum() > 100
 
 
 def test_every_kind_of_shadow_is_drawn(tmp_path):

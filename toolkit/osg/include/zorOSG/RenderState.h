@@ -118,7 +118,8 @@ void setMetallic(osg::Node* node, float metallic, bool override = false);
 
 /**
  * Sets how rough a node is. The shader pipeline then draws it as a surface of small mirrors that face
- * different ways, lit by the diffuse colours of lights and by the cube map; the diffuse colour is its base
+ * different ways, lit by the diffuse colours of lights and by the cube map, which also says from which side
+ * ambient light comes; the diffuse colour is its base
  * colour, and specular colour and shininess have no part in it. The fixed pipeline gets the Phong exponent
  * that is most like it.
  * \param node - the node
@@ -245,7 +246,9 @@ osg::Texture2D* createTexture(zorCollide::TextureDataRef data, bool linear);
  * \param images - six square images of one size, as a camera in the middle with a field of view of 90 by 90
  * degrees takes them, in the order +x, -x, +y, -y, +z, -z of cube maps. Their axes point to the right, up and
  * ahead: +x is the scene's +x, +y lies above, +z is the scene's +y. The lower edge of the image above and the
- * upper edge of the one below adjoin the one ahead. An osg::TexMat on unit 6 turns what a node reflects.
+ * upper edge of the one below adjoin the one ahead. An osg::TexMat on unit 6 turns what a node reflects. What
+ * rough and dull surfaces see of the images is computed here, once: pixels that change later show in mirrors
+ * only.
  * \return a new texture; null if the images will not do, and the log says why
  */
 osg::TextureCubeMap* createTextureCubeMap(zor::Vector<osg::ref_ptr<osg::Image>>& images);

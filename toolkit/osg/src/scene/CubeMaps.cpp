@@ -8,6 +8,7 @@
 #include <zorOSG/RenderState.h>
 
 #include "Checks.h"
+#include "CubeFilter.h"
 #include "ImageFile.h"
 #include "TextureRoles.h"
 #include "VisualState.h"
@@ -81,10 +82,17 @@ osg::ref_ptr<osg::Image> upperRowFirst(osg::Image& image) {
   return turned;
 }
 
-osg::ref_ptr<osg::TextureCubeMap> cubeMapOf(CubeImages const& images) {
+CubeSides sidesOf(CubeImages const& images) {
+  CubeSides sides;
+  for (size_t i = 0; i < sides.size(); ++i)
+    sides[i] = upperRowFirst(*images[i]);
+  return sides;
+}
+
+osg::ref_ptr<osg::TextureCubeMap> cubeMapOf(CubeSides const& sides) {
   osg::ref_ptr<osg::TextureCubeMap> cube = new osg::TextureCubeMap;
-  for (unsigned int i = 0; i < FACES.size(); ++i)
-    cube->setImage(i, upperRowFirst(*images[i]));
+  for (unsigned int i = 0; i < sides.size(); ++i)
+    cube->setImage(i, sides[i]);
   for (auto const direction : {osg::Texture::WRAP_S, osg::Texture::WRAP_T, osg::Texture::WRAP_R})
     cube->setWrap(direction, osg::Texture::CLAMP_TO_EDGE);
   cube->setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR_MIPMAP_LINEAR);
@@ -93,22 +101,26 @@ osg::ref_ptr<osg::TextureCubeMap> cubeMapOf(CubeImages const& images) {
   return cube;
 }
 
-} // namespace
-
-osg::ref_ptr<osg::TextureCubeMap> makeCubeMap(CubeImages const& images) {
+std::array<std::string, 6> sideNames() {
   std::array<std::string, 6> names;
   for (size_t i = 0; i < names.size(); ++i)
     names[i] = std::string("the image for ") + DIRECTIONS[i];
-  return fitTogether(images, names) ? cubeMapOf(images) : nullptr;
+  return names;
+}
+
+} // namespace
+
+osg::ref_ptr<osg::TextureCubeMap> makeCubeMap(CubeImages const& images) {
+  return fitTogether(images, sideNames()) ? cubeMapOf(sidesOf(images)) : nullptr;
 }
 
 osg::TextureCubeMap* createTextureCubeMap(zor::Vector<osg::ref_ptr<osg::Image>>& images) {
-  return makeCubeMap(images).release();
+  return fitTogether(images, sideNames()) ? cubeMapOf(filterCube(sidesOf(images))).release() : nullptr;
 }
 
 osg::TextureCubeMap* createTextureCubeMap(std::string const& imagename, std::string const& filetype) {
   CubeImages const images = readFaces(imagename + "_", filetype);
-  return images.empty() ? nullptr : cubeMapOf(images).release();
+  return images.empty() ? nullptr : cubeMapOf(filterCube(sidesOf(images))).release();
 }
 
 bool loadCubeMapImages(std::string const& prefix, std::string const& filetype,
@@ -122,7 +134,7 @@ bool setCubeMapTexture(osg::Node* node, std::string const& imagePath, std::strin
   CubeImages const images = readFaces(imagePath + "/", imageType);
   if (images.empty())
     return false;
-  bindTexture(*node, *cubeMapOf(images), CUBEMAP_TEXTURE, osg::StateAttribute::ON);
+  bindTexture(*node, *cubeMapOf(filterCube(sidesOf(images))), CUBEMAP_TEXTURE, osg::StateAttribute::ON);
   ownState(*node).setMode(SEAMLESS, osg::StateAttribute::ON);
   return true;
 }

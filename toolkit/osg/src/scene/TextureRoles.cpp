@@ -8,6 +8,7 @@
 #include <osg/TextureCubeMap>
 #include <osg/Uniform>
 
+#include "CubeFilter.h"
 #include "VisualState.h"
 #include "shaders/ScenePrograms.h"
 
@@ -40,6 +41,13 @@ Role const& roleOf(TextureMode mode) {
 
 std::atomic<bool> cubeMapsAreUsed = false;
 
+std::string const& kindOf(osg::Texture const& surroundings) {
+  auto const* const cube = dynamic_cast<osg::TextureCubeMap const*>(&surroundings);
+  if (!cube)
+    return define::MIRROR_BALL;
+  return dynamic_cast<FilteredSide const*>(cube->getImage(0)) ? define::FILTERED_CUBE : define::CUBE;
+}
+
 /** Depth of a height map in parts of the texture's side. Scripts may set another uniform in its place. */
 constexpr float HEIGHT_SCALE = 0.05f;
 
@@ -62,8 +70,7 @@ void bindTexture(osg::Node& node, osg::Texture& texture, TextureMode mode,
   state.setTextureAttribute(unit, &texture, value);
   bool const isCube = dynamic_cast<osg::TextureCubeMap*>(&texture) != nullptr;
   Role const& role = roleOf(mode);
-  state.setDefine(role.define, mode == CUBEMAP_TEXTURE && !isCube ? define::MIRROR_BALL : define::CUBE,
-                  value);
+  state.setDefine(role.define, mode == CUBEMAP_TEXTURE ? kindOf(texture) : define::CUBE, value);
   state.addUniform(role.sampler, value);
   if (mode == HEIGHTMAP_TEXTURE)
     addHeightScale(state);
