@@ -37,6 +37,9 @@ target_compile_options(zor_own_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow
 add_library(zor_generated_flags INTERFACE)
 target_compile_options(zor_generated_flags INTERFACE -w)
 
+# A library calls its own functions directly; nobody puts others in their place.
+add_link_options(-Wl,-Bsymbolic-functions)
+
 if(ZOR_ASAN)
   add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer -g1)
   add_link_options(-fsanitize=address,undefined)

@@ -4,6 +4,7 @@
 
 #include <zorCollide/Geometry.h>
 #ifndef SWIG
+#include <cstddef>
 #include <cstdint>
 #include <zorCollide/GeometryObserver.h>
 #include <zorOSG/RigidBodyRenderCache.h>
@@ -186,15 +187,17 @@ private:
 
   class Follower final : public zorCollide::GeometryObserver {
   public:
-    explicit Follower(GeometryNode& node) : m_node(node) {}
-    GeometryNode& node() const { return m_node; }
+    static char const KIND;
+
+    Follower() : GeometryObserver(&KIND) {}
+
+    /** The node that this is a part of. A pointer to it would have to be read before the node can be. */
+    GeometryNode& node();
 
   protected:
     void geometryMoved() override;
+    void geometryShapesChanged() override;
     void geometryLeft(zorCollide::Space* space, zorCollide::Geometry* geometry) override;
-
-  private:
-    GeometryNode& m_node;
   };
   friend GeometryNode* nextFollowing(zorCollide::GeometryObserver* observer);
   friend GeometryNode* nextFollowing(GeometryNode const& node);
@@ -202,7 +205,6 @@ private:
   static constexpr std::uint32_t NOT_MOVED = ~0u;
 
   static zorCollide::Geometry::ShapeChangeEvent::CallbackType const& ownShapeCallback();
-  static void shapesChanged(zorCollide::Geometry* geometry);
   void stopListening();
   void moveTo(zor::AffineMatrix4x4 const& transform);
   void acceptCull(osgUtil::CullVisitor& visitor);
@@ -225,15 +227,31 @@ private:
 };
 
 #ifndef SWIG
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Winvalid-offsetof" // fixed, as there is no virtual base
+inline GeometryNode& GeometryNode::Follower::node() {
+  return *reinterpret_cast<GeometryNode*>(reinterpret_cast<char*>(this) - offsetof(GeometryNode, m_follower));
+}
+#pragma GCC diagnostic pop
+
 /** \return the first geometry node among an observer and those after it; null if there is none */
-GeometryNode* nextFollowing(zorCollide::GeometryObserver* observer);
+inline GeometryNode* nextFollowing(zorCollide::GeometryObserver* observer) {
+  for (; observer; observer = observer->getNext())
+    if (observer->getKind() == &GeometryNode::Follower::KIND)
+      return &static_cast<GeometryNode::Follower*>(observer)->node();
+  return nullptr;
+}
 
 /** \return the node that has followed a geometry for longest, whether it is in a scene or not; null without
  * any */
-GeometryNode* firstFollowing(zorCollide::Geometry const& geometry);
+inline GeometryNode* firstFollowing(zorCollide::Geometry const& geometry) {
+  return nextFollowing(geometry.getFirstObserver());
+}
 
 /** \return the node that began to follow the same geometry after this one; null if this is the last */
-GeometryNode* nextFollowing(GeometryNode const& node);
+inline GeometryNode* nextFollowing(GeometryNode const& node) {
+  return nextFollowing(node.m_follower.getNext());
+}
 #endif
 
 /**

@@ -1,7 +1,5 @@
 #include "Ancestry.h"
 
-#include <osg/Group>
-
 #include <stdexcept>
 #include <string>
 #include <unordered_set>
@@ -9,12 +7,8 @@
 
 namespace zorOSG {
 
-bool isAtOrBelow(osg::Node const* node, osg::Node const* top) {
-  while (node != top && node->getNumParents() == 1)
-    node = node->getParent(0);
-  if (node == top || node->getNumParents() == 0)
-    return node == top;
-  // Nodes have several parents: each is visited once, for there may be very many paths.
+// Each node is visited once, for there may be very many paths.
+bool isOnAnyPathBelow(osg::Node const* node, osg::Node const* top) {
   std::unordered_set<osg::Node const*> seen{node};
   std::vector<osg::Node const*> open{node};
   while (!open.empty()) {

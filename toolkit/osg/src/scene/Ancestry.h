@@ -1,14 +1,18 @@
 #pragma once
 
-namespace osg {
-class Group;
-class Node;
-} // namespace osg
+#include <osg/Group>
 
 namespace zorOSG {
 
+/** isAtOrBelow for nodes of which some have several parents. */
+bool isOnAnyPathBelow(osg::Node const* node, osg::Node const* top);
+
 /** \return true if top is the node itself or anywhere above it */
-bool isAtOrBelow(osg::Node const* node, osg::Node const* top);
+inline bool isAtOrBelow(osg::Node const* node, osg::Node const* top) {
+  while (node != top && node->getNumParents() == 1)
+    node = node->getParent(0);
+  return node == top || (node->getNumParents() > 0 && isOnAnyPathBelow(node, top));
+}
 
 /**
  * A scene graph without an end would be walked forever.

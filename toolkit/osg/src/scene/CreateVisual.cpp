@@ -8,6 +8,7 @@
 #include <osg/NodeVisitor>
 
 #include <zor/observer_ptr.h>
+#include <zorCollide/GeometryPrefetch.h>
 #include <zorOSG/CreateAxes.h>
 #include <zorOSG/RenderState.h>
 
@@ -78,8 +79,11 @@ osg::ref_ptr<osg::Group> makeGroup(zorCollide::GeometryRefVector const& geometri
                                    VisualOptions const& options) {
   osg::ref_ptr<osg::Group> group = new osg::Group;
   group->setName(name);
-  for (auto const& geometry : geometries)
-    group->addChild(makeVisual(*geometry, options));
+  zorCollide::GeometryPrefetch const prefetch(geometries);
+  for (size_t i = 0; i < geometries.size(); ++i) {
+    prefetch.before(i);
+    group->addChild(makeVisual(*geometries[i], options));
+  }
   return group;
 }
 

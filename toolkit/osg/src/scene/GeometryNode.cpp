@@ -95,44 +95,37 @@ bool extendDepth(osgUtil::CullVisitor& visitor, std::pair<double, double> const&
 
 } // namespace
 
-GeometryNode* nextFollowing(zorCollide::GeometryObserver* observer) {
-  for (; observer; observer = observer->getNext())
-    if (typeid(*observer) == typeid(GeometryNode::Follower))
-      return &static_cast<GeometryNode::Follower*>(observer)->node();
-  return nullptr;
-}
-
-GeometryNode* firstFollowing(zorCollide::Geometry const& geometry) {
-  return nextFollowing(geometry.getFirstObserver());
-}
-
-GeometryNode* nextFollowing(GeometryNode const& node) {
-  return nextFollowing(node.m_follower.getNext());
-}
+char const GeometryNode::Follower::KIND = 0;
 
 void GeometryNode::Follower::geometryMoved() {
-  MovedNodes::instance().add(m_node);
+  MovedNodes::instance().add(node());
+}
+
+void GeometryNode::Follower::geometryShapesChanged() {
+  osg::ref_ptr<GeometryNode> const alive(&node()); // a new visual may be the end of the old node
+  if (alive->m_detailRatio > 0.0f && alive->shapeCallback == ownShapeCallback())
+    alive->buildVisual(alive->m_detailRatio);
 }
 
 void GeometryNode::Follower::geometryLeft(zorCollide::Space* space, zorCollide::Geometry* geometry) {
-  osg::ref_ptr<GeometryNode> const alive(&m_node); // the parents may hold the only references
-  if (!m_node.m_autoRemove)
+  osg::ref_ptr<GeometryNode> const alive(&node()); // the parents may hold the only references
+  if (!alive->m_autoRemove)
     return;
   if (space)
-    m_node.removeNode(space, geometry);
+    alive->removeNode(space, geometry);
   else
-    m_node.removeFromParents();
+    alive->removeFromParents();
 }
 
 GeometryNode::GeometryNode() : GeometryNode(nullptr) {}
 
 GeometryNode::GeometryNode(zorCollide::Geometry* geometry)
-    : shapeCallback(ownShapeCallback()), m_follower(*this) {
+    : shapeCallback(ownShapeCallback()) {
   setGeometry(geometry);
 }
 
 GeometryNode::GeometryNode(GeometryNode const& node, osg::CopyOp const& copyop)
-    : osg::MatrixTransform(node, copyop), shapeCallback(ownShapeCallback()), m_follower(*this),
+    : osg::MatrixTransform(node, copyop), shapeCallback(ownShapeCallback()),
       m_renderDataChild(counterpart(node, node.m_renderDataChild, *this)),
       m_geometryDataChild(counterpart(node, node.m_geometryDataChild, *this)),
       m_defaultLook(node.m_defaultLook), m_autoRemove(node.m_autoRemove), m_visible(node.m_visible),
@@ -145,19 +138,10 @@ GeometryNode::~GeometryNode() {
   stopListening();
 }
 
-// One function serves all nodes, which saves each from having its own.
+// Stands for what the node does by itself, as an observer: the event would hold a listener for each geometry.
 ShapeChangeCallback const& GeometryNode::ownShapeCallback() {
-  static ShapeChangeCallback const& callback = *new ShapeChangeCallback(&GeometryNode::shapesChanged);
+  static ShapeChangeCallback const& callback = *new ShapeChangeCallback([](zorCollide::Geometry*) {});
   return callback;
-}
-
-void GeometryNode::shapesChanged(zorCollide::Geometry* geometry) {
-  std::vector<osg::ref_ptr<GeometryNode>> nodes; // held, for a new visual may be the end of an old node
-  for (GeometryNode* node = firstFollowing(*geometry); node; node = nextFollowing(*node))
-    if (node->m_detailRatio > 0.0f && node->shapeCallback == ownShapeCallback())
-      nodes.emplace_back(node);
-  for (osg::ref_ptr<GeometryNode> const& node : nodes)
-    node->buildVisual(node->m_detailRatio);
 }
 
 void GeometryNode::setGeometry(zorCollide::Geometry* geometry) {
@@ -165,7 +149,8 @@ void GeometryNode::setGeometry(zorCollide::Geometry* geometry) {
   if (!geometry)
     return;
   m_follower.observe(geometry);
-  geometry->getShapeChangeEvent().add(shapeCallback);
+  if (!(shapeCallback == ownShapeCallback()))
+    geometry->getShapeChangeEvent().add(shapeCallback);
   updateTransform();
 }
 
@@ -174,6 +159,8 @@ void GeometryNode::stopListening() {
   if (!geometry)
     return;
   m_follower.observe(nullptr);
+  if (shapeCallback == ownShapeCallback())
+    return;
   for (GeometryNode* node = firstFollowing(*geometry); node; node = nextFollowing(*node))
     if (node->shapeCallback == shapeCallback)
       return;

@@ -111,8 +111,11 @@ osg::ref_ptr<osg::Node> shapeNode(zorCollide::Shape const& shape, ShapeVisualOpt
 
 osg::ref_ptr<osg::Node> visualOf(zorCollide::Geometry const& geometry, ShapeVisualOptions const& options,
                                  bool useRenderData) {
-  if (geometry.getNumShapes() == 1)
-    return placed(shapeNode(*geometry.getShape(0), options, useRenderData), geometry.getShapeTransform(0));
+  bool const isPlaced = geometry.hasShapeTransforms();
+  if (geometry.getNumShapes() == 1) {
+    osg::ref_ptr<osg::Node> const node = shapeNode(*geometry.getShape(0), options, useRenderData);
+    return isPlaced ? placed(node, geometry.getShapeTransform(0)) : node;
+  }
   osg::ref_ptr<osg::Group> group = new osg::Group;
   for (zor::UInt i = 0; i < geometry.getNumShapes(); ++i)
     group->addChild(

@@ -13,6 +13,8 @@
 #include <zorCollide/Shape.h>
 
 #ifndef SWIG
+#include <zorCollide/GeometryObserver.h>
+
 namespace zorBullet {
 class GeometryImpl;
 } // namespace zorBullet
@@ -25,9 +27,6 @@ class RigidBody;
 namespace zorCollide {
 
 class Space;
-#ifndef SWIG
-class GeometryObserver;
-#endif
 
 /**
  * What collides: one or several shapes with a place in the world. A geometry belongs to at most one rigid
@@ -195,7 +194,10 @@ public:
 
 #ifndef SWIG
   /** \return the first of those that are told when the geometry moves; null without any */
-  zorCollide::GeometryObserver* getFirstObserver() const;
+  zorCollide::GeometryObserver* getFirstObserver() const { return m_observers.first(); }
+
+  /** \return false if all shapes lie in the geometry's own frame */
+  bool hasShapeTransforms() const;
 
   zorBullet::GeometryImpl& getImpl() const { return *m_impl; }
 #endif
@@ -205,7 +207,10 @@ protected:
 
 private:
   friend class zorBullet::GeometryImpl;
+  friend class GeometryObserver;
 
+  // Beside the shapes: whoever draws many geometries reads no more of each than it has to.
+  zorCollide::GeometryObserverList m_observers;
   zorCollide::ShapeRefVector m_shapes;
   std::unique_ptr<zorBullet::GeometryImpl> m_impl;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 namespace zorCollide {
@@ -8,9 +9,9 @@ class Geometry;
 class Space;
 
 /**
- * What is told when a geometry moves, leaves its space or is destroyed. For C++ only, where there are many of
- * them: observing takes no memory beside the observer, and a move costs one call. An observer may come and go
- * at any time.
+ * What is told when a geometry moves, changes its shapes, leaves its space or is destroyed. For C++ only,
+ * where there are many of them: observing takes no memory beside the observer, and a move costs one call. An
+ * observer may come and go at any time.
  */
 class GeometryObserver {
 public:
@@ -26,8 +27,12 @@ public:
   /** \return the geometry's next observer, in the order in which they began; null after the last */
   GeometryObserver* getNext() const { return m_next; }
 
+  /** \return what the observer's class gave to tell its observers from others */
+  void const* getKind() const { return m_kind; }
+
 protected:
-  GeometryObserver() = default;
+  /** \param kind - the address of something that is the class's own */
+  explicit GeometryObserver(void const* kind = nullptr) : m_kind(kind) {}
   virtual ~GeometryObserver();
 
   /**
@@ -36,6 +41,9 @@ protected:
    */
   virtual void geometryMoved() = 0;
 
+  /** The geometry's shapes, or one of them, changed; those who listen to its event are told later. */
+  virtual void geometryShapesChanged() = 0;
+
   /** \param space - the space that the geometry has left; null if it is being destroyed and no longer
    * observed */
   virtual void geometryLeft(zorCollide::Space* space, zorCollide::Geometry* geometry) = 0;
@@ -43,6 +51,7 @@ protected:
 private:
   friend class GeometryObserverList;
 
+  void const* m_kind;
   zorCollide::Geometry* m_geometry = nullptr;
   GeometryObserver* m_previous = nullptr;
   GeometryObserver* m_next = nullptr;
@@ -58,6 +67,7 @@ public:
   GeometryObserver* first() const { return m_first; }
 
   void tellMoved() const;
+  void tellShapesChanged();
   void tellLeft(zorCollide::Space& space, zorCollide::Geometry& geometry);
   /** Lets every observer go and tells it. */
   void tellDestroyed(zorCollide::Geometry& geometry) noexcept;
@@ -67,10 +77,12 @@ private:
 
   void append(GeometryObserver& observer);
   void remove(GeometryObserver& observer);
+  template <class Tell>
+  void tellAll(Tell tell);
 
   GeometryObserver* m_first = nullptr;
   GeometryObserver* m_last = nullptr;
-  std::vector<GeometryObserver*> m_walks; // who is next in each walk through the list that is under way
+  std::unique_ptr<std::vector<GeometryObserver*>> m_walks; // who is next in each walk that is under way
 };
 
 } // namespace zorCollide

@@ -29,7 +29,7 @@ GeometryImpl::GeometryImpl(zorCollide::Geometry& geometry)
 
 GeometryImpl::~GeometryImpl() {
   raiseRemovalAtEnd();
-  observers.tellDestroyed(m_geometry);
+  m_geometry.m_observers.tellDestroyed(m_geometry);
   m_frame->setListener(nullptr);
   leaveSpace();
   for (zor::ref_ptr<zorCollide::Shape> const& shape : m_geometry.m_shapes)
@@ -46,7 +46,7 @@ void GeometryImpl::raiseRemovalAtEnd() noexcept {
 }
 
 void GeometryImpl::raiseRemoval(zorCollide::Space& from) {
-  observers.tellLeft(from, m_geometry);
+  m_geometry.m_observers.tellLeft(from, m_geometry);
   removal.raise(&from, &m_geometry);
 }
 
@@ -75,7 +75,7 @@ void GeometryImpl::placeFrame(zor::Frame* parent, zor::AffineMatrix4x4 const& lo
     throw;
   }
   m_frame->setListener(this);
-  observers.tellMoved();
+  tellMoved();
 }
 
 bool GeometryImpl::canMove() const {
@@ -289,9 +289,13 @@ void GeometryImpl::setEnablePair(GeometryImpl& other, bool enable) {
 }
 
 void GeometryImpl::shapesChanged() {
+  shapesPlaced = std::any_of(locals.begin(), locals.end(), [](btTransform const& local) {
+    return !(local == btTransform::getIdentity());
+  });
   for (auto& kept : m_leaves)
     kept.reset(); // whoever uses the old leaves holds them
   rebuild();
+  m_geometry.m_observers.tellShapesChanged();
   shapeChange.raise(&m_geometry);
 }
 
@@ -301,7 +305,7 @@ void GeometryImpl::filterChanged() {
 }
 
 void GeometryImpl::statusChanged() {
-  observers.tellMoved();
+  tellMoved();
   rebuild();
   filterChanged();
 }

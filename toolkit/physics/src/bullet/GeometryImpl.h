@@ -10,7 +10,6 @@
 #include <zor/Material.h>
 #include <zor/ref_ptr.h>
 #include <zorCollide/Geometry.h>
-#include <zorCollide/GeometryObserver.h>
 #include <zorCollide/RayHit.h>
 
 #include "bullet/MassData.h"
@@ -120,6 +119,7 @@ public:
   void filterChanged(); // who may meet whom
   void statusChanged(); // sensor, enable: body or own object are built again
   void poseChanged();   // the frame was moved in its parent
+  void tellMoved() const { m_geometry.m_observers.tellMoved(); }
   /** Sets the frame of a geometry that is in no space, and tells nobody. */
   void placeFrame(zor::Frame* parent, zor::AffineMatrix4x4 const& local);
   void onShapeChanged() override { shapesChanged(); }
@@ -130,11 +130,11 @@ public:
   bool sensor = false;
   bool enabled = true;
   bool collisions = true;
+  bool shapesPlaced = false; // whether any of the locals is not the identity
   zor::UInt32Vector groups;         // ascending
   std::set<GeometryImpl*> disabled; // kept on both sides
   zorCollide::Geometry::ShapeChangeEvent shapeChange;
   zorCollide::Geometry::RemovalEvent removal;
-  zorCollide::GeometryObserverList observers;
 
 private:
   void checkMovable() const;
@@ -174,7 +174,7 @@ protected:
   }
   void moved() override {
     if (m_geometry)
-      m_geometry->observers.tellMoved();
+      m_geometry->tellMoved();
   }
 
 private:

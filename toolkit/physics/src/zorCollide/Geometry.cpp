@@ -181,8 +181,8 @@ Geometry::RemovalEvent& Geometry::getRemovalEvent() const {
   return m_impl->removal;
 }
 
-GeometryObserver* Geometry::getFirstObserver() const {
-  return m_impl->observers.first();
+bool Geometry::hasShapeTransforms() const {
+  return m_impl->shapesPlaced;
 }
 
 } // namespace zorCollide

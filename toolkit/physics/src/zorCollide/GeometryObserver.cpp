@@ -4,8 +4,6 @@
 
 #include <zorCollide/Geometry.h>
 
-#include "bullet/GeometryImpl.h"
-
 namespace zorCollide {
 
 namespace {
@@ -29,10 +27,10 @@ void GeometryObserver::observe(Geometry* geometry) {
   if (geometry == m_geometry)
     return;
   if (m_geometry)
-    m_geometry->getImpl().observers.remove(*this);
+    m_geometry->m_observers.remove(*this);
   m_geometry = geometry;
   if (m_geometry)
-    m_geometry->getImpl().observers.append(*this);
+    m_geometry->m_observers.append(*this);
 }
 
 void GeometryObserverList::append(GeometryObserver& observer) {
@@ -42,7 +40,8 @@ void GeometryObserverList::append(GeometryObserver& observer) {
 }
 
 void GeometryObserverList::remove(GeometryObserver& observer) {
-  std::replace(m_walks.begin(), m_walks.end(), &observer, observer.m_next);
+  if (m_walks)
+    std::replace(m_walks->begin(), m_walks->end(), &observer, observer.m_next);
   (observer.m_previous ? observer.m_previous->m_next : m_first) = observer.m_next;
   (observer.m_next ? observer.m_next->m_previous : m_last) = observer.m_previous;
   observer.m_previous = observer.m_next = nullptr;
@@ -53,14 +52,28 @@ void GeometryObserverList::tellMoved() const {
     observer->geometryMoved();
 }
 
-void GeometryObserverList::tellLeft(Space& space, Geometry& geometry) {
-  std::size_t const walk = m_walks.size();
-  m_walks.push_back(m_first);
-  WalkEnd const end(m_walks);
-  while (GeometryObserver* const observer = m_walks[walk]) {
-    m_walks[walk] = observer->m_next;
-    observer->geometryLeft(&space, &geometry);
+template <class Tell>
+void GeometryObserverList::tellAll(Tell tell) {
+  if (!m_first)
+    return;
+  if (!m_walks)
+    m_walks = std::make_unique<std::vector<GeometryObserver*>>();
+  std::vector<GeometryObserver*>& walks = *m_walks;
+  std::size_t const walk = walks.size();
+  walks.push_back(m_first);
+  WalkEnd const end(walks);
+  while (GeometryObserver* const observer = walks[walk]) {
+    walks[walk] = observer->m_next;
+    tell(*observer);
   }
+}
+
+void GeometryObserverList::tellShapesChanged() {
+  tellAll([](GeometryObserver& observer) { observer.geometryShapesChanged(); });
+}
+
+void GeometryObserverList::tellLeft(Space& space, Geometry& geometry) {
+  tellAll([&](GeometryObserver& observer) { observer.geometryLeft(&space, &geometry); });
 }
 
 void GeometryObserverList::tellDestroyed(Geometry& geometry) noexcept {
