@@ -83,13 +83,18 @@ double differingPart(osg::Image const& a, osg::Image const& b) {
 enum class By { SIMULATION, BODY };
 
 void createOurs(Bodies& bodies, osg::Group& root, By by, bool colored) {
-  if (by == By::SIMULATION)
+  if (by == By::SIMULATION) {
     zorOSG::createVisual(&bodies.simulation(), &root);
-  else
-    for (auto const& body : bodies.simulation().getRigidBodies())
-      zorOSG::createVisual(body.get(), &root);
-  for (size_t i = 0; colored && i < bodies.geometries().size(); ++i)
-    zorOSG::setDiffuseColor(bodies.geometries()[i].get(), scene::colorOf(static_cast<int>(i)), &root);
+    for (size_t i = 0; colored && i < bodies.geometries().size(); ++i)
+      zorOSG::setDiffuseColor(bodies.geometries()[i].get(), scene::colorOf(static_cast<int>(i)), &root);
+    return;
+  }
+  auto const& all = bodies.simulation().getRigidBodies();
+  for (size_t i = 0; i < all.size(); ++i) {
+    zorOSG::createVisual(all[i].get(), &root);
+    if (colored)
+      zorOSG::setDiffuseColor(all[i].get(), scene::colorOf(static_cast<int>(i)), &root);
+  }
 }
 
 void drawFrames(benchmark::State& state) {
@@ -167,7 +172,7 @@ void createVisuals(benchmark::State& state) {
         },
         [&] {
           double const bytes = heapBytes();
-          handWritten = std::make_unique<HandWritten>(theirs, meshes(), colored);
+          handWritten = std::make_unique<HandWritten>(theirs, meshes(), colored, by == By::BODY);
           theirBytes = heapBytes() - bytes;
         });
     state.SetIterationTime(turns.ours.wall - before);

@@ -87,23 +87,36 @@ Meshes::Meshes() : m_visuals(new osg::Group) {
   }
 }
 
-HandWritten::HandWritten(Bodies const& bodies, Meshes const& meshes, bool colored) : m_bodies(bodies) {
+HandWritten::HandWritten(Bodies& bodies, Meshes const& meshes, bool colored, bool grouped)
+    : m_bodies(bodies) {
   std::array<osg::ref_ptr<osg::StateSet>, KINDS> states;
   for (int kind = 0; colored && kind < KINDS; ++kind)
     states[static_cast<size_t>(kind)] = makeState(colorOf(kind));
   auto const count = bodies.geometries().size();
   m_transforms.reserve(count);
   m_byGeometry.reserve(count);
-  for (size_t i = 0; i < count; ++i) {
+  auto const add = [&](zorCollide::Geometry const& geometry, osg::Group& group) {
+    size_t const i = m_transforms.size();
     osg::ref_ptr<osg::MatrixTransform> const transform =
-        new osg::MatrixTransform(osg::Matrixd(bodies.geometries()[i]->getTransform().ptr()));
+        new osg::MatrixTransform(osg::Matrixd(geometry.getTransform().ptr()));
     transform->addChild(&meshes.of(static_cast<int>(i)));
     if (colored)
       transform->setStateSet(states[i % KINDS]);
-    m_root->addChild(transform);
+    group.addChild(transform);
     m_transforms.push_back(transform);
-    m_byGeometry.emplace(bodies.geometries()[i].get(), transform);
-  }
+    m_byGeometry.emplace(&geometry, transform);
+  };
+  if (grouped)
+    for (auto const& body : bodies.simulation().getRigidBodies()) {
+      osg::ref_ptr<osg::Group> const group = new osg::Group;
+      group->setName(body->getName());
+      for (auto const& geometry : body->getGeometries())
+        add(*geometry, *group);
+      m_root->addChild(group);
+    }
+  else
+    for (auto const& geometry : bodies.geometries())
+      add(*geometry, *m_root);
 }
 
 void HandWritten::follow() {

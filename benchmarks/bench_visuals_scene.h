@@ -77,8 +77,11 @@ private:
 /** The graph as somebody writes it who knows the library and this scene: one matrix a body, shared meshes. */
 class HandWritten {
 public:
-  /** \param colored - true for one state for each kind, shared by its bodies */
-  HandWritten(Bodies const& bodies, Meshes const& meshes, bool colored);
+  /**
+   * \param colored - true for one state for each kind, shared by its bodies
+   * \param grouped - true for a named group for each body, as visuals that are made body by body have it
+   */
+  HandWritten(Bodies& bodies, Meshes const& meshes, bool colored, bool grouped = false);
 
   osg::Group& root() { return *m_root; }
 

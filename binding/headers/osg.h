@@ -51,3 +51,5 @@
 #include <set>
 #include <tuple>
 #include <vector>
+
+#include <zorOSG/SharedState.h>

@@ -5,6 +5,8 @@
 #include <osg/StateSet>
 #include <osg/Uniform>
 
+#include <zorOSG/SharedState.h>
+
 namespace zorOSG {
 
 namespace {
@@ -15,7 +17,7 @@ void setUniform(char const* function, osg::Node* node, std::string const& name, 
     throw std::invalid_argument(std::string(function) + ": node is null");
   if (name.empty())
     throw std::invalid_argument(std::string(function) + ": the name of the uniform is empty");
-  node->getOrCreateStateSet()->addUniform(new osg::Uniform(name.c_str(), value), osg::StateAttribute::ON);
+  unsharedOrNewStateSet(*node).addUniform(new osg::Uniform(name.c_str(), value), osg::StateAttribute::ON);
 }
 
 } // namespace

@@ -10,12 +10,16 @@
 #include <zorOSG/CreateVisual.h>
 #include <zorOSG/Lookup.h>
 #include <zorOSG/RenderState.h>
+#include <zorOSG/SharedState.h>
 
 #include <osg/PolygonMode>
 #include <osgDB/WriteFile>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <set>
+#include <vector>
 
 using zor::ref_ptr;
 using zor::Vec3;
@@ -118,21 +122,71 @@ TEST_F(SceneLook, MaterialValuesKeepEachOther) {
   zorOSG::setSpecularColor(leftNode, Vec4f(0.5f, 0.5f, 0.5f, 1.0f));
   zorOSG::setDiffuseColor(leftNode, red);
   zorOSG::setShininess(leftNode, 500.0f);
-  auto const* material =
-      static_cast<osg::Material const*>(leftNode->getStateSet()->getAttribute(osg::StateAttribute::MATERIAL));
+  auto const material = [this] {
+    return static_cast<osg::Material const*>(
+        leftNode->getStateSet()->getAttribute(osg::StateAttribute::MATERIAL));
+  };
   constexpr osg::Material::Face face = osg::Material::FRONT;
-  EXPECT_FLOAT_EQ(material->getSpecular(face).r(), 0.5f);
-  EXPECT_FLOAT_EQ(material->getShininess(face), 128.0f);
-  EXPECT_FLOAT_EQ(material->getAmbient(face).r(), 0.9f); // goes along with the diffuse colour …
+  EXPECT_FLOAT_EQ(material()->getSpecular(face).r(), 0.5f);
+  EXPECT_FLOAT_EQ(material()->getShininess(face), 128.0f);
+  EXPECT_FLOAT_EQ(material()->getAmbient(face).r(), 0.9f); // goes along with the diffuse colour …
   zorOSG::setAmbientColor(leftNode, Vec4f(0.2f, 0.2f, 0.2f, 1.0f));
   zorOSG::setDiffuseColor(leftNode, blue);
-  EXPECT_FLOAT_EQ(material->getAmbient(face).r(), 0.2f); // … until it has one of its own
+  EXPECT_FLOAT_EQ(material()->getAmbient(face).r(), 0.2f); // … until it has one of its own
   zorOSG::setAlpha(leftNode, 0.4f);
-  EXPECT_FLOAT_EQ(material->getDiffuse(face).a(), 0.4f);
+  EXPECT_FLOAT_EQ(material()->getDiffuse(face).a(), 0.4f);
   EXPECT_EQ(leftNode->getStateSet()->getRenderingHint(), osg::StateSet::TRANSPARENT_BIN);
   zorOSG::setAlpha(leftNode, 1.0f);
   EXPECT_EQ(leftNode->getStateSet()->getRenderingHint(), osg::StateSet::DEFAULT_BIN);
   EXPECT_THROW(zorOSG::setAlpha(leftNode, NAN), std::invalid_argument);
+}
+
+TEST_F(SceneLook, VisualsOfOneColourShareItsStateUntilOneChanges) {
+  auto const flags = [](osg::Node& node) {
+    return node.getStateSet()->getAttributePair(osg::StateAttribute::MATERIAL)->second;
+  };
+  zorOSG::setDiffuseColor(leftNode, red, true);
+  EXPECT_NE(flags(*leftNode) & osg::StateAttribute::OVERRIDE, 0u);
+  zorOSG::setDiffuseColor(leftNode, red); // the same values, but another state
+  EXPECT_EQ(flags(*leftNode) & osg::StateAttribute::OVERRIDE, 0u);
+  zorOSG::setDiffuseColor(rightNode, red);
+  EXPECT_EQ(leftNode->getStateSet(), rightNode->getStateSet());
+
+  zorOSG::setShininess(leftNode, 3.0f, true); // another look, shared by nobody yet
+  EXPECT_NE(leftNode->getStateSet(), rightNode->getStateSet());
+  zorOSG::setMetallic(leftNode, 0.3f); // no longer a plain look
+  EXPECT_NE(flags(*leftNode) & osg::StateAttribute::OVERRIDE, 0u);
+  zorOSG::setRoughness(leftNode, 0.3f, true);
+  zorOSG::setDiffuseColor(leftNode, blue);
+  EXPECT_NE(leftNode->getStateSet()->getUniform("zor_roughness"), nullptr);
+  EXPECT_EQ(ownDiffuse(*rightNode), osg::Vec4(0.9f, 0.1f, 0.1f, 1.0f));
+
+  zorOSG::setDiffuseColor(leftNode, blue);
+  osg::StateSet* const shared = rightNode->getStateSet();
+  osg::StateSet* const own = zorOSG::unsharedStateSet(*rightNode);
+  EXPECT_NE(own, shared);
+  EXPECT_EQ(ownDiffuse(*rightNode), osg::Vec4(0.9f, 0.1f, 0.1f, 1.0f));
+  zorOSG::setAlpha(rightNode, 0.5f);
+  EXPECT_EQ(rightNode->getStateSet(), own); // what was put into it stays
+}
+
+TEST_F(SceneLook, ManyVisualsOfOneColourKeepIt) {
+  constexpr int COUNT = 2500; // more than one state set serves
+  std::vector<zorOSG::GeometryNode*> nodes;
+  for (int i = 0; i < COUNT; ++i) {
+    nodes.push_back(zorOSG::createVisual(left.get(), root.get()));
+    zorOSG::setDiffuseColor(nodes.back(), i % 2 ? red : blue);
+  }
+  std::set<osg::StateSet const*> states;
+  for (int i = 0; i < COUNT; ++i) {
+    ASSERT_FLOAT_EQ(ownDiffuse(*nodes[i]).r(), i % 2 ? 0.9f : 0.1f);
+    states.insert(nodes[i]->getStateSet());
+  }
+  EXPECT_LE(states.size(), 6u);
+  for (int i = 0; i < 1000; ++i) // shades that nobody wears for long
+    zorOSG::setDiffuseColor(nodes[0], Vec4f(0.001f * static_cast<float>(i), 0, 0, 1));
+  EXPECT_FLOAT_EQ(ownDiffuse(*nodes[0]).r(), 0.999f);
+  EXPECT_FLOAT_EQ(ownDiffuse(*nodes[1]).r(), 0.9f);
 }
 
 TEST_F(SceneLook, ARedBoxIsWhereTheCameraProjectsIt) {

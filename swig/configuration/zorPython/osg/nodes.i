@@ -87,10 +87,6 @@ public:
   unsigned int getNodeMask() const;
   /** \param mask - 0 hides the node and all below it */
   void setNodeMask(unsigned int mask);
-  /** \return the node's state, a new one if it has none */
-  osg::StateSet* getOrCreateStateSet();
-  /** \return the node's state; None if it has none */
-  osg::StateSet* getStateSet();
   void setStateSet(osg::StateSet* stateset);
   /** \return the sphere around everything below the node, in the coordinates of its parent */
   osg::BoundingSphere const& getBound() const;
@@ -108,6 +104,12 @@ public:
   osg::Drawable* asDrawable();
   osg::Geometry* asGeometry();
 };
+%extend Node {
+  /** \return the node's state, a new one if it has none; state that visuals of one colour share is copied first */
+  osg::StateSet* getOrCreateStateSet() { return &zorOSG::unsharedOrNewStateSet(*$self); }
+  /** \return the node's state; None if it has none */
+  osg::StateSet* getStateSet() { return zorOSG::unsharedStateSet(*$self); }
+}
 %extend Node {
   /** \param index position below getNumParents() \return a parent; IndexError if there is none */
   osg::Group* getParent(ptrdiff_t index) {

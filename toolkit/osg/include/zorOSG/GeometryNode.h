@@ -127,7 +127,7 @@ public:
   void selectRenderChild(RenderFlag flag);
 
   /** \return the kind of child that is drawn; GEOMETRY_DATA for a new node */
-  RenderFlag getSelectedRenderChild() const { return m_selected; }
+  RenderFlag getSelectedRenderChild() const { return m_renderDataSelected ? RENDER_DATA : GEOMETRY_DATA; }
 
   /**
    * Sets the child of a kind, so that it can be toggled by flag. A previous child of that kind is removed.
@@ -163,13 +163,12 @@ public:
    */
   void buildVisual(float detailRatio, zorOSG::RigidBodyRenderCache::Templates* templates = nullptr);
 
-  /**
-   * Sets the state that the node is drawn with below its own state set, or where that says nothing: shared by
-   * many nodes and not to be changed.
-   * \param state - the state; null for none
-   */
-  void setDefaultLook(osg::StateSet* state) { m_defaultLook = state; }
-  osg::StateSet* getDefaultLook() const { return m_defaultLook.get(); }
+  /** What the node looks like where its own state set says nothing. */
+  enum class DefaultLook : std::uint8_t { NONE, THING, GROUND };
+
+  void setDefaultLook(DefaultLook look) { m_defaultLook = look; }
+  /** \return the state of the default look, shared and not to be changed; null for none */
+  osg::StateSet* getDefaultLook() const;
 
   /** \return the mesh that is all there is to draw; null if there is nothing or more */
   osg::Geometry* getOnlyMesh() const;
@@ -215,14 +214,14 @@ private:
   Follower m_follower;
   osg::ref_ptr<osg::Node> m_renderDataChild;
   osg::ref_ptr<osg::Node> m_geometryDataChild;
-  osg::ref_ptr<osg::StateSet> m_defaultLook;
-  mutable osg::Vec3 m_boundCenter; // in the node's own coordinates
-  mutable bool m_boundCenterKnown = false;
-  bool m_autoRemove = true;
-  bool m_visible = true;      // follows whether the geometry is enabled
-  float m_detailRatio = 0.0f; // 0 while no visual was made from the shapes
-  RenderFlag m_selected = GEOMETRY_DATA;
+  mutable osg::Vec3 m_boundCenter;        // in the node's own coordinates
+  float m_detailRatio = 0.0f;             // 0 while no visual was made from the shapes
   std::uint32_t m_movedPlace = NOT_MOVED; // among the moved nodes
+  mutable bool m_boundCenterKnown : 1 = false;
+  bool m_autoRemove : 1 = true;
+  bool m_visible : 1 = true;         // follows whether the geometry is enabled
+  bool m_renderDataSelected = false; // which RenderFlag is
+  DefaultLook m_defaultLook = DefaultLook::NONE;
 #endif
 };
 

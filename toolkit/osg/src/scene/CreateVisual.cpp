@@ -60,7 +60,8 @@ osg::ref_ptr<GeometryNode> makeVisual(zorCollide::Geometry const& geometry, Visu
   if (std::as_const(*node).getRenderChild(GeometryNode::RENDER_DATA))
     node->selectRenderChild(GeometryNode::RENDER_DATA);
   if (options.defaultLook)
-    node->setDefaultLook(isGround(geometry) ? &groundLook() : &defaultLook());
+    node->setDefaultLook(isGround(geometry) ? GeometryNode::DefaultLook::GROUND
+                                            : GeometryNode::DefaultLook::THING);
   if (options.axes)
     node->addChild(axesFor(*node));
   if (geometry.isSensor())

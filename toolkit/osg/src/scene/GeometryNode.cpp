@@ -119,8 +119,7 @@ void GeometryNode::Follower::geometryLeft(zorCollide::Space* space, zorCollide::
 
 GeometryNode::GeometryNode() : GeometryNode(nullptr) {}
 
-GeometryNode::GeometryNode(zorCollide::Geometry* geometry)
-    : shapeCallback(ownShapeCallback()) {
+GeometryNode::GeometryNode(zorCollide::Geometry* geometry) : shapeCallback(ownShapeCallback()) {
   setGeometry(geometry);
 }
 
@@ -128,8 +127,8 @@ GeometryNode::GeometryNode(GeometryNode const& node, osg::CopyOp const& copyop)
     : osg::MatrixTransform(node, copyop), shapeCallback(ownShapeCallback()),
       m_renderDataChild(counterpart(node, node.m_renderDataChild, *this)),
       m_geometryDataChild(counterpart(node, node.m_geometryDataChild, *this)),
-      m_defaultLook(node.m_defaultLook), m_autoRemove(node.m_autoRemove), m_visible(node.m_visible),
-      m_detailRatio(node.m_detailRatio), m_selected(node.m_selected) {
+      m_detailRatio(node.m_detailRatio), m_autoRemove(node.m_autoRemove), m_visible(node.m_visible),
+      m_renderDataSelected(node.m_renderDataSelected), m_defaultLook(node.m_defaultLook) {
   setGeometry(node.m_follower.getObserved());
 }
 
@@ -200,10 +199,11 @@ void GeometryNode::accept(osg::NodeVisitor& visitor) {
 void GeometryNode::acceptCull(osgUtil::CullVisitor& visitor) {
   if (typeid(visitor) == typeid(osgUtil::CullVisitor) && cullMesh(visitor))
     return;
-  if (m_defaultLook)
-    visitor.pushStateSet(m_defaultLook);
+  osg::StateSet* const look = getDefaultLook();
+  if (look)
+    visitor.pushStateSet(look);
   osg::MatrixTransform::accept(visitor);
-  if (m_defaultLook)
+  if (look)
     visitor.popStateSet();
 }
 
@@ -235,7 +235,7 @@ bool GeometryNode::cullMesh(osgUtil::CullVisitor& visitor) {
   bool const seeThrough = getStateSet() && isTransparent(*getStateSet());
   bool const oneSided = ShapeMeshCache::isClosed(*mesh) && !seeThrough && !mirrors(*place);
   // What is said of the node comes after, and wins.
-  osg::StateSet* const states[] = {oneSided ? &closedSurface() : nullptr, m_defaultLook.get(), getStateSet(),
+  osg::StateSet* const states[] = {oneSided ? &closedSurface() : nullptr, getDefaultLook(), getStateSet(),
                                    mesh->getStateSet()};
   for (osg::StateSet* const state : states)
     if (state)
@@ -276,8 +276,8 @@ bool GeometryNode::isDrawn(osg::Node const* child) const {
   if (!m_visible)
     return false;
   if (child == m_renderDataChild)
-    return m_selected == RENDER_DATA;
-  return child != m_geometryDataChild || m_selected == GEOMETRY_DATA;
+    return m_renderDataSelected;
+  return child != m_geometryDataChild || !m_renderDataSelected;
 }
 
 void GeometryNode::removeNode(zorCollide::Space* /*space*/, zorCollide::Geometry* geometry) {
@@ -291,9 +291,15 @@ void GeometryNode::removeFromParents() {
     getParent(getNumParents() - 1)->removeChild(this);
 }
 
+osg::StateSet* GeometryNode::getDefaultLook() const {
+  if (m_defaultLook == DefaultLook::NONE)
+    return nullptr;
+  return m_defaultLook == DefaultLook::GROUND ? &groundLook() : &defaultLook();
+}
+
 void GeometryNode::selectRenderChild(RenderFlag flag) {
   requireKnown(flag);
-  m_selected = flag;
+  m_renderDataSelected = flag == RENDER_DATA;
 }
 
 osg::ref_ptr<osg::Node>& GeometryNode::renderChild(RenderFlag flag) {
@@ -386,7 +392,7 @@ void GeometryNode::buildVisual(float detailRatio, RigidBodyRenderCache::Template
   setRenderChild(RENDER_DATA, renderData);
   setRenderChild(GEOMETRY_DATA, form);
   if (!renderData)
-    m_selected = GEOMETRY_DATA;
+    m_renderDataSelected = false;
 }
 
 } // namespace zorOSG

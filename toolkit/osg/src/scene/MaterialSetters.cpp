@@ -7,6 +7,7 @@
 
 #include <zorOSG/Lookup.h>
 
+#include "Ancestry.h"
 #include "Checks.h"
 #include "Convert.h"
 #include "VisualState.h"
@@ -17,11 +18,6 @@ namespace zorOSG {
 namespace {
 
 constexpr osg::Material::Face bothFaces = osg::Material::FRONT_AND_BACK;
-
-osg::Material& materialFor(char const* function, osg::Node* node, bool override, MaterialValue value) {
-  requireGiven(function, "node", node);
-  return ownMaterial(*node, override, value);
-}
 
 void requireColor(char const* function, zor::Vec4f const& color) {
   for (unsigned int i = 0; i < 4; ++i)
@@ -59,12 +55,14 @@ bool sameHue(osg::Vec4 const& a, osg::Vec4 const& b) {
 
 void setDiffuseColor(osg::Node* node, zor::Vec4f const& color, bool override) {
   requireColor("setDiffuseColor", color);
-  osg::Material& material = materialFor("setDiffuseColor", node, override, MaterialValue::DIFFUSE);
-  // The ambient colour goes along until it is set to something else: shade of another hue looks dirty.
-  if (sameHue(material.getAmbient(bothFaces), material.getDiffuse(bothFaces)))
-    material.setAmbient(bothFaces, toOsg(color));
-  material.setDiffuse(bothFaces, toOsg(color));
-  setTransparency(*node->getStateSet(), color.w(), override);
+  requireGiven("setDiffuseColor", "node", node);
+  osg::Vec4 const diffuse = toOsg(color);
+  editLook(*node, override, MaterialValue::DIFFUSE, color.w(), [&diffuse](auto& material) {
+    // The ambient colour goes along until it is set to something else: shade of another hue looks dirty.
+    if (sameHue(material.getAmbient(bothFaces), material.getDiffuse(bothFaces)))
+      material.setAmbient(bothFaces, diffuse);
+    material.setDiffuse(bothFaces, diffuse);
+  });
 }
 
 void setDiffuseColor(zor::RigidBody* body, zor::Vec4f const& color, osg::Group* root) {
@@ -76,31 +74,38 @@ void setDiffuseColor(zor::RigidBody* body, zor::Vec4f const& color, osg::Group* 
 void setDiffuseColor(zorCollide::Geometry* geometry, zor::Vec4f const& color, osg::Group* root) {
   requireGiven("setDiffuseColor", "geometry", geometry);
   requireGiven("setDiffuseColor", "root", root);
-  for (GeometryNode* node : findGeometryNodes(geometry, root))
-    setDiffuseColor(node, color);
+  for (GeometryNode* node = firstFollowing(*geometry); node; node = nextFollowing(*node))
+    if (isAtOrBelow(node, root))
+      setDiffuseColor(node, color);
 }
 
 void setAmbientColor(osg::Node* node, zor::Vec4f const& color, bool override) {
   requireColor("setAmbientColor", color);
-  materialFor("setAmbientColor", node, override, MaterialValue::AMBIENT).setAmbient(bothFaces, toOsg(color));
+  requireGiven("setAmbientColor", "node", node);
+  editLook(*node, override, MaterialValue::AMBIENT, {},
+           [&color](auto& material) { material.setAmbient(bothFaces, toOsg(color)); });
 }
 
 void setSpecularColor(osg::Node* node, zor::Vec4f const& color, bool override) {
   requireColor("setSpecularColor", color);
-  materialFor("setSpecularColor", node, override, MaterialValue::SPECULAR)
-      .setSpecular(bothFaces, toOsg(color));
+  requireGiven("setSpecularColor", "node", node);
+  editLook(*node, override, MaterialValue::SPECULAR, {},
+           [&color](auto& material) { material.setSpecular(bothFaces, toOsg(color)); });
 }
 
 void setShininess(osg::Node* node, float shininess, bool override) {
   requireFinite("setShininess", "shininess", shininess);
-  materialFor("setShininess", node, override, MaterialValue::SHININESS)
-      .setShininess(bothFaces, std::clamp(shininess, 0.0f, 128.0f));
+  requireGiven("setShininess", "node", node);
+  editLook(*node, override, MaterialValue::SHININESS, {}, [shininess](auto& material) {
+    material.setShininess(bothFaces, std::clamp(shininess, 0.0f, 128.0f));
+  });
 }
 
 void setAlpha(osg::Node* node, float alpha, bool override) {
   float const opacity = limited("setAlpha", "alpha", alpha);
-  materialFor("setAlpha", node, override, MaterialValue::ALPHA).setAlpha(bothFaces, opacity);
-  setTransparency(*node->getStateSet(), opacity, override);
+  requireGiven("setAlpha", "node", node);
+  editLook(*node, override, MaterialValue::ALPHA, opacity,
+           [opacity](auto& material) { material.setAlpha(bothFaces, opacity); });
 }
 
 void setGamma(osg::Node* node, float gamma, bool override) {
@@ -118,14 +123,15 @@ void setGamma(osg::Node* node, float gamma, bool override) {
 
 void setMetallic(osg::Node* node, float metallic, bool override) {
   float const value = limited("setMetallic", "metallic", metallic);
-  materialFor("setMetallic", node, override, MaterialValue::NONE);
+  requireGiven("setMetallic", "node", node);
+  ownMaterial(*node, override, MaterialValue::NONE);
   setForShader(*node, "zor_metallic", value, define::METALLIC, override);
 }
 
 void setRoughness(osg::Node* node, float roughness, bool override) {
   float const value = limited("setRoughness", "roughness", roughness);
-  materialFor("setRoughness", node, override, MaterialValue::SHININESS)
-      .setShininess(bothFaces, phongExponent(value));
+  requireGiven("setRoughness", "node", node);
+  ownMaterial(*node, override, MaterialValue::SHININESS).setShininess(bothFaces, phongExponent(value));
   setForShader(*node, "zor_roughness", value, define::ROUGHNESS, override);
 }
 

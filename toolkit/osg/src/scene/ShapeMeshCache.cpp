@@ -19,6 +19,12 @@ osg::Referenced* closedMark() {
   return mark.get();
 }
 
+/**
+ * A mesh looks through all of its parents when one leaves. One that has many is followed by another that
+ * draws from the same buffers.
+ */
+constexpr unsigned int MOST_PARENTS = 4096;
+
 } // namespace
 
 std::size_t ShapeKeyHash::operator()(ShapeKey const& key) const {
@@ -40,10 +46,14 @@ osg::ref_ptr<osg::Geometry> ShapeMeshCache::get(ShapeKey const& key, Maker const
   std::lock_guard const lock(m_mutex);
   osg::ref_ptr<osg::Geometry> mesh;
   auto const place = m_meshes.find(key);
-  if (place != m_meshes.end() && place->second.lock(mesh))
-    return mesh;
-  mesh = make();
-  mesh->setUserData(key.closed ? closedMark() : openMark());
+  if (place != m_meshes.end() && place->second.lock(mesh)) {
+    if (mesh->getNumParents() < MOST_PARENTS)
+      return mesh;
+    mesh = new osg::Geometry(*mesh, osg::CopyOp::SHALLOW_COPY);
+  } else {
+    mesh = make();
+    mesh->setUserData(key.closed ? closedMark() : openMark());
+  }
   m_meshes[key] = mesh;
   if (m_meshes.size() >= m_sizeToCleanAt)
     dropDead();

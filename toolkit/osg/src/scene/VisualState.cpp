@@ -1,13 +1,13 @@
 #include "VisualState.h"
 
-#include <osg/Geode>
-#include <osg/NodeVisitor>
+#include <osg/Group>
 #include <osg/Program>
 #include <osg/ValueObject>
 
 #include <stdexcept>
 
 #include <zorOSG/Lookup.h>
+#include <zorOSG/SharedState.h>
 
 #include "ShapeMeshCache.h"
 
@@ -48,10 +48,8 @@ osg::Material* materialOf(osg::StateSet& state) {
   return static_cast<osg::Material*>(state.getAttribute(osg::StateAttribute::MATERIAL));
 }
 
-osg::ref_ptr<osg::StateSet> makeLook(osg::Material& material) {
-  osg::ref_ptr<osg::StateSet> look = new osg::StateSet;
-  look->setAttributeAndModes(&material);
-  return look;
+osg::ref_ptr<SharedLook> makeLook(osg::Material& material) {
+  return new SharedLook(LookValues(material), material);
 }
 
 /** The material that a node sets or has as its default look; null if it has none. */
@@ -73,44 +71,35 @@ osg::Material const& materialBefore(osg::Node& node) {
   }
 }
 
+std::string const& overridesName() {
+  static std::string const name = "zor_override";
+  return name;
+}
+
 /** Remembers at a material which of its values shall win, and tells whether any does. */
 bool keepOverride(osg::Material& material, MaterialValue value, bool override) {
-  static std::string const name = "zor_override";
-  int const bit = static_cast<int>(value);
   int before = 0;
-  material.getUserValue(name, before);
-  int const now = override ? before | bit : before & ~bit;
-  if (now != before)
-    material.setUserValue(name, now);
+  material.getUserValue(overridesName(), before);
+  std::uint32_t const now = withOverride(static_cast<std::uint32_t>(before), value, override);
+  setOverrides(material, now);
   return now != 0;
 }
 
-/** Takes the default look away from everything at and below a node. */
-class DefaultLookRemover : public osg::NodeVisitor {
-public:
-  DefaultLookRemover() : osg::NodeVisitor(TRAVERSE_ALL_CHILDREN) { setNodeMaskOverride(~0u); }
-
-  void apply(osg::Transform& transform) override {
-    if (GeometryNode* const visual = asGeometryNode(&transform))
-      visual->setDefaultLook(nullptr);
-    traverse(transform);
-  }
-  // Leaves hold no visual.
-  void apply(osg::Geode&) override {}
-  void apply(osg::Drawable&) override {}
-};
-
 } // namespace
+
+osg::StateSet& exclusiveState(osg::Node& node) {
+  osg::StateSet* const state = unsharedStateSet(node);
+  if (state && state->getNumParents() > 1)
+    node.setStateSet(new osg::StateSet(*state, osg::CopyOp::SHALLOW_COPY));
+  return *node.getOrCreateStateSet();
+}
 
 osg::StateSet& ownState(osg::Node& node) {
   osg::Geometry const* const mesh = node.asGeometry();
   if (mesh && ShapeMeshCache::isShared(*mesh))
     throw std::invalid_argument(
         "the visuals of equal shapes share this mesh: change the look of a node above it");
-  osg::StateSet* state = node.getStateSet();
-  if (state && state->getNumParents() > 1)
-    node.setStateSet(new osg::StateSet(*state, osg::CopyOp::SHALLOW_COPY));
-  return *node.getOrCreateStateSet();
+  return exclusiveState(node);
 }
 
 osg::Material& defaultMaterial() {
@@ -118,13 +107,13 @@ osg::Material& defaultMaterial() {
   return *blueGrey;
 }
 
-osg::StateSet& defaultLook() {
-  static osg::ref_ptr<osg::StateSet> const look = makeLook(defaultMaterial());
+SharedLook& defaultLook() {
+  static osg::ref_ptr<SharedLook> const look = makeLook(defaultMaterial());
   return *look;
 }
 
-osg::StateSet& groundLook() {
-  static osg::ref_ptr<osg::StateSet> const sand = makeLook(*makeMaterial({0.78f, 0.76f, 0.71f, 1.0f}, 0.05f));
+SharedLook& groundLook() {
+  static osg::ref_ptr<SharedLook> const sand = makeLook(*makeMaterial({0.78f, 0.76f, 0.71f, 1.0f}, 0.05f));
   return *sand;
 }
 
@@ -149,9 +138,46 @@ osg::Material& ownMaterial(osg::Node& node, bool override, MaterialValue value) 
     material = new osg::Material(*material, osg::CopyOp::DEEP_COPY_ALL);
   }
   state.setAttributeAndModes(material, onValue(keepOverride(*material, value, override)));
-  DefaultLookRemover remover;
-  node.accept(remover);
+  dropDefaultLooks(node);
   return *material;
+}
+
+std::uint32_t withOverride(std::uint32_t overrides, MaterialValue value, bool override) {
+  auto const bit = static_cast<std::uint32_t>(value);
+  return override ? overrides | bit : overrides & ~bit;
+}
+
+void setOverrides(osg::Material& material, std::uint32_t overrides) {
+  int before = 0;
+  material.getUserValue(overridesName(), before);
+  if (static_cast<int>(overrides) != before)
+    material.setUserValue(overridesName(), static_cast<int>(overrides));
+}
+
+void dropDefaultLooks(osg::Node& node, GeometryNode* visual) {
+  osg::Group* const group = visual ? visual : node.asGroup();
+  if (!group)
+    return; // leaves hold no visual
+  if (visual)
+    visual->setDefaultLook(GeometryNode::DefaultLook::NONE);
+  for (unsigned int i = 0; i < group->getNumChildren(); ++i)
+    dropDefaultLooks(*group->getChild(i));
+}
+
+void dropDefaultLooks(osg::Node& node) {
+  dropDefaultLooks(node, node.asTransform() ? asGeometryNode(&node) : nullptr);
+}
+
+std::optional<LookValues> sharedLookOf(GeometryNode& visual) {
+  osg::StateSet* const state = visual.getStateSet();
+  if (!state && visual.getDefaultLook())
+    return static_cast<SharedLook const*>(visual.getDefaultLook())->values();
+  if (auto const* const worn = dynamic_cast<SharedLook*>(state))
+    return worn->values();
+  osg::Material const& material = state ? defaultMaterial() : materialBefore(visual);
+  if (state || !LookValues::canHold(material))
+    return {};
+  return LookValues(material);
 }
 
 bool isTransparent(osg::StateSet const& state) {

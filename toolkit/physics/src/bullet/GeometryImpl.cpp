@@ -289,9 +289,8 @@ void GeometryImpl::setEnablePair(GeometryImpl& other, bool enable) {
 }
 
 void GeometryImpl::shapesChanged() {
-  shapesPlaced = std::any_of(locals.begin(), locals.end(), [](btTransform const& local) {
-    return !(local == btTransform::getIdentity());
-  });
+  shapesPlaced = std::any_of(locals.begin(), locals.end(),
+                             [](btTransform const& local) { return !(local == btTransform::getIdentity()); });
   for (auto& kept : m_leaves)
     kept.reset(); // whoever uses the old leaves holds them
   rebuild();

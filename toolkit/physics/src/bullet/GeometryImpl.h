@@ -130,7 +130,7 @@ public:
   bool sensor = false;
   bool enabled = true;
   bool collisions = true;
-  bool shapesPlaced = false; // whether any of the locals is not the identity
+  bool shapesPlaced = false;        // whether any of the locals is not the identity
   zor::UInt32Vector groups;         // ascending
   std::set<GeometryImpl*> disabled; // kept on both sides
   zorCollide::Geometry::ShapeChangeEvent shapeChange;

@@ -60,19 +60,12 @@ bool hasMirrored(osg::StateSet const& state) {
   return false;
 }
 
-osg::StateSet& ownState(osg::Node& node) {
-  osg::StateSet* const state = node.getStateSet();
-  if (state && state->getNumParents() > 1)
-    node.setStateSet(new osg::StateSet(*state, osg::CopyOp::SHALLOW_COPY));
-  return *node.getOrCreateStateSet();
-}
-
 /** Sets a define on the node's own state set, and makes one only where there is something to say. */
 void keepOwnDefine(osg::Node& node, std::string const& name, bool set) {
   osg::StateSet const* const state = node.getStateSet();
   bool const present = state && state->getDefinePair(name);
   if (present != set)
-    keepDefine(ownState(node), name, set ? osg::StateAttribute::ON : osg::StateAttribute::INHERIT);
+    keepDefine(exclusiveState(node), name, set ? osg::StateAttribute::ON : osg::StateAttribute::INHERIT);
 }
 
 void mirrorReceiving(osg::Node& node) {
