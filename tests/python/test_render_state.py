@@ -525,6 +525,27 @@ class TestUniforms:
             zorOSG.setUniformInt(node, "count", 1.5)
 
 
+def test_state_that_visuals_share_can_be_edited_for_one_of_them():
+    root, nodes = osg.Group(), []
+    for geometry in [zorCollide.Geometry(zorCollide.Box(1, 1, 1)) for _ in range(3)]:
+        nodes.append(zorOSG.createVisual(geometry, root))
+        zorOSG.setDiffuseColor(nodes[-1], zor.Vec4f(0.8, 0.2, 0.1, 1))
+    first, second, third = nodes
+    state = first.getStateSet()
+    assert state == first.getOrCreateStateSet() and state.getNumParents() == 1
+    state.setMode(osg.GL_LIGHTING, osg.StateAttribute.OFF)
+    state.getMaterial().setShininess(osg.Material.FRONT_AND_BACK, 3)
+    zorOSG.setUniformFloat(second, "speed", 2.5)
+    zorOSG.setDiffuseColor(first, zor.Vec4f(0, 0, 1, 1))  # what was edited stays
+    assert first.getStateSet() == state and state.getMode(osg.GL_LIGHTING) == osg.StateAttribute.OFF
+    assert second.getStateSet().getUniform("speed").get() == 2.5
+    for node in (second, third):
+        material = node.getStateSet().getMaterial()
+        assert material.getDiffuse(osg.Material.FRONT).x() == pytest.approx(0.8)
+        assert material.getShininess(osg.Material.FRONT) != 3
+    assert third.getStateSet().getUniform("speed") is None
+
+
 def test_a_mismatch_lists_all_forms_of_set_texture():
     with pytest.raises(TypeError) as error:
         _zorOSG.setTexture(1, 2)

@@ -22,7 +22,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <map>
 #include <numbers>
+#include <set>
+#include <vector>
 
 using zor::AffineMatrix4x4;
 using zor::ref_ptr;
@@ -98,6 +101,24 @@ ref_ptr<zorCollide::Trimesh> makeTorus(double major, double minor, zor::UInt32 a
 }
 
 } // namespace
+
+TEST(SceneShapes, ThousandsOfEqualShapesDrawFromOneBuffer) {
+  osg::ref_ptr<osg::Group> const root = new osg::Group;
+  std::vector<ref_ptr<zorCollide::Geometry>> geometries;
+  std::map<osg::Geometry const*, int> meshes;
+  std::set<osg::Array const*> arrays;
+  for (int i = 0; i < 9000; ++i) { // more than one mesh serves
+    geometries.emplace_back(new zorCollide::Geometry(new zorCollide::Box(1, 2, 3)));
+    osg::Geometry const* const mesh = zorOSG::createVisual(geometries.back().get(), root)->getOnlyMesh();
+    ++meshes[mesh];
+    arrays.insert(mesh->getVertexArray());
+    ASSERT_NEAR(mesh->getBoundingBox().zMax(), 3.0, 1e-5);
+  }
+  EXPECT_EQ(meshes.size(), 3u);
+  EXPECT_EQ(arrays.size(), 1u);
+  for (auto const& [mesh, visuals] : meshes)
+    EXPECT_EQ(mesh->getNumParents(), static_cast<unsigned int>(visuals));
+}
 
 TEST(SceneShapes, RoundShapesAreClosedAndConvergeWithDetail) {
   for (RoundCase const& round : roundCases) {
