@@ -102,7 +102,8 @@ def test_colour_maps(scene):
     assert type(kept) is osgSim.ColorRangeRef and kept.valid() and (kept.get().getMin(), kept.get().getMax()) == (0, 10)
     assert tuple(kept.get().getColor(2.5)) == (0.25, 0.25, 0.25, 1)
     for call in (lambda: colours.getColor(float("nan")), lambda: colours.setColors(zorRender.ColorVector()), lambda: colours.setColorsFromPreset(11),
-                 lambda: colours.setScalarInterval(0, float("inf")), lambda: kept.get().getColor(float("nan"))):
+                 lambda: colours.setScalarInterval(0, float("inf")), lambda: kept.get().getColor(float("nan")),
+                 lambda: osgSim.ColorRange(-3e38, 3e38).getColor(1)):
         with pytest.raises(RuntimeError):
             call()
     with pytest.raises(TypeError, match="zorOSG::ScalarColorMap::ColorRangePreset,zor::Real,zor::Real"):

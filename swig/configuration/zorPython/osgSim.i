@@ -46,12 +46,14 @@ public:
   float getMax() const;
 };
 %extend ColorRange {
-  /** \param scalar - a number, which is not NaN \return the colour, interpolated */
+  /** \param scalar - a number, which is not NaN \return the colour, interpolated; refused if the ends of the range are infinitely far apart */
   osg::Vec4f getColor(float scalar) const {
     if (std::isnan(scalar)) throw std::invalid_argument("NaN has no colour");
     std::vector<osg::Vec4> const& colors = $self->getColors();
-    if (!(scalar > $self->getMin()) && !colors.empty()) return colors.front();
-    if (!(scalar < $self->getMax()) && !colors.empty()) return colors.back();
+    if (colors.empty()) throw std::invalid_argument("a range without colours has none for a number");
+    if (!(scalar > $self->getMin())) return colors.front();
+    if (!(scalar < $self->getMax())) return colors.back();
+    if (!std::isfinite($self->getMax() - $self->getMin())) throw std::invalid_argument("there is nothing between the ends of an infinite range");
     return $self->getColor(scalar);
   }
   /** \return number of colours */

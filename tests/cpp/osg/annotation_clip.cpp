@@ -131,11 +131,27 @@ TEST_F(ClipPictures, WhatIsCutAwayCastsNoShadow) {
   scene.decorator->addChild(zorTest::ground(5));
   scene.decorator->addChild(plane);
   plane->addChild(box);
-  osg::ref_ptr<osg::Image> const without = scene.render(3);
-  plane->setEnable(false);
-  osg::ref_ptr<osg::Image> const with = scene.render(3);
-  EXPECT_LT(scene.at(*with, {0, 0, 0}), 0.7 * scene.at(*without, {0, 0, 0}));
-  EXPECT_NEAR(scene.at(*without, {0, 0, 0}), scene.at(*without, {-3, 0, 0}), 0.05);
+  for (auto const method : {zorOSG::SceneDecorator::SOFT_SHADOWMAP, zorOSG::SceneDecorator::SHADOWTEXTURE,
+                            zorOSG::SceneDecorator::SHADOWVOLUME}) {
+    SCOPED_TRACE(method);
+    scene.decorator->setShadowMethod(method);
+    plane->setEnable(false);
+    osg::ref_ptr<osg::Image> const whole = scene.render(3);
+    plane->setEnable(true);
+    plane->setPosition(Vec3(0, 0, 1.5)); // through the middle
+    osg::ref_ptr<osg::Image> const half = scene.render(3);
+    plane->setPosition(Vec3(0, 0, 0.5)); // below all of it
+    osg::ref_ptr<osg::Image> const none = scene.render(3);
+    // Light comes at 45 degrees: the upper half casts the far half of the shadow.
+    osg::Vec3d const near(0, 0, 0), far(-0.75, 0, 0), lit(-3, 0, 0);
+    double const inLight = scene.at(*whole, lit);
+    for (osg::Vec3d const& place : {near, far}) {
+      EXPECT_LT(scene.at(*whole, place), 0.7 * inLight);
+      EXPECT_NEAR(scene.at(*none, place), inLight, 0.05);
+    }
+    EXPECT_LT(scene.at(*half, near), 0.7 * inLight);
+    EXPECT_NEAR(scene.at(*half, far), inLight, 0.05);
+  }
 }
 
 TEST_F(ClipPictures, OutlinesGoAroundWhatIsLeft) {

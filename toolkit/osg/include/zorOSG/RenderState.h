@@ -33,10 +33,10 @@ enum TextureMode : int {
   METALLIC_TEXTURE = 7       ///< How metallic the surface is (red), times what setMetallic says.
 };
 
-// The material setters change the material of the node's own state. A material that is shared with other
-// nodes is copied first, so that nodes that share a drawable keep colours of their own. A node without a
-// material gets one that looks as the node did, taken from the nodes above. A null node throws
-// std::invalid_argument.
+// The material setters change what one node looks like, and no other: nodes that share a drawable keep
+// colours of their own. A node without a material gets one that looks as the node did, taken from the nodes
+// above. Visuals of one look share its state set; see SharedState.h before you change one in C++. A null node
+// throws std::invalid_argument.
 //
 // What is said to be for the shader pipeline needs a scene decorator whose shaders are on, as the
 // application's is; the fixed pipeline leaves it out.

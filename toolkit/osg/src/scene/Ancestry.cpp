@@ -7,14 +7,20 @@
 
 namespace zorOSG {
 
-// Each node is visited once, for there may be very many paths.
-bool isOnAnyPathBelow(osg::Node const* node, osg::Node const* top) {
-  std::unordered_set<osg::Node const*> seen{node};
-  std::vector<osg::Node const*> open{node};
+// Not path by path: there may be very many of them.
+bool isAnyAtOrAbove(osg::Node const& node, std::function<bool(osg::Node const&)> const& test) {
+  osg::Node const* at = &node;
+  for (; at->getNumParents() == 1; at = at->getParent(0))
+    if (test(*at))
+      return true;
+  if (at->getNumParents() == 0)
+    return test(*at);
+  std::unordered_set<osg::Node const*> seen{at};
+  std::vector<osg::Node const*> open{at};
   while (!open.empty()) {
     osg::Node const* const current = open.back();
     open.pop_back();
-    if (current == top)
+    if (test(*current))
       return true;
     for (unsigned int i = 0; i < current->getNumParents(); ++i)
       if (seen.insert(current->getParent(i)).second)

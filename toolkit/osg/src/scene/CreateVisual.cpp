@@ -125,11 +125,18 @@ public:
     osg::Group* const group = node->asGroup();
     if (emitter && group)
       for (; m_drawn < emitter->getBodies().size(); ++m_drawn)
-        createVisual(emitter->getBodies()[m_drawn].get(), group);
+        draw(*emitter->getBodies()[m_drawn], *group);
     traverse(node, visitor);
   }
 
 private:
+  // Without a group for each body, which would stay when the body goes.
+  static void draw(zor::RigidBody const& body, osg::Group& group) {
+    VisualOptions const options = checked(1.0f, false, &group);
+    for (auto const& geometry : body.getGeometries())
+      group.addChild(makeVisual(*geometry, options));
+  }
+
   zor::observer_ptr<zor::RigidBodyEmitter> m_emitter;
   size_t m_drawn = 0;
 };

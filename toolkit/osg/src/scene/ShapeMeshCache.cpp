@@ -38,7 +38,8 @@ std::size_t ShapeKeyHash::operator()(ShapeKey const& key) const {
 }
 
 ShapeMeshCache& ShapeMeshCache::instance() {
-  static ShapeMeshCache cache;
+  static ShapeMeshCache& cache =
+      *new ShapeMeshCache; // never destroyed: visuals in static storage may go later
   return cache;
 }
 

@@ -9,6 +9,7 @@
 #include <zorOSG/Lookup.h>
 #include <zorOSG/SharedState.h>
 
+#include "Ancestry.h"
 #include "ShapeMeshCache.h"
 
 namespace zorOSG {
@@ -118,14 +119,12 @@ SharedLook& groundLook() {
 }
 
 bool hasLook(osg::Node const& node) {
-  osg::StateSet const* state = node.getStateSet();
-  if (state && state->getAttribute(osg::StateAttribute::MATERIAL) &&
-      state->getAttribute(osg::StateAttribute::MATERIAL) != &defaultMaterial())
-    return true;
-  for (unsigned int i = 0; i < node.getNumParents(); ++i)
-    if (hasLook(*node.getParent(i)))
-      return true;
-  return false;
+  return isAnyAtOrAbove(node, [](osg::Node const& at) {
+    osg::StateSet const* const state = at.getStateSet();
+    osg::StateAttribute const* const material =
+        state ? state->getAttribute(osg::StateAttribute::MATERIAL) : nullptr;
+    return material && material != &defaultMaterial();
+  });
 }
 
 osg::Material& ownMaterial(osg::Node& node, bool override, MaterialValue value) {

@@ -11,7 +11,9 @@
 #include <osg/Texture2D>
 #include <osg/Transform>
 
+#include <cmath>
 #include <typeinfo>
+#include <utility>
 
 namespace zorOSG {
 
@@ -97,6 +99,7 @@ void SceneSurvey::begin() {
   m_meshes.clear();
   m_shadowed = true;
   m_scene.init();
+  m_planes.clear();
   m_matrices.assign(1, osg::Matrixd());
   m_inherited = {};
 }
@@ -128,6 +131,17 @@ void SceneSurvey::apply(osg::Node& node) {
   enter(node);
   traverse(node);
   m_inherited = saved;
+}
+
+void SceneSurvey::apply(osg::ClipNode& clip) {
+  std::size_t const above = m_planes.size();
+  if (m_collectsMeshes)
+    for (auto const& plane : clip.getClipPlaneList()) {
+      m_planes.emplace_back(plane->getClipPlane());
+      m_planes.back().transform(m_matrices.back());
+    }
+  apply(static_cast<osg::Node&>(clip));
+  m_planes.resize(above);
 }
 
 void SceneSurvey::apply(osg::Transform& transform) {
@@ -196,7 +210,22 @@ void SceneSurvey::collect(osg::Drawable& drawable, osg::Matrixd const& matrix) {
   m_casters.push_back(placed);
   osg::Geometry* const mesh = m_collectsMeshes ? drawable.asGeometry() : nullptr;
   if (mesh && !m_inherited.transparent)
-    m_meshes.push_back({mesh, matrix, placed});
+    collectMesh(*mesh, matrix, placed);
+}
+
+void SceneSurvey::collectMesh(osg::Geometry& mesh, osg::Matrixd const& matrix, osg::BoundingBoxd const& box) {
+  Mesh found{&mesh, matrix, box, {}};
+  for (osg::Plane const& plane : m_planes) {
+    osg::Vec3d const normal(plane[0], plane[1], plane[2]), half = (box._max - box._min) * 0.5;
+    double const height = plane.distance(box.center());
+    double const reach =
+        half.x() * std::abs(normal.x()) + half.y() * std::abs(normal.y()) + half.z() * std::abs(normal.z());
+    if (height < -reach)
+      return; // there is nothing left of it
+    if (height < reach)
+      found.cuts.push_back(plane);
+  }
+  m_meshes.push_back(std::move(found));
 }
 
 } // namespace zorOSG

@@ -3,9 +3,11 @@
 #include "shaders/ScenePrograms.h"
 
 #include <osg/BoundingBox>
+#include <osg/ClipNode>
 #include <osg/Geometry>
 #include <osg/Material>
 #include <osg/NodeVisitor>
+#include <osg/Plane>
 
 #include <vector>
 
@@ -40,6 +42,7 @@ public:
     osg::ref_ptr<osg::Geometry> geometry; // culling may run code that takes it out of the scene
     osg::Matrixd place;
     osg::BoundingBoxd box;
+    std::vector<osg::Plane> cuts; // clip planes that go through it, in the coordinates of place
   };
 
   std::vector<Mesh> const& meshes() const { return m_meshes; }
@@ -48,6 +51,7 @@ public:
   osg::BoundingBoxd const& scene() const { return m_scene; }
 
   void apply(osg::Node& node) override;
+  void apply(osg::ClipNode& clip) override;
   void apply(osg::Transform& transform) override;
   void apply(osg::Drawable& drawable) override;
   void apply(osg::Geometry& geometry) override;
@@ -65,11 +69,13 @@ private:
   bool applyPlain(GeometryNode& visual);
   void takeMaterial(osg::StateSet const& state);
   void collect(osg::Drawable& drawable, osg::Matrixd const& matrix);
+  void collectMesh(osg::Geometry& mesh, osg::Matrixd const& matrix, osg::BoundingBoxd const& box);
 
   Inherited m_inherited;
   std::vector<osg::Matrixd> m_matrices;
   std::vector<osg::BoundingBoxd> m_casters;
   std::vector<Mesh> m_meshes;
+  std::vector<osg::Plane> m_planes; // of the clip planes on the way
   bool m_shadowed = true;
   bool m_collectsMeshes = false;
   osg::BoundingBoxd m_scene;

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <tuple>
+#include <utility>
 
 namespace zorOSG {
 
@@ -61,6 +62,28 @@ private:
   VolumeSurface& m_surface;
 };
 
+/** Where an edge meets a plane: the same point for both triangles that have the edge. */
+osg::Vec3 crossing(osg::Vec3 a, osg::Vec3 b, osg::Plane const& plane) {
+  if (b < a)
+    std::swap(a, b);
+  double const first = plane.distance(a), last = plane.distance(b);
+  return a + (b - a) * static_cast<float>(first / (first - last));
+}
+
+/** Leaves of a convex polygon what is on the positive side of a plane. */
+void cutPolygon(std::vector<osg::Vec3>& polygon, std::vector<osg::Vec3>& spare, osg::Plane const& plane) {
+  spare.clear();
+  for (std::size_t i = 0; i < polygon.size(); ++i) {
+    osg::Vec3 const &from = polygon[i], &to = polygon[(i + 1) % polygon.size()];
+    bool const fromStays = plane.distance(from) >= 0.0, toStays = plane.distance(to) >= 0.0;
+    if (fromStays)
+      spare.push_back(from);
+    if (fromStays != toStays)
+      spare.push_back(crossing(from, to, plane));
+  }
+  polygon.swap(spare);
+}
+
 } // namespace
 
 ShadowMesh::ShadowMesh(osg::Geometry const& mesh) {
@@ -77,6 +100,28 @@ ShadowMesh::ShadowMesh(osg::Geometry const& mesh) {
       addTriangle({welder.number((*corners)[triangle[0]]), welder.number((*corners)[triangle[1]]),
                    welder.number((*corners)[triangle[2]])});
   m_positions = welder.positions();
+  matchSides();
+}
+
+ShadowMesh ShadowMesh::cut(std::vector<osg::Plane> const& planes) const {
+  ShadowMesh result;
+  VertexWelder<osg::Vec3> welder(m_positions.size());
+  std::vector<osg::Vec3> polygon, spare;
+  for (auto const& [a, b, c] : m_triangles) {
+    polygon = {m_positions[a], m_positions[b], m_positions[c]};
+    for (osg::Plane const& plane : planes)
+      cutPolygon(polygon, spare, plane);
+    for (std::size_t i = 2; i < polygon.size(); ++i)
+      result.addTriangle(
+          {welder.number(polygon[0]), welder.number(polygon[i - 1]), welder.number(polygon[i])});
+  }
+  result.m_positions = welder.positions();
+  result.matchSides();
+  return result;
+}
+
+/** Puts the sides of each edge beside each other, and finds whether the surface is closed. */
+void ShadowMesh::matchSides() {
   std::sort(m_sides.begin(), m_sides.end(), [](Side const& a, Side const& b) {
     return std::tie(a.low, a.high, a.triangle) < std::tie(b.low, b.high, b.triangle);
   });

@@ -2,6 +2,7 @@
 
 #include <osg/Geometry>
 #include <osg/Matrixd>
+#include <osg/Plane>
 #include <osg/Vec3d>
 #include <osg/Vec4d>
 
@@ -28,6 +29,9 @@ class ShadowMesh {
 public:
   explicit ShadowMesh(osg::Geometry const& mesh);
 
+  /** \return the triangles on the positive side of all planes, which are in the drawable's coordinates */
+  ShadowMesh cut(std::vector<osg::Plane> const& planes) const;
+
   /**
    * Makes the surface of the space that the body keeps light from, which is closed. Bodies with an open
    * surface are taken for sheets that keep light off on both sides.
@@ -38,6 +42,8 @@ public:
 private:
   using Triangle = std::array<unsigned int, 3>;
 
+  ShadowMesh() = default;
+
   /** A side of a triangle. Sides of one edge lie one after the other. */
   struct Side {
     unsigned int low, high; ///< vertices
@@ -46,6 +52,7 @@ private:
   };
 
   void addTriangle(Triangle const& corners);
+  void matchSides();
   std::vector<int> weighTriangles(std::vector<osg::Vec3d> const& points, VolumeLight const& light,
                                   bool isMirrored) const;
 

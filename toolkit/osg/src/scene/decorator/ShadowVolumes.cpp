@@ -113,6 +113,13 @@ unsigned int revisionOf(osg::Geometry const& mesh) {
   return revision;
 }
 
+/** Planes as they are below a matrix. */
+std::vector<osg::Plane> inCoordinatesOf(osg::Matrixd const& matrix, std::vector<osg::Plane> planes) {
+  for (osg::Plane& plane : planes)
+    plane.transformProvidingInverse(matrix);
+  return planes;
+}
+
 osg::Vec3d onGrid(osg::Vec3d const& point) {
   osg::Vec3d result;
   for (int i = 0; i < 3; ++i)
@@ -182,7 +189,7 @@ std::shared_ptr<ShadowMesh const> ShadowVolumes::shadowOf(osg::Geometry& mesh) {
 bool ShadowVolumes::updateVolumes(VolumeLight const& light, SceneSurvey const& survey) {
   bool changed = false;
   std::size_t count = 0;
-  for (auto const& [mesh, matrix, box] : survey.meshes()) {
+  for (auto const& [mesh, matrix, box, cuts] : survey.meshes()) {
     if (isGround(box, survey.scene()))
       continue;
     if (count == m_volumes.size()) {
@@ -192,12 +199,15 @@ bool ShadowVolumes::updateVolumes(VolumeLight const& light, SceneSurvey const& s
     Volume& volume = m_volumes[count++];
     auto shadow = shadowOf(*mesh);
     osg::Matrixd const place = matrix * osg::Matrixd::translate(-m_origin);
-    if (volume.shadow == shadow && volume.place == place)
+    if (volume.shadow == shadow && volume.place == place && volume.cuts == cuts)
       continue;
     changed = true;
     volume.shadow = std::move(shadow);
     volume.place = place;
-    volume.surface = volume.shadow->makeVolume(place, light);
+    volume.cuts = cuts;
+    volume.surface = cuts.empty()
+                         ? volume.shadow->makeVolume(place, light)
+                         : volume.shadow->cut(inCoordinatesOf(matrix, cuts)).makeVolume(place, light);
   }
   changed = changed || count != m_volumes.size();
   m_volumes.resize(count);

@@ -42,6 +42,7 @@ private:
   struct Volume {
     std::shared_ptr<ShadowMesh const> shadow;
     osg::Matrixd place;
+    std::vector<osg::Plane> cuts;
     VolumeSurface surface;
   };
 
