@@ -525,6 +525,18 @@ class TestUniforms:
             zorOSG.setUniformInt(node, "count", 1.5)
 
 
+def test_a_clip_plane_cuts_nothing_but_what_is_below_it(application, root, plate, shot):
+    # The last that is drawn; what goes over the whole picture later, such as smoothing, stays whole.
+    whole = shot()
+    clip = zorOSG.ClipPlane(zor.Vec3(0.3, 0, 0), zor.Vec3(-1, 0, 0))
+    root.addChild(clip)
+    clip.addChild(plate)
+    root.removeChild(plate)
+    cut = shot()
+    assert whole[60, 70:90].min() > 40
+    assert abs(cut[60, :85] - whole[60, :85]).max() < 12 and cut[60, 92:].max() < 12
+
+
 def test_state_that_visuals_share_can_be_edited_for_one_of_them():
     root, nodes = osg.Group(), []
     for geometry in [zorCollide.Geometry(zorCollide.Box(1, 1, 1)) for _ in range(3)]:

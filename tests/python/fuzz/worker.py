@@ -236,7 +236,7 @@ class Caller:
         try:
             result = self.functions[name](*arguments)
             if hasattr(type(result), "thisown") and not self.is_counted(result):
-                result.__dict__["_keeps"] = arguments  # what it may lie in
+                result.__dict__.setdefault("_keeps", []).append(arguments)  # what it may lie in; += gives an object back that has some
             elif type(result).__name__ == "SwigPyObject":
                 self.held.append(arguments)  # the same; a plain pointer object has no place to keep them
             self.counts["returned"] += 1

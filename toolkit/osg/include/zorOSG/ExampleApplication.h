@@ -261,7 +261,7 @@ public:
   /** \param scene becomes the current scene group in place of the present one; null for none */
   void setScene(osg::Group* scene);
 
-  /** \return top of the viewer's graph, borrowed */
+  /** \return top of the viewer's graph, borrowed; light and shadows begin below it, see getSceneRoot() */
   osg::Group* getRoot();
 
   /** \return the group under which scripts put their visuals, borrowed; it is emptied when the scene is
