@@ -2,6 +2,7 @@
 
 #include "Extensions.h"
 
+#include "scene/ClipNumbers.h"
 #include "shaders/EdgeProgram.h"
 
 #include <osg/ColorMask>
@@ -19,7 +20,6 @@ namespace zorOSG {
 
 namespace {
 
-constexpr GLenum MOST_CLIP_PLANES = 8;       // that any driver is asked for
 constexpr GLenum DEPTH_AND_STENCIL = 0x88F0; // GL_DEPTH24_STENCIL8
 
 /** A texture to draw into and the filter that takes it to the surface; for one context. */
@@ -49,7 +49,7 @@ public:
     m_filter->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false), forced);
     for (GLenum const mode : {GL_BLEND, GL_CULL_FACE, GL_STENCIL_TEST, GL_SCISSOR_TEST})
       m_filter->setMode(mode, osg::StateAttribute::OFF | osg::StateAttribute::PROTECTED);
-    for (GLenum plane = 0; plane < MOST_CLIP_PLANES; ++plane)
+    for (GLenum plane = 0; plane < ClipNumbers::COUNT; ++plane)
       m_filter->setMode(GL_CLIP_PLANE0 + plane, osg::StateAttribute::OFF | osg::StateAttribute::PROTECTED);
   }
 

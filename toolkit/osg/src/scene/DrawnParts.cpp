@@ -28,10 +28,8 @@ struct CutRay {
   }
 
   void cut(zor::Plane const& plane) {
-    auto const heightOf = [&](osg::Vec3d const& p) {
-      return plane.a() * p.x() + plane.b() * p.y() + plane.c() * p.z() + plane.d();
-    };
-    double const first = heightOf(start), last = heightOf(end);
+    double const first = plane.distance(zor::Vec3(start.x(), start.y(), start.z()));
+    double const last = plane.distance(zor::Vec3(end.x(), end.y(), end.z()));
     if (first < 0.0 && last < 0.0)
       part.end = part.begin;
     else if (first < 0.0)

@@ -15,6 +15,7 @@
 #include <osgUtil/CullVisitor>
 
 #include "Convert.h"
+#include "Mirrors.h"
 #include "MovedNodes.h"
 #include "ShapeMeshCache.h"
 #include "ShapeVisual.h"
@@ -62,12 +63,6 @@ osg::StateSet& closedSurface() {
     return made;
   }();
   return *state;
-}
-
-/** True if a matrix swaps left and right, and with them the sides of a face. */
-bool mirrors(osg::Matrixd const& m) {
-  osg::Vec3d const x(m(0, 0), m(0, 1), m(0, 2)), y(m(1, 0), m(1, 1), m(1, 2)), z(m(2, 0), m(2, 1), m(2, 2));
-  return (x ^ y) * z < 0.0;
 }
 
 /** Gives access to a function that the cull visitor has for those who derive from it. */

@@ -6,6 +6,7 @@
 #include <osg/TriangleFunctor>
 #include <osg/TriangleIndexFunctor>
 
+#include "Mirrors.h"
 #include "VertexWelder.h"
 
 namespace zorOSG {
@@ -20,10 +21,7 @@ public:
   /** What comes next is placed by a matrix. */
   void place(osg::Matrixd const& toWorld) {
     m_toWorld = toWorld;
-    osg::Vec3d const x(toWorld(0, 0), toWorld(0, 1), toWorld(0, 2));
-    osg::Vec3d const y(toWorld(1, 0), toWorld(1, 1), toWorld(1, 2));
-    osg::Vec3d const z(toWorld(2, 0), toWorld(2, 1), toWorld(2, 2));
-    m_mirrored = (x ^ y) * z < 0.0;
+    m_mirrored = mirrors(toWorld);
   }
 
   void add(osg::Vec3d const& first, osg::Vec3d const& second, osg::Vec3d const& third) {

@@ -1,5 +1,6 @@
 #include "ShadowMesh.h"
 
+#include "scene/Mirrors.h"
 #include "scene/VertexWelder.h"
 
 #include <osg/TriangleIndexFunctor>
@@ -169,9 +170,7 @@ VolumeSurface ShadowMesh::makeVolume(osg::Matrixd const& place, VolumeLight cons
   points.reserve(m_positions.size());
   for (osg::Vec3 const& position : m_positions)
     points.push_back(osg::Vec3d(position) * place);
-  osg::Vec3d const x(place(0, 0), place(0, 1), place(0, 2)), y(place(1, 0), place(1, 1), place(1, 2)),
-      z(place(2, 0), place(2, 1), place(2, 2));
-  std::vector<int> const weights = weighTriangles(points, light, (x ^ y) * z < 0.0);
+  std::vector<int> const weights = weighTriangles(points, light, mirrors(place));
   VolumeWriter writer(points, light, surface);
   for (std::size_t i = 0; i < m_triangles.size(); ++i) {
     auto const& [a, b, c] = m_triangles[i];
